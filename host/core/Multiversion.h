@@ -1,0 +1,13 @@
+#pragma once
+
+// A row kernel marked CMDTEXTURE_MULTIVERSION is compiled once for every level of the x86-64
+// instruction set named here, and the loader picks the best one that the processor has. The plain
+// loop is written once; since contraction of floating-point operations is off, all versions give
+// the same bits.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && \
+    !defined(CMDTEXTURE_NO_MULTIVERSION)
+#define CMDTEXTURE_MULTIVERSION \
+    __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
+#else
+#define CMDTEXTURE_MULTIVERSION
+#endif

@@ -1,0 +1,6 @@
+#include "host/core/RuntimeRandom.h"
+
+CRuntimeRandom& CRuntimeRandom::OfThisThread() {
+    thread_local CRuntimeRandom generator;
+    return generator;
+}

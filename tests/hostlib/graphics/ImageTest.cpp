@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+
+#include "support/Pictures.h"
+
+namespace {
+
+using pictures::Difference;
+using pictures::kAllFormats;
+using pictures::Noise;
+using pictures::Sample;
+
+TEST(Image, FormatCodesTellDepthAndChannels) {
+    for (const ENPixelFormat code : kAllFormats) {
+        const CNPixelFormat format = code;
+        EXPECT_EQ(CNPixelFormat::Of(format.Channels(), format.Is16bit()), format);
+        const bool dispatched = VisitPixelFormat(format, false, [&](auto traits) {
+            return traits.kChannels == format.Channels() && traits.kIs16bit == format.Is16bit() &&
+                   traits.kHasAlpha == format.IsAlphaChannelPresent();
+        });
+        EXPECT_TRUE(dispatched) << pictures::Name(format);
+    }
+    EXPECT_FALSE(CNPixelFormat(static_cast<ENPixelFormat>(9)).IsKnown());
+}
+
+TEST(Image, SizesThatCannotBeHadAreErrors) {
+    CRowIteratorBands image;
+    EXPECT_EQ(image.Create(0, 5, ENPixelFormat::Grey8).Code(), TolmErrorCode::UnusableInput);
+    EXPECT_EQ(image.Create(5, 5, ENPixelFormat::None).Code(), TolmErrorCode::UnusableInput);
+    EXPECT_EQ(image.Create(2147483647, 2147483647, ENPixelFormat::ColourAlpha16).Code(),
+              TolmErrorCode::NotCreated);
+    EXPECT_FALSE(image.IsAttached());
+}
+
+TEST(Image, CopyReusesOnlyMemoryThatNobodyElseHolds) {
+    const CRowIteratorBands source = Noise(ENPixelFormat::Colour8, 9, 5, 1);
+    CRowIteratorBands destination = Noise(ENPixelFormat::Colour8, 9, 5, 2);
+    const std::uint8_t* memory = destination.Row<std::uint8_t>(0);
+    ASSERT_FALSE(destination.Copy(source, 0).Failed());
+    EXPECT_EQ(destination.Row<std::uint8_t>(0), memory);
+
+    CRowIteratorBands held = destination;
+    const CRowIteratorBands other = Noise(ENPixelFormat::Colour8, 9, 5, 3);
+    ASSERT_FALSE(destination.Copy(other, 0).Failed());
+    EXPECT_EQ(Difference(held, source), "") << "the other handle keeps its pixels";
+    EXPECT_EQ(Difference(destination, other), "");
+    EXPECT_EQ(destination.Copy(CRowIteratorBands(), 0).Code(), TolmErrorCode::UnusableInput);
+}
+
+// Every access of every format shows exactly the samples it names, and writes nothing else.
+TEST(Image, ChannelAccessGathersAndScatters) {
+    struct {
+        ENChannel channel;
+        bool colour, alpha;
+    } const accesses[] = {{ENChannel::All, true, true},
+                          {ENChannel::Colour, true, false},
+                          {ENChannel::Grey, true, false},
+                          {ENChannel::Alpha, false, true}};
+    for (const ENPixelFormat code : kAllFormats) {
+        for (const auto& access : accesses) {
+            const CRowIteratorBands before = Noise(code, 7, 4, 5);
+            CRowIteratorBands image;
+            image.Copy(before, 0).ThrowIfFailed();
+            const CNPixelFormat format = code;
+            const CErrorAutoThrow set = image.SetChannelAccess(access.channel, 0);
+            if (access.channel == ENChannel::Alpha && !format.IsAlphaChannelPresent()) {
+                EXPECT_TRUE(set.Failed());
+                continue;
+            }
+            ASSERT_FALSE(set.Failed());
+            for (int y = 0; y < 4; ++y) {
+                std::uint8_t* row = nullptr;
+                image.GetRow(row, y).ThrowIfFailed();
+                for (int i = 0; i < 7 * image.GetAccessFormat().PixelBytes(); ++i) {
+                    row[i] = static_cast<std::uint8_t>(~row[i]);
+                }
+                image.ReleaseRow(y);
+            }
+            for (int c = 0; c < format.Channels(); ++c) {
+                const bool is_alpha = format.IsAlphaChannelPresent() && c == format.Channels() - 1;
+                const bool written = is_alpha ? access.alpha : access.colour;
+                const int all = format.Is16bit() ? 65535 : 255;
+                EXPECT_EQ(Sample(image, 3, 2, c),
+                          written ? all - Sample(before, 3, 2, c) : Sample(before, 3, 2, c))
+                    << pictures::Name(format) << " channel " << c;
+            }
+        }
+    }
+}
+
+TEST(Image, RowsOutsideAreErrors) {
+    const CRowIteratorBands image = Noise(ENPixelFormat::Grey8, 3, 2, 1);
+    const std::uint8_t* row = nullptr;
+    EXPECT_EQ(image.GetRow(row, -1).Code(), TolmErrorCode::UnusableInput);
+    EXPECT_EQ(image.GetRow(row, 2).Code(), TolmErrorCode::UnusableInput);
+    EXPECT_EQ(row, nullptr);
+}
+
+TEST(Image, ConsumeMovesThePixels) {
+    CRowIteratorBands source = Noise(ENPixelFormat::Grey16, 3, 2, 1);
+    source.SetOrigin({4, -2});
+    CRowIteratorBands taken;
+    taken.Consume(source);
+    EXPECT_FALSE(source.IsAttached());
+    EXPECT_EQ(taken.GetRect(), (CRect{4, -2, 7, 0}));
+}
+
+TEST(Random, FollowsTheKnownSequence) {
+    CRuntimeRandom random(0);
+    const int first[] = {38, 7719, 21238, 2437, 8855, 11797, 8365, 32285};
+    for (const int expected : first) EXPECT_EQ(random.Next(), expected);
+    random.Seed(1);
+    EXPECT_EQ(random.Next(), 41);
+}
+
+}  // namespace
