@@ -18,7 +18,7 @@ struct GUID {
 static_assert(sizeof(GUID) == 16);
 
 namespace guid_detail {
-consteval std::uint32_t HexDigits(std::string_view text) {
+constexpr std::uint32_t HexDigits(std::string_view text) {
     std::uint32_t value = 0;
     for (const char c : text) {
         const int digit = c >= '0' && c <= '9'   ? c - '0'

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "host/core/Guid.h"
+#include "host/core/HostApi.h"
 
 using HRESULT = std::int32_t;
 inline constexpr HRESULT S_OK = 0;
@@ -12,7 +13,7 @@ inline constexpr GUID IID_IUnknown = MakeGuid("00000000-0000-0000-C000-000000000
 
 // The root of every interface between module and host. Objects start with count 0; whoever keeps
 // a pointer adds a reference and releases it.
-struct IUnknown {
+struct HOST_API IUnknown {
     // Gives the interface `id` with a reference added, or E_NOINTERFACE and a null pointer.
     virtual HRESULT QueryInterface(const GUID& id, void** out) = 0;
     // Both return the new count; Release destroys the object when it reaches 0.

@@ -14,7 +14,7 @@ struct SInterfaceEntry {
 };
 
 // Adds reference operations that do not destroy the object.
-struct VUnknownImplementationExtensions {
+struct HOST_API VUnknownImplementationExtensions {
     virtual std::uint32_t LocalAddRef() = 0;
     virtual std::uint32_t LocalRelease() = 0;
     virtual std::uint32_t ReferenceCount() const = 0;
@@ -26,7 +26,7 @@ struct VUnknownImplementationExtensions {
 // Reference counting and QueryInterface, shared by everything the host sees. The count is changed
 // atomically; Release destroys the object through its virtual destructor.
 template <class Interface>
-class TUnknownCoreImpl : public Interface, public VUnknownImplementationExtensions {
+class HOST_API TUnknownCoreImpl : public Interface, public VUnknownImplementationExtensions {
   public:
     TUnknownCoreImpl() = default;
     // A copy is an object of its own: it starts uncounted.
@@ -65,7 +65,7 @@ class TUnknownCoreImpl : public Interface, public VUnknownImplementationExtensio
 
 // The usual case: `Class` answers `Interface` (whose id is Interface::kId) and nothing else.
 template <class Class, class Interface>
-class TUnknownImpl : public TUnknownCoreImpl<Interface> {
+class HOST_API TUnknownImpl : public TUnknownCoreImpl<Interface> {
   protected:
     const SInterfaceEntry* GetInterfaceTable() const override {
         static constexpr SInterfaceEntry kTable[] = {{&Interface::kId, 0}, {nullptr, 0}};

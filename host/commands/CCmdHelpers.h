@@ -1,0 +1,19 @@
+#pragma once
+
+#include "host/commands/ICommandExecutionContext.h"
+#include "host/core/HostApi.h"
+#include "host/core/TRef.h"
+
+// What commands ask of their execution context, which may be null.
+class HOST_API CCmdHelpers {
+  public:
+    explicit CCmdHelpers(ICommandExecutionContext* context) : context_(context) {}
+
+    // The document's graphic; error 101 when there is none.
+    CErrorAutoThrow GetGraphic(TRef<INGLGraphic>& graphic) const;
+    // The resource library; error 101 when there is none.
+    CErrorAutoThrow GetResourceLibrary(TRef<IResourceLibrary>& library) const;
+
+  private:
+    ICommandExecutionContext* context_;
+};

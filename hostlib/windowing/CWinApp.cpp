@@ -1,0 +1,23 @@
+#include "host/windowing/CWinApp.h"
+
+#include <atomic>
+
+namespace {
+std::atomic<CWinApp*> g_app = nullptr;
+}
+
+CWinApp::CWinApp() {
+    CWinApp* none = nullptr;
+    g_app.compare_exchange_strong(none, this);
+}
+
+CWinApp::~CWinApp() {
+    CWinApp* self = this;
+    g_app.compare_exchange_strong(self, nullptr);
+}
+
+bool CWinApp::InitInstance() { return true; }
+int CWinApp::ExitInstance() { return 0; }
+void CWinApp::OnHelp() {}
+
+CWinApp* AfxGetApp() { return g_app; }
