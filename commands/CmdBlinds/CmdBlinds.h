@@ -1,0 +1,19 @@
+#pragma once
+
+#include "commands/TextureCommand.h"
+
+namespace CmdBlinds {
+
+extern const SCommandDescription kDescription;
+
+class CCmdBlinds final : public TTextureCommand<CCmdBlinds, kDescription> {
+  public:
+    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                CRowIteratorBands& destination, const CRowIterator* mask,
+                                const SHostArguments& arguments,
+                                ICommandExecutionContext* context) override;
+};
+
+class CCmdBlindsResData final : public TTextureResData<kDescription> {};
+
+}  // namespace CmdBlinds

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "commands/TextureCommand.h"
+
+namespace CmdFineLeather {
+
+extern const SCommandDescription kDescription;
+
+class CCmdFineLeather final : public TTextureCommand<CCmdFineLeather, kDescription> {
+  public:
+    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                CRowIteratorBands& destination, const CRowIterator* mask,
+                                const SHostArguments& arguments,
+                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow ModifyRect(CRect& rect) override;
+};
+
+class CCmdFineLeatherResData final : public TTextureResData<kDescription> {};
+
+}  // namespace CmdFineLeather

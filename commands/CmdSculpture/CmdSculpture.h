@@ -1,0 +1,20 @@
+#pragma once
+
+#include "commands/TextureCommand.h"
+
+namespace CmdSculpture {
+
+extern const SCommandDescription kDescription;
+
+class CCmdSculpture final : public TTextureCommand<CCmdSculpture, kDescription> {
+  public:
+    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                CRowIteratorBands& destination, const CRowIterator* mask,
+                                const SHostArguments& arguments,
+                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow ModifyRect(CRect& rect) override;
+};
+
+class CCmdSculptureResData final : public TTextureResData<kDescription> {};
+
+}  // namespace CmdSculpture

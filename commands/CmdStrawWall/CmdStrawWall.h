@@ -1,0 +1,19 @@
+#pragma once
+
+#include "commands/TextureCommand.h"
+
+namespace CmdStrawWall {
+
+extern const SCommandDescription kDescription;
+
+class CCmdStrawWall final : public TTextureCommand<CCmdStrawWall, kDescription> {
+  public:
+    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                CRowIteratorBands& destination, const CRowIterator* mask,
+                                const SHostArguments& arguments,
+                                ICommandExecutionContext* context) override;
+};
+
+class CCmdStrawWallResData final : public TTextureResData<kDescription> {};
+
+}  // namespace CmdStrawWall

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "commands/TextureCommand.h"
+
+namespace CmdWeave {
+
+extern const SCommandDescription kDescription;
+
+class CCmdWeave final : public TTextureCommand<CCmdWeave, kDescription> {
+  public:
+    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                CRowIteratorBands& destination, const CRowIterator* mask,
+                                const SHostArguments& arguments,
+                                ICommandExecutionContext* context) override;
+};
+
+class CCmdWeaveResData final : public TTextureResData<kDescription> {};
+
+}  // namespace CmdWeave

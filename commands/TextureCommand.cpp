@@ -1,0 +1,54 @@
+#include "commands/TextureCommand.h"
+
+#include <algorithm>
+
+#include "host/commands/CCmdHelpers.h"
+
+namespace {
+
+template <class Access, class Value>
+Value Read(IParameterRepository* repository, int index, Value value) {
+    if (const auto access = QueryFor<Access>(repository)) access->GetValue(index, value).Ignore();
+    return value;
+}
+
+}  // namespace
+
+std::array<bool, 13> FlagsOf(const SCommandDescription& description) {
+    std::array<bool, 13> flags{};
+    for (const int position : description.flags)
+        flags[static_cast<std::size_t>(position - 1)] = true;
+    return flags;
+}
+
+int CParameterReader::Integer(int index, int otherwise) const {
+    return Read<IIntegerParameters>(repository_, index, static_cast<std::int32_t>(otherwise));
+}
+bool CParameterReader::Boolean(int index, bool otherwise) const {
+    return Read<IBooleanParameters>(repository_, index, otherwise);
+}
+int CParameterReader::Member(int index, int otherwise) const {
+    return Read<IEnumParameters>(repository_, index, static_cast<std::int32_t>(otherwise));
+}
+COLORREF CParameterReader::Colour(int index, COLORREF otherwise) const {
+    return Read<IColorParameters>(repository_, index, otherwise);
+}
+CString CParameterReader::Text(int index) const {
+    return Read<IStringParameters>(repository_, index, CString());
+}
+
+int CanvasHeight(ICommandExecutionContext* context, const CRowIteratorBands& source) {
+    TRef<INGLGraphic> graphic;
+    CCmdHelpers(context).GetGraphic(graphic).Ignore();
+    return graphic ? graphic->GetHeight() : source.GetRect().bottom;
+}
+
+int DensityFor(ICommandExecutionContext* context, const CRowIteratorBands& source, int density) {
+    TRef<INGLGraphic> graphic;
+    CCmdHelpers(context).GetGraphic(graphic).Ignore();
+    if (!graphic) return density;
+    const CSize canvas{graphic->GetWidth(), graphic->GetHeight()};
+    if (canvas == CSize{source.GetWidth(), source.GetHeight()}) return density;
+    const double share = static_cast<double>(source.GetWidth()) / canvas.cx;
+    return std::max(static_cast<int>(density * share), 1);
+}

@@ -1,0 +1,3 @@
+#pragma once
+#include "engine/MaterialEffects.h"
+S(ApplyBlinds) S(ApplyWeave)

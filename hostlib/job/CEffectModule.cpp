@@ -1,0 +1,111 @@
+#include "hostlib/job/CEffectModule.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+
+#include "host/commands/IComponentExporter.h"
+#include "hostlib/job/Installation.h"
+#include "hostlib/language/Languages.h"
+#include "hostlib/system/ConfigFolders.h"
+#include "hostlib/system/RegistryStore.h"
+
+namespace {
+
+constexpr const wchar_t* kModuleName = L"CmdTexture";
+
+class CApplication : public TUnknownCoreImpl<IHostApplication> {
+  public:
+    CErrorAutoThrow GetName(CString& name) override {
+        name = L"CmdTexture";
+        return {};
+    }
+
+  protected:
+    const SInterfaceEntry* GetInterfaceTable() const override {
+        static constexpr SInterfaceEntry kTable[] = {{&IID_IUnknown, 0}, {nullptr, 0}};
+        return kTable;
+    }
+};
+
+class CHostObject : public TUnknownCoreImpl<IHostObject> {
+  public:
+    CErrorAutoThrow GetApplication(IHostApplication** out) override {
+        *out = TRef<IHostApplication>(new CApplication).Detach();
+        return {};
+    }
+
+  protected:
+    const SInterfaceEntry* GetInterfaceTable() const override {
+        static constexpr SInterfaceEntry kTable[] = {{&IID_IUnknown, 0}, {nullptr, 0}};
+        return kTable;
+    }
+};
+
+// Keeps the commands that an exporter hands over.
+struct CCollectingSink : IComponentSink {
+    std::vector<TRef<CCmdEffect>> commands;
+    void AddComponent(ICoreCommand* command, const CString& /*module_name*/) override {
+        if (auto* effect = dynamic_cast<CCmdEffect*>(command)) commands.emplace_back(effect);
+    }
+};
+
+}  // namespace
+
+struct CEffectModule::SLibrary {
+    void* handle = nullptr;
+    GetExporterFunction get_exporter = nullptr;
+
+    ~SLibrary() {
+        if (handle) dlclose(handle);
+    }
+    // Every exporter makes each of its components once, so each call takes a new one.
+    TRef<IComponentExporter> Exporter() const {
+        const TRef<IHostObject> host(new CHostObject);
+        TRef<IComponentExporter> exporter;
+        get_exporter(host.Get(), exporter.Receive());
+        return exporter;
+    }
+};
+
+CEffectModule::CEffectModule(const SInstallation& installation, const std::string& language)
+    : library_(std::make_unique<SLibrary>()) {
+    SetRegistryDefault(ERegistryHive::LocalMachine, L"Software\\Quarn\\Brushwerk\\X15\\Installer",
+                       L"RCPath", ToHostPath(installation.data));
+    library_->handle = dlopen(installation.module.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!library_->handle) throw CNException(TolmErrorCode::ReadFailed, dlerror());
+    library_->get_exporter =
+        reinterpret_cast<GetExporterFunction>(dlsym(library_->handle, "GetExporter"));
+    if (!library_->get_exporter) {
+        throw CNException(TolmErrorCode::ReadFailed,
+                          installation.module.string() + ": not a plug-in of this program");
+    }
+    languages::Select(installation.data, language);
+
+    CCollectingSink sink;
+    library_->Exporter()->CreateAllComponents(&sink, kModuleName);
+    const auto by_command_id = [](const auto& a, const auto& b) {
+        return a->GetResourceData()->GetCommandId() < b->GetResourceData()->GetCommandId();
+    };
+    std::sort(sink.commands.begin(), sink.commands.end(), by_command_id);
+    for (const auto& command : sink.commands) {
+        names_.push_back(ToUtf8(command->GetResourceData()->GetComponentName()));
+    }
+}
+
+CEffectModule::~CEffectModule() = default;
+
+TRef<CCmdEffect> CEffectModule::CreateCommand(const std::string& name) const {
+    CCollectingSink sink;
+    library_->Exporter()->CreateComponent(&sink, kModuleName, FromUtf8(name).GetString(), false);
+    return sink.commands.empty() ? TRef<CCmdEffect>() : sink.commands.front();
+}
+
+void PrepareCommand(CCmdEffect& command, ICommandExecutionContext* context) {
+    command.GetResourceData()->PrepareRepository(context, true, &command).ThrowIfFailed();
+}
+
+CErrorAutoThrow RunCommand(CCmdEffect& command, ICommandExecutionContext* context) {
+    CErrorAutoThrow setup = command.Setup(context);
+    return setup.Failed() ? setup : command.Do(context);
+}

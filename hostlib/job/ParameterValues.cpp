@@ -1,0 +1,231 @@
+#include "hostlib/job/ParameterValues.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "host/commands/ParameterDefinition.h"
+#include "hostlib/job/NearestName.h"
+
+namespace parameters {
+namespace {
+
+using nlohmann::ordered_json;
+
+std::optional<std::int64_t> ParseInteger(std::string_view text) {
+    if (!text.empty() && text[0] == '+') text.remove_prefix(1);
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || end != text.data() + text.size()) return std::nullopt;
+    // Digits that do not fit are a number all the same: one that is out of every range.
+    if (error == std::errc::result_out_of_range) value = text[0] == '-' ? INT64_MIN : INT64_MAX;
+    return value;
+}
+
+std::optional<std::int64_t> ParseBoolean(const std::string& text) {
+    if (SameName(text, "true")) return 1;
+    if (SameName(text, "false")) return 0;
+    return std::nullopt;
+}
+
+std::optional<std::int64_t> ParseColour(const std::string& text) {
+    unsigned rgb = 0;
+    if (text.size() != 7 || text[0] != '#') return std::nullopt;
+    const char* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data() + 1, last, rgb, 16);
+    if (end != last || error != std::errc()) return std::nullopt;
+    return CColorRef::FromRgb(static_cast<int>(rgb >> 16), static_cast<int>(rgb >> 8 & 255U),
+                              static_cast<int>(rgb & 255U))
+        .value;
+}
+
+std::optional<std::int64_t> ParseMember(const IParameter& parameter, const std::string& text) {
+    const std::vector<std::string> names = MemberNames(parameter);
+    const auto found = std::find_if(names.begin(), names.end(),
+                                    [&](const std::string& name) { return SameName(name, text); });
+    if (found != names.end()) return found - names.begin();
+    return ParseInteger(text);
+}
+
+std::optional<std::int64_t> ParseNumber(const IParameter& parameter, const std::string& text) {
+    switch (parameter.Type()) {
+        case EParameterType::Boolean:
+            return ParseBoolean(text);
+        case EParameterType::Colour:
+            return ParseColour(text);
+        case EParameterType::Enumeration:
+            return ParseMember(parameter, text);
+        case EParameterType::Integer:
+        case EParameterType::String:
+            break;
+    }
+    return ParseInteger(text);
+}
+
+[[noreturn]] void Refuse(const IParameter& parameter, const std::string& text) {
+    throw CRefused(fmt::format("parameter {}: {} is not possible; it takes {}",
+                               ToUtf8(parameter.Name()), text.empty() ? "an empty value" : text,
+                               DescribeValues(parameter)));
+}
+
+bool HasRange(const IParameter& parameter) {
+    return parameter.Type() == EParameterType::Integer ||
+           parameter.Type() == EParameterType::Enumeration;
+}
+
+std::string ColourText(std::int64_t packed) {
+    const CColorRef colour{static_cast<COLORREF>(packed)};
+    return fmt::format("#{:02X}{:02X}{:02X}", colour.Red(), colour.Green(), colour.Blue());
+}
+
+ordered_json ValueToJson(const IParameter& parameter, std::int64_t number, const CString& text) {
+    switch (parameter.Type()) {
+        case EParameterType::Boolean:
+            return number != 0;
+        case EParameterType::Colour:
+            return ColourText(number);
+        case EParameterType::String:
+            return ToUtf8(text);
+        case EParameterType::Integer:
+        case EParameterType::Enumeration:
+            break;
+    }
+    return number;
+}
+
+// A JSON value in the text form; nothing for one whose JSON type cannot be meant.
+std::optional<std::string> TextOf(const IParameter& parameter, const ordered_json& value) {
+    const EParameterType type = parameter.Type();
+    if (value.is_string() && type != EParameterType::Integer && type != EParameterType::Boolean) {
+        return value.get<std::string>();
+    }
+    const bool number = value.is_number_integer() && HasRange(parameter);
+    const bool truth = value.is_boolean() && type == EParameterType::Boolean;
+    if (number || truth) return value.dump();
+    return std::nullopt;
+}
+
+// Checks `text` and sets the parameter when asked to.
+void Accept(IParameter& parameter, const std::string& text, bool set) {
+    if (parameter.Type() == EParameterType::String) {
+        if (set) parameter.SetText(FromUtf8(text));
+        return;
+    }
+    const std::optional<std::int64_t> value = ParseNumber(parameter, text);
+    if (!value) Refuse(parameter, text);
+    if (HasRange(parameter) && (*value < parameter.Minimum() || *value > parameter.Maximum())) {
+        Refuse(parameter, text);
+    }
+    if (set) parameter.SetNumber(*value);
+}
+
+}  // namespace
+
+std::vector<IParameter*> All(IParameterRepository& repository) {
+    std::vector<IParameter*> all;
+    for (int i = 0; i < repository.Count(); ++i) {
+        if (IParameter* parameter = repository.At(i)) all.push_back(parameter);
+    }
+    return all;
+}
+
+IParameter& Find(IParameterRepository& repository, const std::string& name) {
+    std::vector<std::string> names;
+    for (IParameter* parameter : All(repository)) {
+        names.push_back(ToUtf8(parameter->Name()));
+        if (SameName(names.back(), name)) return *parameter;
+    }
+    const std::string nearest = NearestName(name, names);
+    throw CRefused(fmt::format("unknown parameter \"{}\"", name),
+                   nearest.empty() ? fmt::format("the parameters are {}", fmt::join(names, ", "))
+                                   : fmt::format("did you mean \"{}\"?", nearest));
+}
+
+void SetFromText(IParameter& parameter, const std::string& text) { Accept(parameter, text, true); }
+
+void SetFromJson(IParameterRepository& repository, const ordered_json& values) {
+    if (!values.is_object()) throw CRefused("a preset is a JSON object of names to values");
+    for (const bool set : {false, true}) {
+        for (const auto& [name, value] : values.items()) {
+            IParameter& parameter = Find(repository, name);
+            const std::optional<std::string> text = TextOf(parameter, value);
+            if (!text) Refuse(parameter, value.dump());
+            Accept(parameter, *text, set);
+        }
+    }
+}
+
+const char* TypeName(EParameterType type) {
+    switch (type) {
+        case EParameterType::Integer:
+            return "integer";
+        case EParameterType::Boolean:
+            return "boolean";
+        case EParameterType::Enumeration:
+            return "enumeration";
+        case EParameterType::Colour:
+            return "colour";
+        case EParameterType::String:
+            break;
+    }
+    return "string";
+}
+
+std::string ToText(const IParameter& parameter) {
+    switch (parameter.Type()) {
+        case EParameterType::Boolean:
+            return parameter.Number() ? "true" : "false";
+        case EParameterType::Colour:
+            return ColourText(parameter.Number());
+        case EParameterType::String:
+            return ToUtf8(parameter.Text());
+        case EParameterType::Integer:
+        case EParameterType::Enumeration:
+            break;
+    }
+    return std::to_string(parameter.Number());
+}
+
+ordered_json ToJson(const IParameter& parameter) {
+    return ValueToJson(parameter, parameter.Number(), parameter.Text());
+}
+
+ordered_json DefaultToJson(const IParameter& parameter) {
+    return ValueToJson(parameter, parameter.DefaultNumber(), parameter.DefaultText());
+}
+
+ordered_json ToJson(IParameterRepository& repository) {
+    ordered_json values = ordered_json::object();
+    for (const IParameter* parameter : All(repository)) {
+        values[ToUtf8(parameter->Name())] = ToJson(*parameter);
+    }
+    return values;
+}
+
+std::string DescribeValues(const IParameter& parameter) {
+    switch (parameter.Type()) {
+        case EParameterType::Boolean:
+            return "true or false";
+        case EParameterType::Colour:
+            return "a colour as #RRGGBB";
+        case EParameterType::String:
+            return "a text";
+        case EParameterType::Enumeration:
+            return fmt::format("{} (or 0 to {})", fmt::join(MemberNames(parameter), ", "),
+                               parameter.Maximum());
+        case EParameterType::Integer:
+            break;
+    }
+    return fmt::format("a whole number from {} to {}", parameter.Minimum(), parameter.Maximum());
+}
+
+std::vector<std::string> MemberNames(const IParameter& parameter) {
+    if (parameter.Type() != EParameterType::Enumeration) return {};
+    const auto& members = EnumMembers(parameter.EnumType());
+    return {members.begin(), members.end()};
+}
+
+}  // namespace parameters

@@ -1,0 +1,103 @@
+#include "module/ParameterTable.h"
+
+#include <algorithm>
+
+#include "host/commands/CCmdHelpers.h"
+#include "host/commands/ParameterDefinition.h"
+#include "host/core/Geometry.h"
+#include "host/settings/CSingletonManager.h"
+#include "module/CTolmResourceManager.h"
+
+namespace {
+
+constexpr int kRangeItem = 134;
+constexpr int kRangeScalePercent = 140;
+constexpr int kRangeScaleOn = 141;
+constexpr int kSideWithoutDocument = 32767;
+
+CSize CanvasSize(ICommandExecutionContext* context) {
+    TRef<INGLGraphic> graphic;
+    CCmdHelpers(context).GetGraphic(graphic).Ignore();
+    if (!graphic) return {kSideWithoutDocument, kSideWithoutDocument};
+    return {graphic->GetWidth(), graphic->GetHeight()};
+}
+
+std::int32_t MaximumOf(const SParameterRow& row, CSize canvas, double scale) {
+    switch (row.maximumRule) {
+        case EMaximumRule::Fixed:
+            break;
+        case EMaximumRule::Scaled:
+            return static_cast<std::int32_t>(row.maximum * scale);
+        case EMaximumRule::CanvasSide:
+            return std::max(canvas.cx, canvas.cy);
+    }
+    return row.maximum;
+}
+
+std::int32_t DefaultOf(const SParameterRow& row, CSize canvas) {
+    const auto wanted = static_cast<std::int32_t>(row.defaultValue);
+    if (!row.defaultFitsCanvas) return wanted;
+    const int fitting = canvas.cx >= wanted ? wanted : canvas.cx / 2;
+    return fitting > canvas.cy ? canvas.cy / 2 : fitting;
+}
+
+CErrorAutoThrow MakeParameter(const SParameterRow& row, CSize canvas, double scale,
+                              IParameter** out) {
+    const CString label = LoadCurrentString(row.labelId);
+    const CString text = LoadCurrentString(row.textId);
+    const auto member = [&](const wchar_t* type) {
+        return DefEnumParam(out, row.index, type, row.name, label, text,
+                            static_cast<std::int32_t>(row.defaultValue), row.flags, false, false);
+    };
+    switch (row.kind) {
+        case EParameterKind::Boolean:
+            return member(L"Boolean");
+        case EParameterKind::TileShape:
+            return member(L"TileShape");
+        case EParameterKind::ResourceListView:
+            return member(L"ResourceListView");
+        case EParameterKind::Colour:
+            return DefColorParam(out, row.index, row.name, label, text,
+                                 static_cast<COLORREF>(row.defaultValue), row.flags, false, false);
+        case EParameterKind::String:
+            return DefStringParam(out, row.index, row.name, label, text, L"", row.flags, false,
+                                  false);
+        case EParameterKind::Integer:
+            break;
+    }
+    return DefIntParam(out, row.index, row.name, label, text, row.minimum,
+                       MaximumOf(row, canvas, scale), DefaultOf(row, canvas), row.flags, false,
+                       false);
+}
+
+// One number of the range-scale settings through an access interface; 0 when it cannot be read.
+template <class Access>
+std::int32_t SettingOf(IUnknown* item, int index) {
+    std::int32_t value = 0;
+    if (const auto access = QueryFor<Access>(item)) access->GetValue(index, value).Ignore();
+    return value;
+}
+
+}  // namespace
+
+double RangeScale() {
+    const auto settings = CSingletonManager::Get<IGlobalSettings>();
+    const auto item = TRef<IUnknown>::Adopt(settings ? settings->GetItem(kRangeItem) : nullptr);
+    if (SettingOf<IEnumParameters>(item.Get(), kRangeScaleOn) == 0) return 1.0;
+    return 1.0 + SettingOf<IIntegerParameters>(item.Get(), kRangeScalePercent) / 100.0;
+}
+
+CErrorAutoThrow DefineParameterTable(std::span<const SParameterRow> rows,
+                                     ICommandExecutionContext* context,
+                                     IParameterRepository* repository) {
+    const TRef<IParameterRepository> held(repository);
+    const CTolmResourceManager resources(L"CmdTexture");
+    const CSize canvas = CanvasSize(context);
+    const double scale = RangeScale();
+    for (const SParameterRow& row : rows) {
+        TRef<IParameter> parameter;
+        MakeParameter(row, canvas, scale, parameter.Receive()).Ignore();
+        if (repository) repository->Add(parameter.Get(), row.index).Ignore();
+    }
+    return {};
+}
