@@ -28,6 +28,12 @@ constexpr int FromByte(int value) {
     return sizeof(Sample) == 2 ? Times257(value) : value;
 }
 
+// value / 255 rounded down, in 16 bits throughout so that rows of it fill whole vectors. Right for
+// every value from 0 to 255 * 255.
+constexpr std::uint16_t DivideBy255(std::uint16_t value) {
+    return static_cast<std::uint16_t>((value + 1 + (value >> 8)) >> 8);
+}
+
 // Sample s moved toward colour value c: weight 0 gives c, weight 255 leaves s almost unchanged.
 constexpr int BlendToward(int s, int c, int weight) { return (((s - c) * weight) >> 8) + c; }
 
