@@ -75,6 +75,7 @@ class CAbstractTransform {
     CAbstractTransform();
 
     int ValueOf(const wchar_t* parameter) const { return params.Find(parameter).value; }
+    CRect WorkRectangle() const { return {left, top, right, bottom}; }
     // One step of progress; true when the user cancelled.
     bool StepCancelled() { return status->IncrementProgress(1) != 0; }
     // A destination that came with a format of the source's may be smaller than it.

@@ -4,8 +4,12 @@
 #include <string>
 
 #include "engine/CContour1.h"
+#include "engine/CCotangentLines.h"
+#include "engine/CGaps.h"
+#include "engine/CGlass.h"
 #include "engine/CLuminance.h"
 #include "engine/CPeriodic.h"
+#include "engine/CTangentPipes.h"
 #include "engine/CTerrasseRelief.h"
 #include "support/Bench.h"
 
@@ -57,6 +61,10 @@ const bool kRegistered = [] {
     RegisterTransform<CPeriodic6>("CPeriodic6");
     RegisterTransform<CContour1>("CContour1");
     RegisterTransform<CTerrasseRelief>("CTerrasseRelief");
+    RegisterTransform<CGlass>("CGlass");
+    RegisterTransform<CCotangentLines>("CCotangentLines");
+    RegisterTransform<CTangentPipes>("CTangentPipes");
+    RegisterTransform<CGaps>("CGaps");
     return true;
 }();
 
