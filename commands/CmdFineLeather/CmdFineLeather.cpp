@@ -1,6 +1,6 @@
 #include "commands/CmdFineLeather/CmdFineLeather.h"
 
-#include "engine/MaterialEffects.h"
+#include "engine/Materials.h"
 
 namespace CmdFineLeather {
 namespace {

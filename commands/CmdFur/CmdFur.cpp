@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/MaterialEffects.h"
+#include "engine/Materials.h"
 
 namespace CmdFur {
 namespace {

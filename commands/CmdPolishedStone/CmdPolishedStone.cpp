@@ -1,6 +1,6 @@
 #include "commands/CmdPolishedStone/CmdPolishedStone.h"
 
-#include "engine/MaterialEffects.h"
+#include "engine/Materials.h"
 
 namespace CmdPolishedStone {
 namespace {

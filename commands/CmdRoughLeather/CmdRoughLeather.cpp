@@ -1,6 +1,6 @@
 #include "commands/CmdRoughLeather/CmdRoughLeather.h"
 
-#include "engine/MaterialEffects.h"
+#include "engine/Materials.h"
 
 namespace CmdRoughLeather {
 namespace {

@@ -1,6 +1,6 @@
 #include "commands/CmdSandstone/CmdSandstone.h"
 
-#include "engine/MaterialEffects.h"
+#include "engine/Materials.h"
 
 namespace CmdSandstone {
 namespace {

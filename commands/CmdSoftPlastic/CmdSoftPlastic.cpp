@@ -1,6 +1,6 @@
 #include "commands/CmdSoftPlastic/CmdSoftPlastic.h"
 
-#include "engine/MaterialEffects.h"
+#include "engine/Materials.h"
 
 namespace CmdSoftPlastic {
 namespace {

@@ -1,6 +1,6 @@
 #include "commands/CmdStrawWall/CmdStrawWall.h"
 
-#include "engine/MaterialEffects.h"
+#include "engine/Materials.h"
 
 namespace CmdStrawWall {
 namespace {

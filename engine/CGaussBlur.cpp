@@ -1,0 +1,24 @@
+#include "engine/CGaussBlur.h"
+
+#include "host/graphics/CIoGaussianBlur.h"
+
+CGaussBlur::CGaussBlur() { params.Add(L"Blur Strength", 0, 100, 20, 0); }
+
+void CGaussBlur::ReadParameters() {
+    params.ClampValues();
+    blurStrength = ValueOf(L"Blur Strength");
+}
+
+CErrorAutoThrow CGaussBlur::PrepareImages() {
+    width = source->GetWidth();
+    height = source->GetHeight();
+    bitsPerPixel = source->GetBPP();
+    return {};
+}
+
+CErrorAutoThrow CGaussBlur::Blur() {
+    if (blurStrength == 0) return destination->Copy(*source, 0);
+    CIoGaussianBlur blur(blurStrength * 0.2, 3);
+    blur.SetStatusControl(status);
+    return blur(*destination, *source);
+}
