@@ -1,0 +1,221 @@
+#include "app/imagefile/COutputFile.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/random.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <tuple>
+#include <utility>
+
+#include "app/imagefile/CImageFileError.h"
+
+namespace imagefile {
+
+namespace {
+
+// The temporary names in use, in a form that a signal handler can walk. A name is registered
+// before its file is made, so that there is no moment in which a file would be left behind.
+struct SPendingName {
+    enum : int { kFree, kClaimed, kLive };
+    std::atomic<int> state{kFree};
+    int folder = -1;
+    char text[48] = {};
+};
+SPendingName pending_names[64];
+static_assert(std::atomic<int>::is_always_lock_free);
+
+const char* RegisterName(int folder) {
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, 0) != sizeof number) return nullptr;
+    for (SPendingName& name : pending_names) {
+        int expected = SPendingName::kFree;
+        if (!name.state.compare_exchange_strong(expected, SPendingName::kClaimed)) continue;
+        name.folder = folder;
+        std::snprintf(name.text, sizeof name.text, ".cmdtexture-%016llx.part",
+                      static_cast<unsigned long long>(number));
+        name.state = SPendingName::kLive;
+        return name.text;
+    }
+    errno = EMFILE;
+    return nullptr;
+}
+
+void ForgetName(const char* text) {
+    for (SPendingName& name : pending_names) {
+        if (name.text == text) name.state = SPendingName::kFree;
+    }
+}
+
+[[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& what,
+                         const char* hint = "") {
+    throw CImageFileError(ENFault::Output, file, what, hint);
+}
+
+CFileDescriptor OpenFolder(const std::filesystem::path& file) {
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    CFileDescriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.IsOpen()) {
+        Refuse(file, "the folder " + DisplayName(folder) + " cannot be used: " + SystemText(errno));
+    }
+    if (faccessat(opened.Get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
+        Refuse(file,
+               "the folder " + DisplayName(folder) + " cannot be written to: " + SystemText(errno));
+    }
+    return opened;
+}
+
+bool IsSameFile(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+// What lies under the name and may be replaced; nothing when the name is free. Refuses the rest.
+std::optional<struct stat> CheckName(int folder, const std::filesystem::path& file,
+                                     const SOutputRules& rules) {
+    const std::string name = file.filename().native();
+    if (name.empty() || name == "." || name == "..") Refuse(file, "is the name of a folder");
+    struct stat found = {};
+    if (fstatat(folder, name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) {
+        if (errno == ENOENT) return std::nullopt;
+        Refuse(file, "cannot be written: " + SystemText(errno));
+    }
+    // A link is judged by itself and by what it leads to, which may be nothing.
+    const bool is_link = S_ISLNK(found.st_mode);
+    struct stat behind = found;
+    const bool leads_somewhere = !is_link || fstatat(folder, name.c_str(), &behind, 0) == 0;
+    if (leads_somewhere && S_ISDIR(behind.st_mode)) Refuse(file, "is a folder");
+    if (leads_somewhere && !S_ISREG(behind.st_mode)) {
+        Refuse(file, "is a device or a pipe, which is never replaced");
+    }
+    if (!rules.overwrite) {
+        struct stat input = {};
+        if (leads_somewhere && !rules.input.empty() && stat(rules.input.c_str(), &input) == 0 &&
+            IsSameFile(input, behind)) {
+            Refuse(file, "is the input file", "use --overwrite, or another name");
+        }
+        Refuse(file, is_link ? "exists, a symbolic link" : "exists",
+               "use --overwrite, or another name");
+    }
+    if (!is_link && faccessat(folder, name.c_str(), W_OK, AT_EACCESS) != 0) {
+        Refuse(file, "cannot be replaced: " + SystemText(errno));
+    }
+    return found;
+}
+
+std::string PathOf(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+
+}  // namespace
+
+void COutputFile::Check(const std::filesystem::path& file, const SOutputRules& rules) {
+    CheckName(OpenFolder(file).Get(), file, rules);
+}
+
+COutputFile::COutputFile(std::filesystem::path file, const SOutputRules& rules, bool unnamed)
+    : file_(std::move(file)), rules_(rules), name_(file_.filename().native()) {
+    folder_ = OpenFolder(file_);
+    replaced_ = CheckName(folder_.Get(), file_, rules_);
+    // The umask narrows the mode. What replaces a private file is private from its first byte.
+    const mode_t mode = replaced_ && S_ISREG(replaced_->st_mode) ? 0600 : 0666;
+    if (!unnamed || !CreateUnnamed(mode)) CreateNamed(mode);
+}
+
+COutputFile::~COutputFile() {
+    if (!temporary_) return;
+    unlinkat(folder_.Get(), temporary_, 0);
+    ForgetName(temporary_);
+}
+
+void COutputFile::RemoveAllPending() noexcept {
+    for (const SPendingName& name : pending_names) {
+        if (name.state == SPendingName::kLive) unlinkat(name.folder, name.text, 0);
+    }
+}
+
+// A file without a name vanishes with the process, however that ends. It can only be named later
+// by way of /proc.
+bool COutputFile::CreateUnnamed(mode_t mode) {
+    data_ = CFileDescriptor(openat(folder_.Get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
+    if (data_.IsOpen() && access(PathOf(data_.Get()).c_str(), F_OK) != 0) data_ = CFileDescriptor();
+    return data_.IsOpen();
+}
+
+void COutputFile::CreateNamed(mode_t mode) {
+    temporary_ = RegisterName(folder_.Get());
+    if (temporary_) {
+        constexpr int kFlags = O_CREAT | O_EXCL | O_NOFOLLOW | O_RDWR | O_CLOEXEC;
+        data_ = CFileDescriptor(openat(folder_.Get(), temporary_, kFlags, mode));
+    }
+    if (data_.IsOpen()) return;
+    const int error = errno;
+    if (temporary_) ForgetName(std::exchange(temporary_, nullptr));
+    FailWriting(error);
+}
+
+void COutputFile::Write(std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = write(data_.Get(), bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) FailWriting(errno);
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+}
+
+void COutputFile::FailWriting(int error) const {
+    Refuse(file_, "cannot be written: " + SystemText(error), "nothing was left behind");
+}
+
+void COutputFile::FailPublishing(int error) const {
+    if (error == EEXIST) Refuse(file_, "exists", "use --overwrite, or another name");
+    FailWriting(error);
+}
+
+// Failures are no reason to lose the result: it then stays narrower than what it replaces.
+void COutputFile::KeepPermissions() {
+    if (!replaced_ || !S_ISREG(replaced_->st_mode)) return;
+    if (replaced_->st_uid != geteuid() || replaced_->st_gid != getegid()) {
+        std::ignore = fchown(data_.Get(), replaced_->st_uid, replaced_->st_gid);
+    }
+    std::ignore = fchmod(data_.Get(), replaced_->st_mode & 0777);
+}
+
+void COutputFile::Publish() {
+    KeepPermissions();
+    if (fsync(data_.Get()) != 0) FailWriting(errno);
+    rules_.overwrite ? PublishOver() : PublishNew();
+    if (temporary_) ForgetName(std::exchange(temporary_, nullptr));
+}
+
+// Never replaces anything, even what came into being after the check.
+void COutputFile::PublishNew() {
+    const int folder = folder_.Get();
+    if (!temporary_) {
+        const std::string unnamed = PathOf(data_.Get());
+        if (linkat(AT_FDCWD, unnamed.c_str(), folder, name_.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+            FailPublishing(errno);
+        }
+        return;
+    }
+    if (renameat2(folder, temporary_, folder, name_.c_str(), RENAME_NOREPLACE) == 0) return;
+    // Some file systems do not know that flag; a hard link does not replace either.
+    if (errno != EINVAL && errno != ENOSYS) FailPublishing(errno);
+    if (linkat(folder, temporary_, folder, name_.c_str(), 0) != 0) FailPublishing(errno);
+    unlinkat(folder, temporary_, 0);
+}
+
+void COutputFile::PublishOver() {
+    const int folder = folder_.Get();
+    if (!temporary_) {
+        temporary_ = RegisterName(folder);
+        const std::string unnamed = PathOf(data_.Get());
+        if (!temporary_ ||
+            linkat(AT_FDCWD, unnamed.c_str(), folder, temporary_, AT_SYMLINK_FOLLOW) != 0) {
+            FailPublishing(errno);
+        }
+    }
+    if (renameat(folder, temporary_, folder, name_.c_str()) != 0) FailPublishing(errno);
+}
+
+}  // namespace imagefile

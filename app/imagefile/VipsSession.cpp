@@ -1,0 +1,88 @@
+#include "app/imagefile/VipsSession.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <mutex>
+#include <stdexcept>
+#include <string_view>
+
+namespace imagefile {
+
+namespace {
+
+thread_local CVipsWarnings* collector = nullptr;
+
+std::string OneLine(std::string_view text) {
+    text = text.substr(0, text.find('\n'));
+    return std::string(text);
+}
+
+}  // namespace
+
+void StartVips() {
+    static std::once_flag started;
+    std::call_once(started, [] {
+        if (vips_init("cmdtexture") != 0) throw std::runtime_error(TakeVipsError());
+        vips_block_untrusted_set(TRUE);
+        vips_cache_set_max(0);
+        // Rows come from memory; more threads than this would only wait for the encoder.
+        vips_concurrency_set(1);
+        g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK),
+                          &CVipsWarnings::Receive, nullptr);
+    });
+}
+
+std::string TakeVipsError() {
+    std::string text = OneLine(vips_error_buffer());
+    vips_error_clear();
+    const std::size_t colon = text.find(": ");
+    if (colon != std::string::npos && text.find(' ') > colon) text.erase(0, colon + 2);
+    return text;
+}
+
+TVips<VipsImage> OpenDecoder(ENKind kind, int descriptor, bool strict) {
+    if (lseek(descriptor, 0, SEEK_SET) != 0) return nullptr;
+    const TVips<VipsSource> source(vips_source_new_from_descriptor(descriptor));
+    if (!source) return nullptr;
+    const auto load = [&](auto loader) {
+        VipsImage* opened = nullptr;
+        const int failed =
+            loader(source.get(), &opened, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
+                   strict ? VIPS_FAIL_ON_WARNING : VIPS_FAIL_ON_NONE, nullptr);
+        return TVips<VipsImage>(failed ? nullptr : opened);
+    };
+    switch (kind) {
+        case ENKind::Png:
+            return load(vips_pngload_source);
+        case ENKind::Jpeg:
+            return load(vips_jpegload_source);
+        case ENKind::Tiff:
+            return load(vips_tiffload_source);
+        case ENKind::Webp:
+            return load(vips_webpload_source);
+    }
+    return nullptr;
+}
+
+CVipsWarnings::CVipsWarnings() { collector = this; }
+
+CVipsWarnings::~CVipsWarnings() { collector = nullptr; }
+
+void CVipsWarnings::Receive(const char* /*domain*/, GLogLevelFlags level, const char* text,
+                            void* /*data*/) {
+    if (!collector || (level & (G_LOG_LEVEL_WARNING | G_LOG_LEVEL_CRITICAL)) == 0) return;
+    auto& texts = collector->texts_;
+    std::string line = OneLine(text);
+    const bool is_known = std::find(texts.begin(), texts.end(), line) != texts.end();
+    if (!line.empty() && !is_known) texts.push_back(std::move(line));
+}
+
+std::vector<std::string> CVipsWarnings::TakeNew() {
+    std::vector<std::string> fresh(texts_.begin() + static_cast<std::ptrdiff_t>(taken_),
+                                   texts_.end());
+    taken_ = texts_.size();
+    return fresh;
+}
+
+}  // namespace imagefile
