@@ -1,5 +1,7 @@
 #include "commands/CmdMosaicAntique/CmdMosaicAntique.h"
 
+#include "effects/Mosaic.h"
+
 namespace CmdMosaicAntique {
 namespace {
 
@@ -29,13 +31,22 @@ const SCommandDescription kDescription{L"MosaicAntique",
                                        {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}},
                                        kParameters};
 
-CErrorAutoThrow CCmdMosaicAntique::ApplyEffect(CStatusControl* /*status*/,
-                                               CRowIteratorBands& /*source*/,
-                                               CRowIteratorBands& /*destination*/,
+CErrorAutoThrow CCmdMosaicAntique::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                               CRowIteratorBands& destination,
                                                const CRowIterator* /*mask*/,
                                                const SHostArguments& /*arguments*/,
                                                ICommandExecutionContext* /*context*/) {
-    return {TolmErrorCode::NotAvailable, "this effect is not available"};
+    return CatchErrors([&] {
+        const CParameterReader parameters(BoundRepository());
+        const int grout_diffusion = parameters.Integer(5, 50);
+        // Without diffusion there is no grout either.
+        const int grout_width = grout_diffusion == 0 ? 0 : parameters.Integer(0, 2);
+        CIoDeformation deformation;
+        deformation.MosaicAdvanced(parameters.Integer(4, 50), parameters.Integer(3, 50),
+                                   grout_width, grout_diffusion, parameters.Integer(1, 70));
+        return ApplyMosaic(status, deformation, source, destination, SourceIsTransparent(),
+                           {parameters.Colour(6, 0)});
+    });
 }
 
 // The effect reaches over the whole image: no part of it can be asked about alone.

@@ -1,5 +1,7 @@
 #include "commands/CmdMosaicGlass/CmdMosaicGlass.h"
 
+#include "effects/Mosaic.h"
+
 namespace CmdMosaicGlass {
 namespace {
 
@@ -30,13 +32,20 @@ const SCommandDescription kDescription{L"MosaicGlass",
                                        {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}},
                                        kParameters};
 
-CErrorAutoThrow CCmdMosaicGlass::ApplyEffect(CStatusControl* /*status*/,
-                                             CRowIteratorBands& /*source*/,
-                                             CRowIteratorBands& /*destination*/,
+CErrorAutoThrow CCmdMosaicGlass::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                             CRowIteratorBands& destination,
                                              const CRowIterator* /*mask*/,
                                              const SHostArguments& /*arguments*/,
                                              ICommandExecutionContext* /*context*/) {
-    return {TolmErrorCode::NotAvailable, "this effect is not available"};
+    return CatchErrors([&] {
+        const CParameterReader parameters(BoundRepository());
+        CIoDeformation deformation;
+        deformation.Glasses(parameters.Integer(1, 50), parameters.Integer(0, 50),
+                            parameters.Integer(2, 2), parameters.Integer(4, 50),
+                            parameters.Integer(6, 0), parameters.Integer(5, 0));
+        return ApplyMosaic(status, deformation, source, destination, SourceIsTransparent(),
+                           {parameters.Colour(7, 0)});
+    });
 }
 
 // The effect reaches over the whole image: no part of it can be asked about alone.

@@ -1,5 +1,7 @@
 #include "commands/CmdSculpture/CmdSculpture.h"
 
+#include "effects/Sculpture.h"
+
 namespace CmdSculpture {
 namespace {
 
@@ -37,13 +39,30 @@ const SCommandDescription kDescription{L"Sculpture",
                                        {{1, 1}, {15, 1}, {2, 1}, {3, 0}, {9, 0}, {14, 1}},
                                        kParameters};
 
-CErrorAutoThrow CCmdSculpture::ApplyEffect(CStatusControl* /*status*/,
-                                           CRowIteratorBands& /*source*/,
-                                           CRowIteratorBands& /*destination*/,
-                                           const CRowIterator* /*mask*/,
+CErrorAutoThrow CCmdSculpture::Setup(ICommandExecutionContext* context) {
+    context_ = context;
+    return CCmdEffect::Setup(context);
+}
+
+CErrorAutoThrow CCmdSculpture::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                           CRowIteratorBands& destination, const CRowIterator* mask,
                                            const SHostArguments& /*arguments*/,
                                            ICommandExecutionContext* /*context*/) {
-    return {TolmErrorCode::NotAvailable, "this effect is not available"};
+    return CatchErrors([&] {
+        const CParameterReader parameters(BoundRepository());
+        CSculptureSettings settings;
+        settings.angle = parameters.Integer(1, 315);
+        settings.elevation = parameters.Integer(4, 30);
+        settings.color = parameters.Colour(2, 0xFFFFFF);
+        settings.intensity = parameters.Integer(5, 50);
+        settings.ambience = parameters.Integer(0, 0);
+        settings.depth = parameters.Integer(3, 20);
+        settings.shininess = parameters.Integer(7, 0);
+        settings.smoothness = parameters.Integer(9, 0);
+        settings.size = parameters.Integer(8, 100);
+        const CRowIteratorBands pattern = LoadPatternImage(context_.Get(), parameters.Text(6));
+        return ApplySculpture(status, source, destination, mask, pattern, settings, {});
+    });
 }
 
 // The effect reaches over the whole image: no part of it can be asked about alone.

@@ -1,5 +1,7 @@
 #include "commands/CmdTexture/CmdTexture.h"
 
+#include "effects/Texture.h"
+
 namespace CmdTexture {
 namespace {
 
@@ -37,12 +39,28 @@ const SCommandDescription kDescription{L"Texture",
                                        {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}, {9, 0}},
                                        kParameters};
 
-CErrorAutoThrow CCmdTexture::ApplyEffect(CStatusControl* /*status*/, CRowIteratorBands& /*source*/,
-                                         CRowIteratorBands& /*destination*/,
+CErrorAutoThrow CCmdTexture::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                         CRowIteratorBands& destination,
                                          const CRowIterator* /*mask*/,
                                          const SHostArguments& /*arguments*/,
-                                         ICommandExecutionContext* /*context*/) {
-    return {TolmErrorCode::NotAvailable, "this effect is not available"};
+                                         ICommandExecutionContext* context) {
+    return CatchErrors([&] {
+        const CParameterReader parameters(BoundRepository());
+        context_ = context;
+        CBumpMapEffectSettings settings;
+        settings.angle = parameters.Integer(1, 315);
+        settings.elevation = parameters.Integer(4, 30);
+        settings.color = parameters.Colour(2, 0xFFFFFF);
+        settings.intensity = parameters.Integer(5, 50);
+        settings.ambience = parameters.Integer(0, 0);
+        settings.depth = parameters.Integer(3, 1);
+        settings.shininess = parameters.Integer(6, 0);
+        settings.smoothness = parameters.Integer(8, 0);
+        const CRowIteratorBands texture =
+            LoadTextureImage(context_.Get(), parameters.Text(9), SColorSpecRGB());
+        return ApplyTexture(status, source, destination, texture, settings,
+                            parameters.Integer(7, 100));
+    });
 }
 
 // The effect reaches over the whole image: no part of it can be asked about alone.

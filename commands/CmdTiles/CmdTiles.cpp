@@ -1,5 +1,7 @@
 #include "commands/CmdTiles/CmdTiles.h"
 
+#include "effects/Tiles.h"
+
 namespace CmdTiles {
 namespace {
 
@@ -34,12 +36,27 @@ const SCommandDescription kDescription{L"Tiles",
                                        {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}},
                                        kParameters};
 
-CErrorAutoThrow CCmdTiles::ApplyEffect(CStatusControl* /*status*/, CRowIteratorBands& /*source*/,
-                                       CRowIteratorBands& /*destination*/,
-                                       const CRowIterator* /*mask*/,
+CErrorAutoThrow CCmdTiles::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                       CRowIteratorBands& destination, const CRowIterator* /*mask*/,
                                        const SHostArguments& /*arguments*/,
                                        ICommandExecutionContext* /*context*/) {
-    return {TolmErrorCode::NotAvailable, "this effect is not available"};
+    return CatchErrors([&] {
+        const CParameterReader parameters(BoundRepository());
+        CTilesSettings settings;
+        settings.angle = parameters.Integer(1, 315);
+        settings.elevation = parameters.Integer(5, 30);
+        settings.color = parameters.Colour(3, 0xFFFFFF);
+        settings.intensity = parameters.Integer(6, 50);
+        settings.ambience = parameters.Integer(0, 0);
+        settings.depth = parameters.Integer(4, 1);
+        settings.shininess = parameters.Integer(7, 50);
+        settings.smoothness = parameters.Integer(8, 25);
+        settings.tileShape = parameters.Member(10, 2);
+        settings.tileAngularity = parameters.Integer(9, 31);
+        settings.tileSize = parameters.Integer(11, 7);
+        settings.borderSize = parameters.Integer(2, 13);
+        return ApplyTiles(status, source, destination, settings);
+    });
 }
 
 // A tile's bevel and grout reach beyond the area that is asked about.

@@ -12,6 +12,7 @@ class CCmdWeave final : public TTextureCommand<CCmdWeave, kDescription> {
                                 CRowIteratorBands& destination, const CRowIterator* mask,
                                 const SHostArguments& arguments,
                                 ICommandExecutionContext* context) override;
+    bool WorksAt16Bits() const override { return false; }
 };
 
 class CCmdWeaveResData final : public TTextureResData<kDescription> {};

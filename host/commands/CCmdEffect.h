@@ -121,6 +121,8 @@ class HOST_API CCmdEffect : public VCommandWithPreview {
     // Whether the effect works at 16 bits itself; for one that does not, the base hands it an 8-bit
     // image and widens the result.
     virtual bool WorksAt16Bits() const { return true; }
+    // Whether ApplyEffect limits its work to the mask itself, so that the base leaves it alone.
+    virtual bool BlendsBySelection() const { return false; }
     // The constructor's flag at a position from 1 to 13.
     bool Flag(int position) const { return flags_[static_cast<std::size_t>(position - 1)]; }
 

@@ -36,7 +36,7 @@ CErrorAutoThrow CCmdEffect::Preview(CStatusControl* status, const CRowIteratorBa
             error = WidenOver(source, destination, wide);
             destination.Consume(wide);
         }
-        if (!error.Failed() && mask && mask->IsAttached()) {
+        if (!error.Failed() && mask && mask->IsAttached() && !BlendsBySelection()) {
             error = BlendBySelection(source, *mask, destination);
         }
         if (error.Failed()) destination.Destroy();
