@@ -10,6 +10,7 @@
 #include "host/core/TRef.h"
 #include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/ColorRef.h"
+#include "host/windowing/CDialog.h"
 #include "hostlib/windowing/DialogTemplate.h"
 
 // The border between dialogs and the toolkit that shows them. The host keeps what every control
@@ -111,8 +112,8 @@ struct IDialogView {
     // Shows the dialog until EndModal is called, and returns EndModal's result.
     virtual int RunModal() = 0;
     virtual void EndModal(int result) = 0;
-    // A control's state is another one now. Not called for what the control's own user did to it,
-    // unless the dialog changed it further.
+    // A control's state is another one now. Also called for the control that the user acts on, so
+    // showing again what is already shown does nothing (and moves no cursor).
     virtual void ControlChanged(const SControlState& control) = 0;
     // The parameters are others: a preview that is running is stale.
     virtual void PreviewChanged() = 0;
@@ -132,7 +133,3 @@ struct IToolkit {
 // The toolkit of the process, not owned; null: dialogs cannot be shown.
 HOST_API void InstallToolkit(IToolkit* toolkit);
 HOST_API IToolkit* InstalledToolkit();
-
-// End codes of a modal dialog.
-inline constexpr int IDOK = 1;
-inline constexpr int IDCANCEL = 2;
