@@ -31,7 +31,6 @@ class HOST_API CColorDropper {
   protected:
     CColorDropper();
     virtual ~CColorDropper();
-    virtual void OnDropperEnabled(bool enabled);
 
   private:
     int target_ = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "host/core/CString.h"
@@ -41,3 +42,7 @@ struct SDialogTemplate {
     CString title;
     std::vector<STemplateGroup> groups;
 };
+
+// Reads the JSON form of a template, as the language compiler writes it. Throws CNException, code
+// 105, for anything else.
+SDialogTemplate ParseDialogTemplate(int id, const std::string& json);

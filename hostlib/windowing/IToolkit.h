@@ -41,7 +41,8 @@ struct SControlState {
 // All that a preview needs, independent of the dialog: it may be used on another thread and after
 // the dialog has changed or gone. ICommandPreview::Preview of the command makes a picture.
 struct SPreviewSnapshot {
-    TRef<CCmdEffect> command;  // a clone with the parameter values of now, set up for the context
+    // A clone with the parameter values of now, set up for the context; empty without memory.
+    TRef<CCmdEffect> command;
     TRef<ICommandExecutionContext> context;
     CRowIteratorBands source;  // the layer, shared with the document: read only
     CRowIterator selection;    // unattached when everything is selected
@@ -80,8 +81,9 @@ struct IDialogModel {
 
     // The preview. A new snapshot is due after each IDialogView::PreviewChanged.
     virtual SPreviewSnapshot Snapshot() const = 0;
-    // The colour dropper: which swatch takes a colour picked from the picture (initially the
-    // first), and the picking.
+    // The colour dropper: whether picking is on, which swatch takes a colour picked from the
+    // picture (initially the first), and the picking.
+    virtual bool DropperEnabled() const = 0;
     virtual void AimDropper(int swatch_id) = 0;
     virtual void PickFromPicture(COLORREF colour) = 0;
 
