@@ -37,7 +37,7 @@ CErrorAutoThrow CCmdFineLeather::ApplyEffect(CStatusControl* status, CRowIterato
                                              ICommandExecutionContext* /*context*/) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
-        return ApplyFineLeather(status, source, destination, parameters.Integer(0, 30),
+        return ApplyFineLeather(*status, source, destination, parameters.Integer(0, 30),
                                 parameters.Integer(1, 40), parameters.Integer(3, 40),
                                 parameters.Integer(4, 4), parameters.Integer(5, 250),
                                 parameters.Colour(2, 0));

@@ -36,7 +36,7 @@ CErrorAutoThrow CCmdFur::ApplyEffect(CStatusControl* status, CRowIteratorBands& 
                                      ICommandExecutionContext* context) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
-        return ApplyFur(status, source, destination, parameters.Integer(0, 40),
+        return ApplyFur(*status, source, destination, parameters.Integer(0, 40),
                         std::min(DensityFor(context, source, parameters.Integer(1, 40)), 100),
                         parameters.Integer(2, 4), parameters.Integer(3, 250));
     });

@@ -36,7 +36,7 @@ CErrorAutoThrow CCmdPolishedStone::ApplyEffect(CStatusControl* status, CRowItera
                                                ICommandExecutionContext* /*context*/) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
-        return ApplyPolishedStone(status, source, destination, parameters.Integer(1, 20),
+        return ApplyPolishedStone(*status, source, destination, parameters.Integer(1, 20),
                                   parameters.Integer(3, 145), parameters.Integer(4, 15),
                                   parameters.Integer(0, 45), parameters.Colour(2, 0xFFFFFF));
     });

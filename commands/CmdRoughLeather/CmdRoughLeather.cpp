@@ -38,7 +38,7 @@ CErrorAutoThrow CCmdRoughLeather::ApplyEffect(CStatusControl* status, CRowIterat
                                               ICommandExecutionContext* /*context*/) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
-        return ApplyRoughLeather(status, source, destination, parameters.Integer(0, 45),
+        return ApplyRoughLeather(*status, source, destination, parameters.Integer(0, 45),
                                  parameters.Integer(1, 10), parameters.Integer(6, 14),
                                  parameters.Integer(2, 5), parameters.Integer(5, 135),
                                  parameters.Colour(4, 0xFFFFFF), parameters.Colour(3, 0));

@@ -36,7 +36,7 @@ CErrorAutoThrow CCmdSandstone::ApplyEffect(CStatusControl* status, CRowIteratorB
                                            ICommandExecutionContext* /*context*/) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
-        return ApplySandstone(status, source, destination, parameters.Integer(0, 45),
+        return ApplySandstone(*status, source, destination, parameters.Integer(0, 45),
                               parameters.Integer(1, 20), parameters.Integer(3, 80),
                               parameters.Integer(4, 13), parameters.Colour(2, 0xFFFFFF));
     });

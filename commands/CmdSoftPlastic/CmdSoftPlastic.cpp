@@ -36,7 +36,7 @@ CErrorAutoThrow CCmdSoftPlastic::ApplyEffect(CStatusControl* status, CRowIterato
                                              ICommandExecutionContext* /*context*/) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
-        return ApplySoftPlastic(status, source, destination, parameters.Integer(1, 20),
+        return ApplySoftPlastic(*status, source, destination, parameters.Integer(1, 20),
                                 parameters.Integer(4, 14), parameters.Integer(3, 32),
                                 parameters.Integer(0, 45), parameters.Colour(2, 0));
     });

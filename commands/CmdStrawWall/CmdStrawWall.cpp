@@ -39,7 +39,7 @@ CErrorAutoThrow CCmdStrawWall::ApplyEffect(CStatusControl* status, CRowIteratorB
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
         return ApplyStrawWall(
-            status, source, destination, parameters.Integer(1, 40), parameters.Integer(4, 14),
+            *status, source, destination, parameters.Integer(1, 40), parameters.Integer(4, 14),
             parameters.Integer(6, 1), DensityFor(context, source, parameters.Integer(3, 15)),
             parameters.Integer(0, 100), parameters.Integer(5, 0), parameters.Colour(2, 0x555555));
     });

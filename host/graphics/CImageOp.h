@@ -3,6 +3,13 @@
 #include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/CStatusControl.h"
 
+// What an operation reads and writes; both outlive it.
+struct CIoData {
+    CIoData(CRowIteratorBands& to, const CRowIteratorBands& from) : output(to), input(from) {}
+    CRowIteratorBands& output;
+    const CRowIteratorBands& input;
+};
+
 // An operation of the graphics library that makes one image of another.
 class CImageOp {
   public:
@@ -15,6 +22,7 @@ class CImageOp {
     // undefined but safe to destroy.
     virtual CErrorAutoThrow operator()(CRowIteratorBands& destination,
                                        const CRowIteratorBands& source) = 0;
+    CErrorAutoThrow operator()(const CIoData& data) { return (*this)(data.output, data.input); }
 
   protected:
     CStatusControl* Status() const { return status_; }

@@ -25,7 +25,9 @@ CErrorAutoThrow CCmdEffect::Preview(CStatusControl* status, const CRowIteratorBa
             if (error.Failed()) return error;
         }
         transparent_ = source.GetPixelFormat().IsAlphaChannelPresent();
-        CErrorAutoThrow error = ApplyEffect(status, input, destination, mask, {}, context);
+        CStatusControl nobody;
+        CErrorAutoThrow error =
+            ApplyEffect(status ? status : &nobody, input, destination, mask, {}, context);
         if (!error.Failed() && !destination.IsAttached()) {
             error = {TolmErrorCode::NotCreated, "the effect made no picture"};
         }

@@ -1,0 +1,141 @@
+#include <fmt/format.h>
+
+#include <chrono>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "app/cli/CliError.h"
+#include "app/cli/Commands.h"
+#include "app/cli/EffectRun.h"
+#include "app/cli/Options.h"
+#include "app/cli/Pictures.h"
+#include "hostlib/job/ParameterValues.h"
+
+namespace {
+
+using nlohmann::ordered_json;
+
+struct SApplyOptions {
+    SSessionOptions session;
+    SParameterOptions parameters;
+    SInputOptions input;
+    std::string effect, output, mask, canvas, at;
+    bool overwrite = false, quiet = false, progress = false, json = false;
+};
+
+class CStopwatch {
+  public:
+    // The seconds since construction or the last call.
+    double Lap() {
+        const auto now = std::chrono::steady_clock::now();
+        const double seconds = std::chrono::duration<double>(now - start_).count();
+        start_ = now;
+        return seconds;
+    }
+
+  private:
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// Names and types of the parameters are checked before anything is read; their ranges may depend
+// on the canvas and are checked again with it.
+void CheckParameters(const CSession& session, const SApplyOptions& options) {
+    const TRef<CCmdEffect> command = session.Effect(options.effect);
+    PrepareCommand(*command, nullptr);
+    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+}
+
+void PrintResult(const SApplyOptions& options, const ordered_json& values,
+                 const CCmdEffect& command, const CRowIteratorBands& image, ordered_json seconds) {
+    const ordered_json result = {{"effect", ToUtf8(command.GetResourceData()->GetComponentName())},
+                                 {"input", options.input.file},
+                                 {"output", options.output},
+                                 {"width", image.GetWidth()},
+                                 {"height", image.GetHeight()},
+                                 {"layout", LayoutName(image.GetPixelFormat())},
+                                 {"depth", image.GetPixelFormat().Is16bit() ? 16 : 8},
+                                 {"parameters", values},
+                                 {"seconds", std::move(seconds)}};
+    // File names are bytes: what is not UTF-8 in them is replaced.
+    std::cout << result.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
+}
+
+void Apply(const SApplyOptions& options) {
+    const CSession session(options.session);
+    CheckParameters(session, options);
+    const CPoint place = options.at.empty() ? CPoint{} : ParsePlace(options.at, "--at");
+    CSize canvas = options.canvas.empty() ? CSize{} : ParseSize(options.canvas, "--canvas");
+    const imagefile::SOutputRules rules{options.overwrite, options.input.file};
+    CheckPictureOutput(options.output, rules, {});
+
+    CProgress progress(CProgress::StyleFor(options.quiet, options.progress));
+    CStopwatch watch;
+    ordered_json seconds;
+    progress.BeginPart("reading", 0.15);
+    imagefile::SImageFile input = ReadPicture(options.input, progress);
+    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
+    CheckPictureOutput(options.output, rules, size);
+    if (options.canvas.empty()) canvas = size;
+
+    const TRef<CDocument> document(new CDocument(canvas));
+    if (!options.mask.empty()) {
+        document->SetSelection(ReadMask(options.mask, size, options.input, progress));
+    }
+    input.pixels.SetOrigin(place);
+    document->SetActiveImage(input.pixels);
+    input.pixels.Destroy();
+    seconds["load"] = watch.Lap();
+
+    progress.BeginPart(options.effect, 0.7);
+    TRef<CCmdEffect> command = session.Effect(options.effect);
+    const TRef<CExecutionContext> context(new CExecutionContext(document, {}, &progress));
+    PrepareCommand(*command, context.Get());
+    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+    WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
+    const CRowIteratorBands result = RunEffect(*command, *context);
+    const ordered_json values = parameters::ToJson(*command->BoundRepository());
+    seconds["effect"] = watch.Lap();
+
+    progress.BeginPart("writing", 1.0);
+    WritePicture(options.output, result, input.metadata, rules, progress);
+    seconds["save"] = watch.Lap();
+    if (options.json) PrintResult(options, values, *command, result, seconds);
+}
+
+}  // namespace
+
+void AddApplyCommand(CLI::App& program) {
+    auto* command = program.add_subcommand("apply", "Apply an effect to an image file");
+    auto options = std::make_shared<SApplyOptions>();
+    command->add_option("EFFECT", options->effect, "Name of the effect")->required();
+    command->add_option("IN", options->input.file, "Image to read: PNG, JPEG, TIFF or WebP")
+        ->required();
+    command
+        ->add_option("-o,--output", options->output,
+                     "Image to write, of the kind that its extension tells")
+        ->type_name("OUT")
+        ->required();
+    AddParameterOptions(*command, options->parameters);
+    command
+        ->add_option("--mask", options->mask,
+                     "Limit the effect to a selection: an image of the same size, white is full "
+                     "effect")
+        ->type_name("FILE");
+    command->add_option("--canvas", options->canvas, "Size of the document; default: the image's")
+        ->type_name("WxH");
+    command->add_option("--at", options->at, "Place of the image on the document; default: 0,0")
+        ->type_name("X,Y");
+    command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
+    command->add_flag("--lenient", options->input.lenient,
+                      "Take what can be had of a damaged input");
+    command
+        ->add_option("--max-pixels", options->input.max_pixels,
+                     "Refuse larger inputs before decoding them")
+        ->capture_default_str();
+    auto* quiet = command->add_flag("--quiet", options->quiet, "Show no progress");
+    command->add_flag("--progress", options->progress, "Show progress, on a terminal or not")
+        ->excludes(quiet);
+    command->add_flag("--json", options->json, "Print what was done as a JSON object");
+    AddSessionOptions(*command, options->session);
+    command->callback([options] { Apply(*options); });
+}

@@ -1,0 +1,54 @@
+#include "app/cli/CProgress.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "app/cli/Interruption.h"
+
+namespace {
+constexpr int kBarWidth = 40;
+constexpr int kLineSteps = 10;
+constexpr auto kRedraw = std::chrono::milliseconds(50);
+}  // namespace
+
+CProgress::EStyle CProgress::StyleFor(bool quiet, bool asked_for) {
+    if (quiet) return EStyle::None;
+    if (isatty(STDERR_FILENO)) return EStyle::Bar;
+    return asked_for ? EStyle::Lines : EStyle::None;
+}
+
+// The bar is wiped: what stays on the terminal is messages only.
+CProgress::~CProgress() {
+    if (style_ == EStyle::Bar && last_step_ >= 0) fmt::print(stderr, "\r\x1b[K");
+}
+
+void CProgress::BeginPart(const std::string& name, double until) {
+    part_ = name;
+    from_ = until_;
+    until_ = until;
+}
+
+bool CProgress::OnProgress(double fraction) {
+    if (style_ != EStyle::None) Draw(from_ + (until_ - from_) * std::clamp(fraction, 0.0, 1.0));
+    return interruption::Requested();
+}
+
+void CProgress::Draw(double done) {
+    const bool bar = style_ == EStyle::Bar;
+    const int step = static_cast<int>(done * (bar ? kBarWidth : kLineSteps));
+    if (step == last_step_) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (bar && now - last_drawn_ < kRedraw) return;
+    last_step_ = step;
+    last_drawn_ = now;
+    if (bar) {
+        fmt::print(stderr, "\r[{:#<{}}{:.<{}}] {:3.0f}% {}\x1b[K", "", step, "", kBarWidth - step,
+                   done * 100, part_);
+        std::fflush(stderr);
+    } else {
+        fmt::print(stderr, "progress: {:3.0f}% {}\n", done * 100, part_);
+    }
+}

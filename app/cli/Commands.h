@@ -1,0 +1,12 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+// Each adds one subcommand: its options, its help, and what it does when it is chosen.
+void AddListCommand(CLI::App& program);
+void AddDescribeCommand(CLI::App& program);
+void AddApplyCommand(CLI::App& program);
+void AddGalleryCommand(CLI::App& program);
+void AddPresetCommand(CLI::App& program);

@@ -1,0 +1,285 @@
+#include "host/graphics/CIoGaussianBlur.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "hostlib/graphics/BlurRows.h"
+#include "hostlib/graphics/GaussianPlan.h"
+#include "hostlib/graphics/ParallelRows.h"
+
+namespace {
+
+using blur::SGaussianAccuracy;
+using blur::SGaussianPlan;
+
+// Chosen so that the errors, each at its worst and added up, stay below 1 and 8 steps: two cut
+// kernels and the interpolation's cut ends, the distorted waves of half the range, and rounding.
+constexpr SGaussianAccuracy kByteAccuracy{3e-4, 9e-4, 0.85, 3};
+constexpr SGaussianAccuracy kWordAccuracy{2e-5, 7e-5, 0.95, 4};
+
+// Fixed point loses at most half of 1/256 with each term of a sum; an eighth of a step may be lost.
+constexpr int kMostTermsInFixedPoint = 64;
+
+constexpr int kBlockRows = 8;                 // rows that a thread takes on at a time
+constexpr int kBatchRows = 64;                // blurred rows that are held at a time
+constexpr std::ptrdiff_t kColumnTile = 2048;  // samples of a row summed at a time
+
+// Weights as the sums take them. In fixed point with 2^16 for `whole`: each is cut so that the
+// error of its predecessors is made good, and all of them add up exactly.
+template <class Sum>
+std::vector<Sum> WeightsFor(const std::vector<double>& exact, double whole) {
+    std::vector<Sum> weights;
+    double sum = 0;
+    double given = 0;
+    for (const double weight : exact) {
+        if constexpr (std::is_same_v<Sum, float>) {
+            weights.push_back(static_cast<float>(weight));
+            continue;
+        }
+        sum += weight;
+        const double rounded = std::min(std::round(sum / whole * 65536) - given, 65535.0);
+        weights.push_back(static_cast<Sum>(rounded));
+        given += rounded;
+    }
+    return weights;
+}
+
+// The samples of a pixel that the source shows.
+struct SShown {
+    int channels;  // of the source's pixels
+    int first;
+    int count;
+
+    explicit SShown(const CRowIteratorBands& source)
+        : channels(source.GetPixelFormat().Channels()),
+          first(source.GetChannelAccess() == ENChannel::Alpha ? channels - 1 : 0),
+          count(source.GetAccessFormat().Channels()) {}
+
+    template <class Sample>
+    void Pick(const Sample* from, Sample* to, std::ptrdiff_t pixels) const {
+        for (std::ptrdiff_t x = 0; x < pixels; ++x) {
+            for (int c = 0; c < count; ++c) to[x * count + c] = from[x * channels + first + c];
+        }
+    }
+};
+
+// One blur of an image of Samples, with sums of type Sum (see BlurRows.h).
+template <class Sample, class Sum>
+class CBlurRun {
+  public:
+    CBlurRun(const SGaussianPlan& plan, const CRowIteratorBands& source,
+             CRowIteratorBands& destination)
+        : source_(source),
+          destination_(destination),
+          shown_(source),
+          step_(plan.step),
+          before_(plan.before),
+          span_(plan.Span()),
+          blurred_rows_(plan.BlurredRows(source.GetHeight())),
+          down_(WeightsFor<Sum>(plan.down, 0.5)),
+          along_(WeightsFor<Sum>(plan.along, 0.5)) {
+        for (const auto& weights : plan.between) between_.push_back(WeightsFor<Sum>(weights, 1));
+    }
+
+    CErrorAutoThrow Run(CStatusControl* status) {
+        if (step_ > 1) return RunInBatches(status);
+        return ForEachRowBlock(status, source_.GetHeight(), kBlockRows, [&](int first, int last) {
+            BlurRows(first, last, [&](int y) { return destination_.Row<Sample>(y); });
+        });
+    }
+
+  private:
+    std::ptrdiff_t RowLength() const { return std::ptrdiff_t{source_.GetWidth()} * shown_.count; }
+    Sum* HeldRow(int k) { return held_.get() + k % (kBatchRows + span_) * RowLength(); }
+
+    // Makes a batch of blurred rows, then the rows of the result that they complete, and so on.
+    // The last blurred rows of a batch are held for the next.
+    CErrorAutoThrow RunInBatches(CStatusControl* status) {
+        const auto held_rows = static_cast<std::size_t>(kBatchRows + span_);
+        held_ = std::make_unique_for_overwrite<Sum[]>(held_rows *
+                                                      static_cast<std::size_t>(RowLength()));
+        CStatusControl batches(status);
+        batches.SetNumberOfSteps(2 * ((blurred_rows_ - 1) / kBatchRows + 1));
+        int y = 0;
+        for (int k = 0; k < blurred_rows_; k += kBatchRows) {
+            const int made = std::min(k + kBatchRows, blurred_rows_);
+            CErrorAutoThrow result =
+                ForEachRowBlock(&batches, made - k, kBlockRows, [&](int first, int last) {
+                    BlurRows(k + first, k + last, [&](int row) { return HeldRow(row); });
+                });
+            if (result.Failed()) return result;
+            const int end = std::min((made - span_ + 1) * step_, source_.GetHeight());
+            result = ForEachRowBlock(&batches, end - y, kBlockRows, [&](int first, int last) {
+                for (int row = y + first; row < y + last; ++row) Interpolate(row);
+            });
+            if (result.Failed()) return result;
+            y = end;
+        }
+        return {};
+    }
+
+    // The blurred rows `first` to `last` - 1, counted from 0, into the rows that row_of gives.
+    template <class RowOf>
+    void BlurRows(int first, int last, RowOf&& row_of) {
+        const auto padding = static_cast<std::ptrdiff_t>(along_.size() - 1) * shown_.count;
+        const std::ptrdiff_t stride = RowLength() + 2 * padding;
+        const auto rows = std::make_unique_for_overwrite<Sum[]>(
+            static_cast<std::size_t>(stride * (last - first)));
+        SumDown(first, last, rows.get() + padding, stride);
+        for (int k = first; k < last; ++k) {
+            Sum* row = rows.get() + padding + stride * (k - first);
+            RepeatEnds(row, padding);
+            SumAlong(row, row_of(k));
+        }
+    }
+
+    // Tile by tile of the columns, so that the source's rows stay in the cache from one blurred row
+    // to the next.
+    void SumDown(int first, int last, Sum* rows, std::ptrdiff_t stride) const {
+        if (shown_.count < shown_.channels) return SumDownShown(first, last, rows, stride);
+        for (std::ptrdiff_t at = 0; at < RowLength(); at += kColumnTile) {
+            const std::ptrdiff_t length = std::min(kColumnTile, RowLength() - at);
+            for (int k = first; k < last; ++k) {
+                SumColumns(k, at, length, rows + stride * (k - first) + at);
+            }
+        }
+    }
+
+    // Under a channel selection all channels are summed, and those shown are picked from the sums.
+    void SumDownShown(int first, int last, Sum* rows, std::ptrdiff_t stride) const {
+        const int width = source_.GetWidth();
+        const std::ptrdiff_t length = std::ptrdiff_t{width} * shown_.channels;
+        const auto sums = std::make_unique_for_overwrite<Sum[]>(static_cast<std::size_t>(length));
+        for (int k = first; k < last; ++k) {
+            SumColumns(k, 0, length, sums.get());
+            shown_.Pick(sums.get(), rows + stride * (k - first), width);
+        }
+    }
+
+    void SumColumns(int k, std::ptrdiff_t at, std::ptrdiff_t length, Sum* out) const {
+        const int y = (k - before_) * step_;
+        std::vector<const Sample*> above(down_.size());
+        std::vector<const Sample*> below(down_.size());
+        for (int j = 0; j < static_cast<int>(down_.size()); ++j) {
+            above[static_cast<std::size_t>(j)] = SourceRow(y - j) + at;
+            below[static_cast<std::size_t>(j)] = SourceRow(y + j) + at;
+        }
+        blur::WeighPairs(above.data(), below.data(), down_.data(), static_cast<int>(down_.size()),
+                         out, length);
+    }
+
+    const Sample* SourceRow(int y) const {
+        return source_.Row<Sample>(std::clamp(y, 0, source_.GetHeight() - 1));
+    }
+
+    void RepeatEnds(Sum* row, std::ptrdiff_t padding) const {
+        const Sum* last = row + RowLength() - shown_.count;
+        for (std::ptrdiff_t i = 0; i < padding; ++i) {
+            row[i - padding] = row[i % shown_.count];
+            row[RowLength() + i] = last[i % shown_.count];
+        }
+    }
+
+    template <class Out>
+    void SumAlong(const Sum* row, Out* out) const {
+        std::vector<const Sum*> left(along_.size());
+        std::vector<const Sum*> right(along_.size());
+        for (std::size_t j = 0; j < along_.size(); ++j) {
+            left[j] = row - static_cast<std::ptrdiff_t>(j) * shown_.count;
+            right[j] = row + static_cast<std::ptrdiff_t>(j) * shown_.count;
+        }
+        blur::WeighPairs(left.data(), right.data(), along_.data(), static_cast<int>(along_.size()),
+                         out, RowLength());
+    }
+
+    void Interpolate(int y) {
+        std::vector<const Sum*> rows(static_cast<std::size_t>(span_));
+        for (int j = 0; j < span_; ++j) {
+            rows[static_cast<std::size_t>(j)] = HeldRow(y / step_ + j);
+        }
+        blur::WeighRows(rows.data(), between_[static_cast<std::size_t>(y % step_)].data(), span_,
+                        destination_.Row<Sample>(y), RowLength());
+    }
+
+    const CRowIteratorBands& source_;
+    CRowIteratorBands& destination_;
+    const SShown shown_;
+    const int step_;
+    const int before_;
+    const int span_;
+    const int blurred_rows_;
+    const std::vector<Sum> down_;
+    const std::vector<Sum> along_;
+    std::vector<std::vector<Sum>> between_;
+    std::unique_ptr<Sum[]> held_;  // the last blurred rows
+};
+
+template <class Sample>
+CErrorAutoThrow Blur(double sigma, const CRowIteratorBands& source, CRowIteratorBands& destination,
+                     CStatusControl* status) {
+    const bool bytes = sizeof(Sample) == 1;
+    const SGaussianPlan plan = blur::PlanGaussian(sigma, {source.GetWidth(), source.GetHeight()},
+                                                  bytes ? kByteAccuracy : kWordAccuracy);
+    if constexpr (sizeof(Sample) == 1) {
+        if (plan.Terms() <= kMostTermsInFixedPoint) {
+            return CBlurRun<Sample, std::uint16_t>(plan, source, destination).Run(status);
+        }
+    }
+    return CBlurRun<Sample, float>(plan, source, destination).Run(status);
+}
+
+// Copies the samples that the source shows.
+template <class Sample>
+CErrorAutoThrow CopyShown(const CRowIteratorBands& source, CRowIteratorBands& destination,
+                          CStatusControl* status) {
+    const SShown shown(source);
+    return ForEachRowBlock(status, source.GetHeight(), kBlockRows, [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            shown.Pick(source.Row<Sample>(y), destination.Row<Sample>(y), source.GetWidth());
+        }
+    });
+}
+
+// Gives the destination the source's place and size in the format that the source shows.
+CErrorAutoThrow Prepare(CRowIteratorBands& destination, const CRowIteratorBands& source) {
+    const CPoint origin{source.GetRect().left, source.GetRect().top};
+    const CNPixelFormat format = source.GetAccessFormat();
+    if (!destination.IsAttached() || destination.GetWidth() != source.GetWidth() ||
+        destination.GetHeight() != source.GetHeight() || destination.GetPixelFormat() != format) {
+        return destination.Create(source.GetWidth(), source.GetHeight(), format, origin);
+    }
+    destination.SetOrigin(origin);
+    return destination.SetChannelAccess(ENChannel::All, 0);
+}
+
+}  // namespace
+
+CIoGaussianBlur::CIoGaussianBlur(double sigma, int /*mode*/) : sigma_(sigma) {}
+
+CErrorAutoThrow CIoGaussianBlur::operator()(CRowIteratorBands& destination,
+                                            const CRowIteratorBands& source) {
+    return CatchErrors([&]() -> CErrorAutoThrow {
+        if (!source.IsAttached()) return TolmErrorCode::UnusableInput;
+        // The pixels that are read: never those that are written.
+        CRowIteratorBands from = source;
+        if (destination.SharesPixelsWith(source)) {
+            CRowIteratorBands copy;
+            copy.Copy(source, 0).ThrowIfFailed();
+            copy.SetChannelAccess(source.GetChannelAccess(), 0).ThrowIfFailed();
+            from = std::move(copy);
+        }
+        Prepare(destination, from).ThrowIfFailed();
+        return VisitPixelFormat(
+            from.GetAccessFormat(), CErrorAutoThrow(TolmErrorCode::UnusableInput),
+            [&]<class Traits>(Traits) {
+                using Sample = typename Traits::Sample;
+                return sigma_ > 0 ? Blur<Sample>(sigma_, from, destination, Status())
+                                  : CopyShown<Sample>(from, destination, Status());
+            });
+    });
+}

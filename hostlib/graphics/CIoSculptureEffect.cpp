@@ -1,0 +1,172 @@
+#include "host/graphics/CIoSculptureEffect.h"
+
+#include <algorithm>
+
+#include "host/graphics/CIoGaussianBlur.h"
+#include "host/graphics/ImageHelpers.h"
+#include "hostlib/graphics/ParallelRows.h"
+#include "hostlib/graphics/ReliefLighting.h"
+#include "hostlib/graphics/Resampling.h"
+#include "hostlib/graphics/RowSamples.h"
+
+namespace {
+
+// Rise of white over black at depth 1, in pixels.
+constexpr float kRise = 2.0F;
+// Blur of the relief at smoothness 100, in pixels.
+constexpr double kSoftest = 8.0;
+constexpr int kBlock = 32;
+
+void Hold(CRowIteratorBands& held, const CRowIteratorBands& image, bool copy) {
+    held = image;
+    if (!copy || !image.IsAttached()) return;
+    held.Destroy();
+    held.Copy(image, 0).ThrowIfFailed();
+}
+
+bool MaskFits(const CRowIteratorBands& mask, const CRowIteratorBands& bump) {
+    return !mask.IsAttached() ||
+           (mask.GetPixelFormat() == ENPixelFormat::Grey8 && mask.GetWidth() == bump.GetWidth() &&
+            mask.GetHeight() == bump.GetHeight());
+}
+
+// What is seen of the scaled pattern, in the format of the result and at its place: no more than
+// one period, and no more than the result is large.
+CRowIteratorBands Material(CStatusControl* status, const CRowIteratorBands& pattern,
+                           const CSculptureSettings& settings, const CRowIteratorBands& result,
+                           const SColorSpecRGB& color_spec) {
+    CRowIteratorBands plain;
+    plain.Create(1, 1, ENPixelFormat::Colour8).ThrowIfFailed();
+    const CColorRef colour{settings.plainColor};
+    const int bgr[] = {colour.Blue(), colour.Green(), colour.Red()};
+    std::copy_n(bgr, 3, plain.Row<std::uint8_t>(0));
+    const CRowIteratorBands& from = pattern.IsAttached() ? pattern : plain;
+
+    const double scale = std::clamp(settings.size, 1, 1000) / 100.0;
+    const auto scaled = [&](int side) {
+        return std::clamp(static_cast<int>(scale * side), 1, 32767);
+    };
+    const CSize size{scaled(from.GetWidth()), scaled(from.GetHeight())};
+    const CRect place = result.GetRect();
+    const int left = FloorMod(long{place.left} - settings.offsetX, size.cx);
+    const int top = FloorMod(long{place.top} - settings.offsetY, size.cy);
+    const CRect seen{left, top, left + std::min(size.cx, place.Width()),
+                     top + std::min(size.cy, place.Height())};
+    CRowIteratorBands resampled;
+    ResamplePart(status, from, resampled, size, seen, true, false).ThrowIfFailed();
+
+    CRowIteratorBands material;
+    material.Create(seen.Width(), seen.Height(), result.GetPixelFormat(), {place.left, place.top})
+        .ThrowIfFailed();
+    for (int y = 0; y < seen.Height(); ++y) {
+        ConvertRow(resampled.Row<std::uint8_t>(y), resampled.GetPixelFormat(),
+                   material.Row<std::uint8_t>(y), material.GetPixelFormat(), seen.Width(),
+                   color_spec);
+    }
+    return material;
+}
+
+// The brightness of a picture, its edge repeated by one pixel on every side.
+CRowIteratorBands Heights(CStatusControl* status, const CRowIteratorBands& bump, bool invert,
+                          const SColorSpecRGB& color_spec) {
+    const int width = bump.GetWidth();
+    const int height = bump.GetHeight();
+    CRowIteratorBands heights;
+    heights.Create(width + 2, height + 2, ENPixelFormat::Grey16).ThrowIfFailed();
+    ForEachRowBlock(status, height + 2, kBlock, [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            auto* row = heights.Row<std::uint16_t>(y);
+            ConvertRow(bump.Row<std::uint8_t>(std::clamp(y - 1, 0, height - 1)),
+                       bump.GetPixelFormat(), row + 1, ENPixelFormat::Grey16, width, color_spec);
+            row[0] = row[1];
+            row[width + 1] = row[width];
+            const auto flip = static_cast<std::uint16_t>(invert ? 65535 : 0);
+            for (int x = 0; flip && x < width + 2; ++x) row[x] ^= flip;
+        }
+    }).ThrowIfFailed();
+    return heights;
+}
+
+CRowIteratorBands Softened(CStatusControl* status, const CRowIteratorBands& heights,
+                           int smoothness) {
+    CStatusControl step(status);
+    CIoGaussianBlur blur(std::min(smoothness, 100) / 100.0 * kSoftest, 3);
+    blur.SetStatusControl(&step);
+    CRowIteratorBands soft;
+    blur(soft, heights).ThrowIfFailed();
+    return soft;
+}
+
+CErrorAutoThrow Light(CStatusControl* status, const CSculptureSettings& settings,
+                      const CRowIteratorBands& material, const CRowIteratorBands& heights,
+                      const CRowIteratorBands& bump, CRowIteratorBands& made) {
+    const CNPixelFormat format = made.GetPixelFormat();
+    const int channels = format.Channels();
+    const int alpha = (channels - 1) * format.SampleBytes();
+    return LightByHeights(status, CReliefLighting(settings), kRise, heights, made, [&](int y) {
+        TileRow(material, made, y, 0, made.GetWidth());
+        if (!format.IsAlphaChannelPresent()) return;
+        CopySampleRow(bump.Row<std::uint8_t>(y) + alpha, channels,
+                      made.Row<std::uint8_t>(y) + alpha, channels, 1, format.SampleBytes(),
+                      made.GetWidth());
+    });
+}
+
+// Where the mask is black the picture stays.
+CErrorAutoThrow KeepUnmasked(CStatusControl* status, const CRowIteratorBands& picture,
+                             const CRowIteratorBands& mask, CRowIteratorBands& made) {
+    const int channels = made.GetPixelFormat().Channels();
+    return ForEachRowBlock(status, made.GetHeight(), kBlock, [&](int first, int last) {
+        VisitDepth(made.GetPixelFormat().Is16bit(), [&](auto sample) {
+            using Sample = decltype(sample);
+            for (int y = first; y < last; ++y) {
+                const auto* weights = mask.Row<std::uint8_t>(y);
+                const auto* kept = picture.Row<Sample>(y);
+                auto* out = made.Row<Sample>(y);
+                for (int i = 0; i < made.GetWidth() * channels; ++i) {
+                    const int weight = weights[i / channels];
+                    out[i] = static_cast<Sample>(
+                        (out[i] * weight + kept[i] * (255 - weight) + 127) / 255);
+                }
+            }
+        });
+    });
+}
+
+}  // namespace
+
+void CIoSculptureEffect::SetSourceDib(const CRowIteratorBands& pattern, bool copy) {
+    Hold(pattern_, pattern, copy);
+}
+void CIoSculptureEffect::SetBumpDib(const CRowIteratorBands& bump, bool copy) {
+    Hold(bump_, bump, copy);
+}
+void CIoSculptureEffect::SetMaskDib(const CRowIteratorBands& mask, bool copy) {
+    Hold(mask_, mask, copy);
+}
+
+bool CIoSculptureEffect::UpdateSettings(const CSculptureSettings& settings) {
+    const bool changed = !(settings == settings_);
+    settings_ = settings;
+    return changed;
+}
+
+CErrorAutoThrow CIoSculptureEffect::ApplyEffect(CStatusControl* status,
+                                                CRowIteratorBands& destination,
+                                                const SColorSpecRGB& color_spec) {
+    if (!bump_.IsAttached() || !MaskFits(mask_, bump_)) return TolmErrorCode::UnusableInput;
+    return CatchErrors([&]() -> CErrorAutoThrow {
+        const bool soft = settings_.smoothness > 0;
+        if (status) status->SetNumberOfSteps(3 + (soft ? 1 : 0) + (mask_.IsAttached() ? 1 : 0));
+        CRowIteratorBands bump = bump_;
+        bump.SetChannelAccess(ENChannel::All, 0).ThrowIfFailed();
+        PrepareDestination(destination, bump).ThrowIfFailed();
+        const CRowIteratorBands material =
+            Material(status, pattern_, settings_, destination, color_spec);
+        CRowIteratorBands heights = Heights(status, bump, settings_.invert != 0, color_spec);
+        if (soft) heights = Softened(status, heights, settings_.smoothness);
+        Light(status, settings_, material, heights, bump, destination).ThrowIfFailed();
+        if (mask_.IsAttached()) KeepUnmasked(status, bump, mask_, destination).ThrowIfFailed();
+        return {};
+    });
+}

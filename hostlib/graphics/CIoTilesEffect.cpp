@@ -1,0 +1,127 @@
+#include "host/graphics/CIoTilesEffect.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "hostlib/graphics/ParallelRows.h"
+#include "hostlib/graphics/ReliefLighting.h"
+#include "hostlib/graphics/RowSamples.h"
+#include "hostlib/graphics/TileGrid.h"
+
+namespace {
+
+// Rise of a bevel per pixel at depth 1.
+constexpr double kBevelSlope = 0.45;
+// A pixel's light is the mean over so many points of it each way: outlines come out smooth.
+constexpr int kPoints = 3;
+
+// The relief of one tile: a bevel that rises from the outline, from a straight chamfer (smoothness
+// 0) to a pillow over the whole tile (1).
+class CBevel {
+  public:
+    CBevel(double inradius, double smoothness, double slope)
+        : width_(inradius * (0.35 + 0.65 * smoothness)), smoothness_(smoothness), slope_(slope) {}
+    // Rise per pixel at a distance from the outline.
+    double SlopeAt(double inside) const {
+        if (inside <= 0 || inside >= width_) return 0;
+        return slope_ * (1 - smoothness_ + smoothness_ * 2 * (1 - inside / width_));
+    }
+
+  private:
+    double width_, smoothness_, slope_;
+};
+
+// The light of one period of the tiling, or of as much of it as the picture is large, beginning
+// with the picture's first pixel: the whole picture's light is repeats of it.
+class CTileLight {
+  public:
+    CTileLight(const CTilesSettings& settings, const CReliefLighting& lighting, const CRect& place)
+        : lighting_(lighting),
+          grid_(static_cast<ETileShape>(std::clamp(settings.tileShape, 0, 2)),
+                std::clamp(settings.tileSize, 1, 1024), std::clamp(settings.borderSize, 0, 256),
+                1 - std::clamp(settings.tileAngularity, 0, 100) / 100.0),
+          bevel_(grid_.Inradius(), std::clamp(settings.smoothness, 0, 100) / 100.0,
+                 kBevelSlope * lighting.HeightScale()),
+          grout_(1 - static_cast<float>(std::clamp(settings.groutShade, 0, 100)) / 100),
+          left_(FloorMod(place.left, grid_.PeriodX())),
+          top_(FloorMod(place.top, grid_.PeriodY())),
+          width_(std::min(grid_.PeriodX(), place.Width())),
+          height_(std::min(grid_.PeriodY(), place.Height())),
+          shade_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_)),
+          gloss_(shade_.size()) {}
+
+    CErrorAutoThrow Compute() {
+        return ForEachRowBlock(nullptr, height_, 4, [this](int first, int last) {
+            for (int y = first; y < last; ++y) ComputeRow(y);
+        });
+    }
+    // The light of the picture's row y, `pixels` long.
+    void Row(int y, float* shade, float* gloss, int pixels) const {
+        const auto at = static_cast<long>(y % height_) * width_;
+        for (int x = 0; x < pixels; x += width_) {
+            const int run = std::min(width_, pixels - x);
+            std::copy_n(shade_.begin() + at, run, shade + x);
+            std::copy_n(gloss_.begin() + at, run, gloss + x);
+        }
+    }
+
+  private:
+    // Slopes of the points of a row of pixels, kPoints a pixel, and which of them are grout.
+    void ComputeRow(int y) {
+        const auto points = static_cast<std::size_t>(width_ * kPoints);
+        std::vector<float> slope_x(points), slope_y(points), shade(points), gloss(points);
+        const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
+        constexpr float kShare = 1.0F / (kPoints * kPoints);
+        for (int part = 0; part < kPoints; ++part) {
+            std::vector<float> cover(points);
+            const double at_y = top_ + y + (part + 0.5) / kPoints;
+            for (std::size_t i = 0; i < points; ++i) {
+                const double at_x = left_ + (static_cast<double>(i) + 0.5) / kPoints;
+                const STilePlace place = grid_.PlaceOf(at_x, at_y);
+                const double slope = bevel_.SlopeAt(place.inside);
+                slope_x[i] = static_cast<float>(slope * place.grow_x);
+                slope_y[i] = static_cast<float>(slope * place.grow_y);
+                cover[i] = place.inside > 0 ? 1.0F : grout_;
+            }
+            lighting_.LightRow(slope_x.data(), slope_y.data(), shade.data(), gloss.data(),
+                               width_ * kPoints);
+            for (std::size_t i = 0; i < points; ++i) {
+                shade_[row + i / kPoints] += kShare * cover[i] * shade[i];
+                gloss_[row + i / kPoints] += kShare * gloss[i];
+            }
+        }
+    }
+
+    const CReliefLighting& lighting_;
+    CTileGrid grid_;
+    CBevel bevel_;
+    float grout_;  // its brightness
+    int left_, top_, width_, height_;
+    std::vector<float> shade_, gloss_;
+};
+
+}  // namespace
+
+CErrorAutoThrow CIoTilesEffect::operator()(CRowIteratorBands& destination,
+                                           const CRowIteratorBands& source) {
+    const CRowIteratorBands input = source;  // the destination may be the same object
+    return CatchErrors([&]() -> CErrorAutoThrow {
+        PrepareDestination(destination, input).ThrowIfFailed();
+        const CReliefLighting lighting(settings_);
+        CTileLight tiles(settings_, lighting, input.GetRect());
+        tiles.Compute().ThrowIfFailed();
+        const int width = input.GetWidth();
+        const CNPixelFormat format = destination.GetPixelFormat();
+        return ForEachRowBlock(Status(), input.GetHeight(), 16, [&](int first, int last) {
+            std::vector<float> light(2 * static_cast<std::size_t>(width));
+            float* gloss = light.data() + width;
+            for (int y = first; y < last; ++y) {
+                CopyShownRow(input, y, destination, y);
+                tiles.Row(y, light.data(), gloss, width);
+                lighting.ApplyRow(format, destination.Row<std::uint8_t>(y), light.data(), gloss,
+                                  width);
+            }
+        });
+    });
+}

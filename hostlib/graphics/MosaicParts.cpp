@@ -1,0 +1,37 @@
+#include "hostlib/graphics/MosaicParts.h"
+
+#include <cmath>
+
+CWanderField::CWanderField(CRuntimeRandom& random, double spacing, int width) : spacing_(spacing) {
+    lattice_.resize(std::size_t{kLattice} * kLattice);
+    for (float& value : lattice_) value = static_cast<float>(random.Next()) / 16383.5F - 1.0F;
+    for (int x = 0; x < width; ++x) {
+        const double at = x / spacing;
+        const double t = at - std::floor(at);
+        point_.push_back(static_cast<int>(std::fmod(std::floor(at), kLattice)));
+        across_.push_back(static_cast<float>(t * t * (3 - 2 * t)));
+    }
+}
+
+void CWanderField::Row(int y, float* values) const {
+    const double at = y / spacing_;
+    const double t = at - std::floor(at);
+    const auto down = static_cast<float>(t * t * (3 - 2 * t));
+    const auto above = static_cast<std::size_t>(std::fmod(std::floor(at), kLattice));
+    const float* from = lattice_.data() + above * kLattice;
+    const float* to = lattice_.data() + (above + 1) % kLattice * kLattice;
+    float line[kLattice + 1];
+    for (int i = 0; i < kLattice; ++i) line[i] = from[i] + down * (to[i] - from[i]);
+    line[kLattice] = line[0];
+    for (std::size_t x = 0; x < point_.size(); ++x) {
+        const float left = line[point_[x]];
+        values[x] = left + across_[x] * (line[point_[x] + 1] - left);
+    }
+}
+
+SMortar::SMortar(CNPixelFormat format) {
+    constexpr float kWarmGrey[3] = {0.18F, 0.20F, 0.22F};
+    const float maximum = format.Is16bit() ? 65535.0F : 255.0F;
+    const bool grey = format.ColourChannels() == 1;
+    for (int c = 0; c < 3; ++c) colour[c] = maximum * kWarmGrey[grey ? 1 : c];
+}

@@ -1,0 +1,100 @@
+#include "hostlib/graphics/ParallelRows.h"
+
+#include <tbb/task_arena.h>
+#include <tbb/task_group.h>
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <mutex>
+
+namespace {
+
+// Blocks that any number of threads take one after the other until none is left, one has thrown or
+// the user cancels.
+class CBlockQueue {
+  public:
+    CBlockQueue(int rows, int block, const std::function<void(int, int)>& work)
+        : rows_(rows), block_(block), count_((rows - 1) / block + 1), work_(work) {
+        stop_ = false;  // a store that Drain's load pairs with: the work's data is ready
+    }
+
+    int Count() const { return count_; }
+    int Done() const { return done_; }
+    bool Cancelled() const { return cancelled_; }
+
+    // Works on blocks; before each asks `cancelled`, with the number of rows done so far.
+    template <class Cancelled>
+    void Drain(Cancelled&& cancelled) noexcept {
+        while (!stop_) {
+            if (cancelled(Done())) {
+                cancelled_ = true;
+                stop_ = true;
+                return;
+            }
+            const int index = next_++;
+            if (index >= count_) return;
+            Run(index);
+        }
+    }
+
+    // After all threads have left Drain: throws what a block has thrown.
+    void Rethrow() const {
+        if (error_) std::rethrow_exception(error_);
+    }
+
+  private:
+    void Run(int index) noexcept {
+        const int first = index * block_;
+        const int last = first + std::min(block_, rows_ - first);
+        try {
+            work_(first, last);
+            done_ += last - first;
+        } catch (...) {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            if (!error_) error_ = std::current_exception();
+            stop_ = true;
+        }
+    }
+
+    const int rows_;
+    const int block_;
+    const int count_;
+    const std::function<void(int, int)>& work_;
+    std::atomic<int> next_{0};
+    std::atomic<int> done_{0};
+    std::atomic<bool> stop_;
+    std::atomic<bool> cancelled_{false};
+    std::mutex mutex_;
+    std::exception_ptr error_;
+};
+
+// The calling thread takes blocks like every other one and is never waited for, so the work gets
+// done even when no worker is free. Isolation keeps it from picking up foreign tasks while it waits
+// for the last blocks of the others.
+void RunOnAllCores(CBlockQueue& queue, CStatusControl* status) {
+    tbb::this_task_arena::isolate([&] {
+        tbb::task_group helpers;
+        const int wanted = std::min(tbb::this_task_arena::max_concurrency(), queue.Count()) - 1;
+        for (int i = 0; i < wanted; ++i) {
+            helpers.run([&queue] { queue.Drain([](int) { return false; }); });
+        }
+        queue.Drain([&](int done) { return status && status->SetProgress(done) != 0; });
+        helpers.wait();
+    });
+}
+
+}  // namespace
+
+CErrorAutoThrow ForEachRowBlock(CStatusControl* status, int rows, int block,
+                                const std::function<void(int first, int last)>& work) {
+    if (rows < 1) return {};
+    return CatchErrors([&]() -> CErrorAutoThrow {
+        CBlockQueue queue(rows, std::clamp(block, 1, rows), work);
+        if (status) status->SetProgressRange(rows);
+        RunOnAllCores(queue, status);
+        queue.Rethrow();
+        const bool cancelled = queue.Cancelled() || (status && status->SetProgress(rows) != 0);
+        return cancelled ? TolmErrorCode::Cancelled : TolmErrorCode::Success;
+    });
+}

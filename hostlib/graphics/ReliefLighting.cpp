@@ -1,0 +1,174 @@
+#include "hostlib/graphics/ReliefLighting.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include "host/core/Multiversion.h"
+#include "hostlib/graphics/ParallelRows.h"
+#include "hostlib/graphics/RowSamples.h"
+
+namespace {
+
+using SCoefficients = CReliefLighting::SCoefficients;
+
+// The brightest shade a slope can get over the plane's, reached only in the limit: it keeps low
+// light from burning out every slope.
+constexpr float kBrightest = 1.6F;
+
+// Shade and gloss of one point. The shade is Lambert's cosine over that of the flat plane, pulled
+// together above 1; the gloss is Blinn's halfway cosine from the plane's to its peak, given a lobe
+// by Schlick's t / (n - n t + t).
+inline void LightPoint(float slope_x, float slope_y, const SCoefficients& by, float& shade,
+                       float& gloss) {
+    const float normal_z = 1.0F / std::sqrt(1.0F + slope_x * slope_x + slope_y * slope_y);
+    const float toward = slope_x * by.toward_x + slope_y * by.toward_y;
+    const float cosine = std::max((1.0F - toward) * normal_z, 0.0F) - 1.0F;
+    const float bright = std::max(cosine, 0.0F);
+    const float dark = std::min(cosine, 0.0F);
+    const float pulled = bright / (1.0F + bright * (1.0F / kBrightest));
+    shade = std::max(by.flat + by.contrast * (pulled + dark), 0.0F);
+
+    const float halfway = (by.half_z - slope_x * by.half_x - slope_y * by.half_y) * normal_z;
+    const float t = std::clamp((halfway - by.half_z) * by.gloss_scale, 0.0F, 1.0F);
+    gloss = by.gloss * t / (by.tightness - by.tightness * t + t);
+}
+
+CMDTEXTURE_MULTIVERSION void LightPoints(const float* slope_x, const float* slope_y,
+                                         const SCoefficients* coefficients, float* shade,
+                                         float* gloss, int pixels) {
+    const SCoefficients by = *coefficients;
+    for (int x = 0; x < pixels; ++x) LightPoint(slope_x[x], slope_y[x], by, shade[x], gloss[x]);
+}
+
+template <class Traits>
+inline void ApplyLight(typename Traits::Sample* pixel, float shade, float gloss,
+                       const SCoefficients& by) {
+    constexpr float kMaximum = static_cast<float>(Traits::kMaximum);
+    constexpr int kCount = Traits::kColourChannels;
+    const float base = std::min(shade, by.flat);
+    const float lit = std::max(shade - by.flat, 0.0F);
+    float value[kCount];
+    float peak = kMaximum;
+    for (int c = 0; c < kCount; ++c) {
+        const float colour = kCount == 1 ? by.grey : by.colour[c];
+        value[c] = static_cast<float>(pixel[c]) * (base + lit * colour);
+        peak = std::max(peak, value[c]);
+    }
+    const float keep = kMaximum / peak;
+    const float highlight = 1.0F - (1.0F - gloss) * keep;
+    for (int c = 0; c < kCount; ++c) {
+        const float colour = kMaximum * (kCount == 1 ? by.grey : by.colour[c]);
+        const float kept = value[c] * keep;
+        const float mixed = kept + highlight * (colour - kept);
+        pixel[c] = static_cast<typename Traits::Sample>(static_cast<int>(mixed + 0.5F));
+    }
+}
+
+template <class Traits>
+CMDTEXTURE_MULTIVERSION void ApplyLights(typename Traits::Sample* row, const float* shade,
+                                         const float* gloss, const SCoefficients* coefficients,
+                                         int pixels) {
+    const SCoefficients by = *coefficients;
+    for (int x = 0; x < pixels; ++x) {
+        ApplyLight<Traits>(row + x * Traits::kChannels, shade[x], gloss[x], by);
+    }
+}
+
+// Slopes of a row of heights by Scharr's operator, 3 10 3 across and a difference along: nearly
+// round, so that shading does not depend on a slope's direction to the pixels. The rows begin one
+// pixel left of the first slope.
+template <class Sample>
+CMDTEXTURE_MULTIVERSION void SlopesOfRows(const Sample* above, const Sample* at,
+                                          const Sample* below, float rise, float* slope_x,
+                                          float* slope_y, int pixels) {
+    const float scale = rise / 32.0F;
+    for (int x = 0; x < pixels; ++x) {
+        const int right = 3 * (above[x + 2] + below[x + 2]) + 10 * at[x + 2];
+        const int left = 3 * (above[x] + below[x]) + 10 * at[x];
+        const int bottom = 3 * (below[x] + below[x + 2]) + 10 * below[x + 1];
+        const int top = 3 * (above[x] + above[x + 2]) + 10 * above[x + 1];
+        slope_x[x] = scale * static_cast<float>(right - left);
+        slope_y[x] = scale * static_cast<float>(bottom - top);
+    }
+}
+
+}  // namespace
+
+CReliefLighting::CReliefLighting(const SReliefSettings& settings) {
+    const auto within = [](int value, int low, int high) {
+        return static_cast<double>(std::clamp(value, low, high));
+    };
+    const double turn = (settings.angle % 360) * std::numbers::pi / 180;
+    const double rise = within(settings.elevation, 1, 90) * std::numbers::pi / 180;
+    const double x = std::cos(rise) * std::cos(turn);
+    const double y = -std::cos(rise) * std::sin(turn);  // rows run downwards
+    const double z = std::sin(rise);
+    // A light at the horizon would make every slope black or white: it never stands quite so low.
+    const double slant = 1 / (z + 0.1);
+    const double half = std::sqrt(x * x + y * y + (z + 1) * (z + 1));
+    const double intensity = within(settings.intensity, 1, 100) / 50;
+    const double shininess = within(settings.shininess, 0, 100) / 100;
+    const CColorRef colour{settings.color};
+
+    const auto f = [](double value) { return static_cast<float>(value); };
+    by_.toward_x = f(x * slant);
+    by_.toward_y = f(y * slant);
+    by_.half_x = f(x / half);
+    by_.half_y = f(y / half);
+    by_.half_z = f((z + 1) / half);
+    by_.gloss_scale = f(1 / std::max(1 - (z + 1) / half, 1e-3));
+    by_.gloss = f(std::min(0.6 * shininess * intensity, 1.0));
+    by_.tightness = f(2 + 10 * shininess);
+    by_.flat = f(1 + 0.7 * within(settings.ambience, -100, 100) / 100);
+    by_.contrast = f(intensity);
+    by_.colour[0] = f(colour.Blue() / 255.0);
+    by_.colour[1] = f(colour.Green() / 255.0);
+    by_.colour[2] = f(colour.Red() / 255.0);
+    by_.grey = f(colour.Grey() / 255.0);
+    height_scale_ = f(std::sqrt(within(settings.depth, 1, 100)));
+}
+
+void CReliefLighting::LightRow(const float* slope_x, const float* slope_y, float* shade,
+                               float* gloss, int pixels) const {
+    LightPoints(slope_x, slope_y, &by_, shade, gloss, pixels);
+}
+
+void CReliefLighting::ApplyRow(CNPixelFormat format, void* row, const float* shade,
+                               const float* gloss, int pixels) const {
+    VisitPixelFormat(format, false, [&](auto traits) {
+        using Traits = decltype(traits);
+        ApplyLights<Traits>(static_cast<typename Traits::Sample*>(row), shade, gloss, &by_, pixels);
+        return true;
+    });
+}
+
+CErrorAutoThrow LightByHeights(CStatusControl* status, const CReliefLighting& lighting,
+                               float height, const CRowIteratorBands& heights,
+                               CRowIteratorBands& destination,
+                               const std::function<void(int y)>& paint) {
+    constexpr int kBlock = 16;
+    const CNPixelFormat format = destination.GetPixelFormat();
+    const bool deep = heights.GetPixelFormat().Is16bit();
+    const float rise = height * lighting.HeightScale() / (deep ? 65535.0F : 255.0F);
+    const int width = destination.GetWidth();
+    return ForEachRowBlock(status, destination.GetHeight(), kBlock, [&](int first, int last) {
+        const auto count = static_cast<std::size_t>(width);
+        std::vector<float> rows(4 * count);
+        float* slope_x = rows.data();
+        float* slope_y = slope_x + count;
+        float* shade = slope_y + count;
+        float* gloss = shade + count;
+        for (int y = first; y < last; ++y) {
+            paint(y);
+            VisitDepth(deep, [&](auto sample) {
+                using Sample = decltype(sample);
+                SlopesOfRows<Sample>(heights.Row<Sample>(y), heights.Row<Sample>(y + 1),
+                                     heights.Row<Sample>(y + 2), rise, slope_x, slope_y, width);
+            });
+            lighting.LightRow(slope_x, slope_y, shade, gloss, width);
+            lighting.ApplyRow(format, destination.Row<std::uint8_t>(y), shade, gloss, width);
+        }
+    });
+}
