@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "host/core/CErrorAutoThrow.h"
 #include "host/core/CString.h"
 #include "host/core/IUnknown.h"
@@ -20,11 +22,20 @@ struct INGLGraphic : IUnknown {
     virtual CRowIterator GetSelection() const = 0;
 };
 
+// What a library holds under a name.
+struct SResourceEntry {
+    CString name;
+    CString category;  // may be empty
+};
+
 // A store of named images. Error 104 for a name that is not in it, 105 for one that cannot be read.
 struct IResourceLibrary : IUnknown {
     static constexpr GUID kId = MakeGuid("9A6B40C5-1E0C-4D55-A0C5-5C6E5F1D7B84");
     // `type` is 10 for patterns and 44 for textures; an empty name is the first entry of the kind.
     virtual CErrorAutoThrow LoadImage(int type, const CString& name, CRowIteratorBands& image) = 0;
+    // What there is of a kind now, in the order in which it is shown. A library that cannot be
+    // browsed has nothing to show.
+    virtual std::vector<SResourceEntry> Entries(int /*type*/) { return {}; }
 };
 
 // What a command runs in: the document, the resources, and who hears of progress. Any of them may

@@ -24,6 +24,25 @@ std::filesystem::path FolderOf(const std::string& effect) {
     return folders::UserConfig() / "presets" / effect;
 }
 
+std::filesystem::path LastValuesOf(const std::string& effect) {
+    return folders::UserConfig() / "last" / (effect + ".json");
+}
+
+// In full or not at all: the file is written beside its place and renamed.
+void Write(const std::filesystem::path& file, const nlohmann::ordered_json& values) {
+    std::error_code error;
+    std::filesystem::create_directories(file.parent_path(), error);
+    const std::filesystem::path part = file.string() + fmt::format(".{}.part", getpid());
+    std::ofstream out(part, std::ios::binary);
+    out << values.dump(2) << '\n';
+    out.close();
+    if (out) std::filesystem::rename(part, file, error);
+    if (!out || error) {
+        std::filesystem::remove(part, error);
+        Fail(file, "the preset cannot be written");
+    }
+}
+
 }  // namespace
 
 nlohmann::ordered_json Read(const std::filesystem::path& file) {
@@ -63,17 +82,28 @@ std::filesystem::path Save(const std::string& effect, const std::string& name,
     if (!overwrite && std::filesystem::exists(file, error)) {
         Fail(file, "a preset of this name exists");
     }
-    std::filesystem::create_directories(file.parent_path(), error);
-    const std::filesystem::path part = file.string() + fmt::format(".{}.part", getpid());
-    std::ofstream out(part, std::ios::binary);
-    out << values.dump(2) << '\n';
-    out.close();
-    if (out) std::filesystem::rename(part, file, error);
-    if (!out || error) {
-        std::filesystem::remove(part, error);
-        Fail(file, "the preset cannot be written");
-    }
+    Write(file, values);
     return file;
+}
+
+void Remove(const std::string& effect, const std::string& name) {
+    const std::filesystem::path file = FileOf(effect, name);
+    std::error_code error;
+    if (!std::filesystem::remove(file, error)) {
+        Fail(file, error ? "the preset cannot be deleted" : "no such preset file");
+    }
+}
+
+void Remember(const std::string& effect, const nlohmann::ordered_json& values) {
+    Write(LastValuesOf(effect), values);
+}
+
+nlohmann::ordered_json Remembered(const std::string& effect) {
+    try {
+        return Read(LastValuesOf(effect));
+    } catch (const CNException&) {
+        return nlohmann::ordered_json::object();
+    }
 }
 
 }  // namespace presets

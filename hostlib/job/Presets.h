@@ -22,5 +22,11 @@ HOST_API std::vector<std::string> Names(const std::string& effect);
 // is set. Returns its file.
 HOST_API std::filesystem::path Save(const std::string& effect, const std::string& name,
                                     const nlohmann::ordered_json& values, bool overwrite);
+HOST_API void Remove(const std::string& effect, const std::string& name);
+
+// The values with which an effect was last run from its dialog, kept beside the presets. Nothing,
+// as an empty object, when there are none or they cannot be read.
+HOST_API void Remember(const std::string& effect, const nlohmann::ordered_json& values);
+HOST_API nlohmann::ordered_json Remembered(const std::string& effect);
 
 }  // namespace presets

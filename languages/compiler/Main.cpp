@@ -1,5 +1,6 @@
-// Makes a language resource module, a JSON file, from the texts of one language:
-//   cmdtexture-rc LANGUAGE_FOLDER REFERENCE_FOLDER OUTPUT
+// Makes a language resource module, a JSON file, from the texts of one language and the dialog
+// templates, which all languages share:
+//   cmdtexture-rc LANGUAGE_FOLDER REFERENCE_FOLDER DIALOG_FOLDER OUTPUT
 // Every id must stand once, and the language must have the ids of the reference language.
 
 #include <filesystem>
@@ -9,6 +10,8 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+
+#include "Dialogs.h"
 
 namespace {
 
@@ -74,7 +77,10 @@ void RequireSameIds(const Texts& texts, const Texts& reference, const std::strin
 
 int main(int count, char** arguments) {
     try {
-        if (count != 4) throw std::runtime_error("usage: LANGUAGE_FOLDER REFERENCE_FOLDER OUTPUT");
+        if (count != 5) {
+            throw std::runtime_error(
+                "usage: LANGUAGE_FOLDER REFERENCE_FOLDER DIALOG_FOLDER OUTPUT");
+        }
         const std::filesystem::path folder = arguments[1];
         const Texts texts = ReadLanguage(folder);
         RequireSameIds(texts, ReadLanguage(arguments[2]), folder.string());
@@ -82,10 +88,11 @@ int main(int count, char** arguments) {
         nlohmann::json root;
         root["language"] = folder.filename().string();
         for (const auto& [id, text] : texts) root["strings"][std::to_string(id)] = text;
-        std::ofstream out(arguments[3], std::ios::binary);
+        root["dialogs"] = MakeDialogs(arguments[3], texts);
+        std::ofstream out(arguments[4], std::ios::binary);
         out << root.dump(1) << '\n';
         out.close();
-        if (!out) throw std::runtime_error(std::string(arguments[3]) + ": cannot be written");
+        if (!out) throw std::runtime_error(std::string(arguments[4]) + ": cannot be written");
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "cmdtexture-rc: " << error.what() << '\n';

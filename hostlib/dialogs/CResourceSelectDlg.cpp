@@ -1,0 +1,108 @@
+#include "host/dialogs/CResourceSelectDlg.h"
+
+#include <algorithm>
+#include <map>
+
+#include "hostlib/windowing/SDialogState.h"
+
+namespace {
+
+// The entries of a category; of one that has none (any more), every entry of the kind.
+std::vector<SResourceEntry> EntriesOf(IResourceLibrary* library, int type,
+                                      const CString& category) {
+    if (!library) return {};
+    const std::vector<SResourceEntry> all = library->Entries(type);
+    std::vector<SResourceEntry> chosen;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(chosen),
+                 [&](const SResourceEntry& entry) { return entry.category == category; });
+    return category.IsEmpty() || chosen.empty() ? all : chosen;
+}
+
+}  // namespace
+
+CTolmDropButton::CTolmDropButton() = default;
+CTolmDropButton::~CTolmDropButton() = default;
+CResourceDropButton::CResourceDropButton() = default;
+CResourceDropButton::~CResourceDropButton() = default;
+
+void CTolmDropButton::SetPreviewImage(const CRowIteratorBands& image) {
+    if (!State()) return;
+    State()->picture = image;
+    StateChanged();
+}
+
+int CCacheMgr::FindIndex(IResourceLibrary* library, int type, const CString& category,
+                         const CString& name) {
+    const std::vector<SResourceEntry> entries = EntriesOf(library, type, category);
+    const auto found = std::find_if(entries.begin(), entries.end(),
+                                    [&](const SResourceEntry& e) { return e.name == name; });
+    return found == entries.end() ? -1 : static_cast<int>(found - entries.begin());
+}
+
+CResourceSelectDlg::CResourceSelectDlg() = default;
+CResourceSelectDlg::~CResourceSelectDlg() = default;
+
+void CResourceSelectDlg::SetExecutionContext(ICommandExecutionContext* context) {
+    context_ = context;
+}
+
+IResourceLibrary* CResourceSelectDlg::Library() const {
+    return context_ ? context_->ResourceLibrary() : nullptr;
+}
+
+bool CResourceSelectDlg::Create(CDialog& dialog, int id, const wchar_t* kind) {
+    static const std::map<std::wstring, int> types = {{L"Pattern", 10}, {L"Texture", 44}};
+    const auto found = types.find(kind);
+    if (found == types.end()) return false;
+    type_ = found->second;
+    return Attach(dialog, id);
+}
+
+void CResourceSelectDlg::SetCategory(const CString& category) { category_ = category; }
+
+void CResourceSelectDlg::BuildResourceList() {
+    if (!State()) return;
+    State()->entries.clear();
+    State()->selected = -1;
+    for (const SResourceEntry& entry : EntriesOf(Library(), type_, category_)) {
+        State()->entries.push_back({entry.name, 0});
+    }
+    StateChanged();
+}
+
+void CResourceSelectDlg::SelectItem(const CString& name) {
+    if (!State()) return;
+    const bool first = name.IsEmpty() && !State()->entries.empty();
+    State()->selected = first ? 0 : CCacheMgr::FindIndex(Library(), type_, category_, name);
+    StateChanged();
+}
+
+void CResourceSelectDlg::SetThumbnailViews(bool available) { thumbnails_ = available; }
+
+void CResourceSelectDlg::SetCurView(int view) {
+    const int shown = thumbnails_ && view != 0 ? 1 : 0;
+    if (!State() || State()->view == shown) return;
+    State()->view = shown;
+    StateChanged();
+}
+
+int CResourceSelectDlg::GetCurView() const { return State() ? State()->view : 0; }
+
+CString CResourceSelectDlg::GetCurItem() const {
+    const SControlState* state = State();
+    const bool one =
+        state && state->selected >= 0 && state->selected < static_cast<int>(state->entries.size());
+    return one ? state->entries[static_cast<std::size_t>(state->selected)].text : CString();
+}
+
+CErrorAutoThrow CResourceSelectDlg::LoadCurImage(CRowIteratorBands& image) const {
+    return LoadItemImage(State() ? State()->selected : -1, image);
+}
+
+CErrorAutoThrow CResourceSelectDlg::LoadItemImage(int entry, CRowIteratorBands& image) const {
+    const SControlState* state = State();
+    if (!Library() || !state || entry < 0 || entry >= static_cast<int>(state->entries.size())) {
+        return TolmErrorCode::NotFound;
+    }
+    return Library()->LoadImage(type_, state->entries[static_cast<std::size_t>(entry)].text, image);
+}
