@@ -1,5 +1,8 @@
 #include "engine/CGlass.h"
 
+#include <bit>
+#include <cstring>
+
 #include "engine/Planes.h"
 #include "host/core/Multiversion.h"
 
@@ -19,31 +22,30 @@ ENGINE_INLINE int Fold(int position, int extent) {
     return position;
 }
 
-// Takes the pixel `to` from the position, already displaced, in 1/256 pixel. `own_column` is the
-// pixel's column: grey images take their alpha there.
+// The place that a pixel is taken from: the upper left of four source pixels, how far the others
+// are from it (0 beyond the image's last column or row), and the shares of the right and lower
+// ones in 1/256.
+struct SPlace {
+    int column, row;
+    int step_right, step_down;
+    int share_right, share_down;
+};
+
 template <class Traits>
-ENGINE_INLINE void Resample(const CRowIteratorBands& source, int position_x, int position_y,
-                            int own_column, typename Traits::Sample* to) {
-    using Sample = typename Traits::Sample;
-    constexpr int n = Traits::kChannels;
-    const int px = Fold<Traits>(position_x, source.GetWidth());
-    const int py = Fold<Traits>(position_y, source.GetHeight());
+ENGINE_INLINE SPlace PlaceAt(int position_x, int position_y, int width, int height) {
+    const int px = Fold<Traits>(position_x, width);
+    const int py = Fold<Traits>(position_y, height);
     const int column = px >> 8, row = py >> 8;
-    const int fx = px & 255, fy = py & 255;
-    const std::ptrdiff_t step = column + 1 == source.GetWidth() ? 0 : n;
-    const Sample* row0 = source.Row<Sample>(row);
-    const Sample* upper = row0 + std::ptrdiff_t{column} * n;
-    const Sample* lower = (row + 1 == source.GetHeight() ? row0 : source.Row<Sample>(row + 1)) +
-                          std::ptrdiff_t{column} * n;
-    for (int c = 0; c < Traits::kColourChannels; ++c) {
-        const int above = pixel::ToByte<Sample>(upper[c]) * (256 - fx) +
-                          pixel::ToByte<Sample>(upper[step + c]) * fx;
-        const int beneath = pixel::ToByte<Sample>(lower[c]) * (256 - fx) +
-                            pixel::ToByte<Sample>(lower[step + c]) * fx;
-        const int value = (above * (256 - fy) + beneath * fy) >> 16;
-        to[c] = static_cast<Sample>(pixel::FromByte<Sample>(value));
-    }
-    if constexpr (n == 2) to[1] = row0[std::ptrdiff_t{own_column} * n + 1];
+    return {column,   row,     column + 1 == width ? 0 : 1, row + 1 == height ? 0 : 1,
+            px & 255, py & 255};
+}
+
+// The value, 0 to 255, between four values.
+ENGINE_INLINE int Bilinear(int upper_left, int upper_right, int lower_left, int lower_right,
+                           int share_right, int share_down) {
+    const int upper = upper_left * 256 + (upper_right - upper_left) * share_right;
+    const int lower = lower_left * 256 + (lower_right - lower_left) * share_right;
+    return (upper * 256 + (lower - upper) * share_down) >> 16;
 }
 
 // The brightness of a pixel as displacements weigh it: the sum of three channels in 8-bit terms.
@@ -82,6 +84,104 @@ CMDTEXTURE_MULTIVERSION void PushBlock(const typename Traits::Sample* row,
     }
 }
 
+// What a block of pixels is mixed from: the colour channels of the four source pixels of each, one
+// byte a channel, and the shares of the right and lower ones.
+struct SMixture {
+    alignas(64) std::uint32_t corner[4][kBlockPixels];
+    alignas(64) int share_right[kBlockPixels];
+    alignas(64) int share_down[kBlockPixels];
+};
+
+template <class Traits>
+ENGINE_INLINE std::uint32_t PackChannels(const typename Traits::Sample* pixel) {
+    std::uint32_t packed = 0;
+    for (int c = 0; c < Traits::kColourChannels; ++c) {
+        const int value = pixel::ToByte<typename Traits::Sample>(pixel[c]);
+        packed |= static_cast<std::uint32_t>(value) << (8 * c);
+    }
+    return packed;
+}
+
+// The same for a pixel that is not the last of its row: what follows it may be read, and is packed
+// with it.
+template <class Traits>
+ENGINE_INLINE std::uint32_t PackInside(const typename Traits::Sample* pixel) {
+    if constexpr (Traits::kColourChannels == 3 && !Traits::kIs16bit &&
+                  std::endian::native == std::endian::little) {
+        std::uint32_t packed;
+        std::memcpy(&packed, pixel, sizeof packed);
+        return packed;
+    } else {
+        return PackChannels<Traits>(pixel);
+    }
+}
+
+// Collects the mixture of `count` pixels from column `first` of row y, and for grey images with
+// alpha the alpha samples.
+template <class Traits>
+void CollectBlock(const CRowIteratorBands& source, int y, int first, int count, const SPush& push,
+                  SMixture& mixture, TPlanes<Traits::kChannels>& out) {
+    using Sample = typename Traits::Sample;
+    constexpr int n = Traits::kChannels;
+    const int width = source.GetWidth(), height = source.GetHeight();
+    // Positions from 1 to below these need no folding, and all four pixels lie inside their rows.
+    const auto inside_x = static_cast<unsigned>(std::max(width - 2, 0)) * 256;
+    const auto inside_y = static_cast<unsigned>(height - 1) * 256;
+    for (int x = 0; x < count; ++x) {
+        const int px = (first + x) * 256 + push.right[x];
+        const int py = y * 256 + push.down[x];
+        int row = py >> 8;
+        if (px >= 1 && static_cast<unsigned>(px) < inside_x && py >= 1 &&
+            static_cast<unsigned>(py) < inside_y) {
+            const Sample* upper = source.Row<Sample>(row) + std::ptrdiff_t{px >> 8} * n;
+            const Sample* lower = source.Row<Sample>(row + 1) + std::ptrdiff_t{px >> 8} * n;
+            mixture.corner[0][x] = PackInside<Traits>(upper);
+            mixture.corner[1][x] = PackInside<Traits>(upper + n);
+            mixture.corner[2][x] = PackInside<Traits>(lower);
+            mixture.corner[3][x] = PackInside<Traits>(lower + n);
+            mixture.share_right[x] = px & 255;
+            mixture.share_down[x] = py & 255;
+        } else {
+            const SPlace place = PlaceAt<Traits>(px, py, width, height);
+            row = place.row;
+            const Sample* upper = source.Row<Sample>(row) + std::ptrdiff_t{place.column} * n;
+            const Sample* lower =
+                source.Row<Sample>(row + place.step_down) + std::ptrdiff_t{place.column} * n;
+            mixture.corner[0][x] = PackChannels<Traits>(upper);
+            mixture.corner[1][x] = PackChannels<Traits>(upper + place.step_right * n);
+            mixture.corner[2][x] = PackChannels<Traits>(lower);
+            mixture.corner[3][x] = PackChannels<Traits>(lower + place.step_right * n);
+            mixture.share_right[x] = place.share_right;
+            mixture.share_down[x] = place.share_down;
+        }
+        if constexpr (n == 2) {
+            out.channel[1][x] = source.Row<Sample>(row)[std::ptrdiff_t{first + x} * n + 1];
+        }
+    }
+}
+
+template <class Traits>
+CMDTEXTURE_MULTIVERSION void MixBlock(const SMixture& mixture, int count,
+                                      TPlanes<Traits::kChannels>& out,
+                                      typename Traits::Sample* to) {
+    using Sample = typename Traits::Sample;
+    constexpr int n = Traits::kChannels;
+    for (int c = 0; c < Traits::kColourChannels; ++c) {
+        for (int x = 0; x < count; ++x) {
+            const auto channel = [&](int corner) {
+                return static_cast<int>((mixture.corner[corner][x] >> (8 * c)) & 255U);
+            };
+            const int value = Bilinear(channel(0), channel(1), channel(2), channel(3),
+                                       mixture.share_right[x], mixture.share_down[x]);
+            out.channel[c][x] = ToLane(pixel::FromByte<Sample>(value));
+        }
+    }
+    if constexpr (n == 4) {  // the destination keeps its alpha
+        for (int x = 0; x < count; ++x) out.channel[3][x] = to[4 * x + 3];
+    }
+    Merge<Traits>(out, count, to);
+}
+
 template <class Traits>
 void GlassRow(const CRowIteratorBands& source, int y, int first, int end, int intensity,
               typename Traits::Sample* to) {
@@ -90,15 +190,14 @@ void GlassRow(const CRowIteratorBands& source, int y, int first, int end, int in
     const Sample* row = source.Row<Sample>(y);
     const Sample* below = source.Row<Sample>(y + 1);
     SPush push;
+    SMixture mixture;
+    TPlanes<n> out;
     for (int start = first; start < end; start += kBlockPixels) {
         const int count = std::min(kBlockPixels, end - start);
         const std::ptrdiff_t at = std::ptrdiff_t{start} * n;
         PushBlock<Traits>(row + at, below + at, count, intensity, push);
-        for (int x = 0; x < count; ++x) {
-            const int column = start + x;
-            Resample<Traits>(source, column * 256 + push.right[x], y * 256 + push.down[x], column,
-                             to + std::ptrdiff_t{column} * n);
-        }
+        CollectBlock<Traits>(source, y, start, count, push, mixture, out);
+        MixBlock<Traits>(mixture, count, out, to + at);
     }
 }
 
@@ -150,7 +249,19 @@ void CGlass::ComputePlainRow(int end) {
             red[0] = here[2], red[1] = below[2], red[3] = here[n + 2];
             n == 3 ? ComputeRGB() : ComputeRGBA();
         }
-        Resample<Traits>(*source, sampleX, sampleY, x, to);
+        const SPlace place = PlaceAt<Traits>(sampleX, sampleY, width, height);
+        const Sample* row = source->Row<Sample>(place.row);
+        const Sample* upper = row + std::ptrdiff_t{place.column} * n;
+        const Sample* lower =
+            source->Row<Sample>(place.row + place.step_down) + std::ptrdiff_t{place.column} * n;
+        const int step = place.step_right * n;
+        const auto byte = [](Sample sample) { return pixel::ToByte<Sample>(sample); };
+        for (int c = 0; c < Traits::kColourChannels; ++c) {
+            const int value = Bilinear(byte(upper[c]), byte(upper[step + c]), byte(lower[c]),
+                                       byte(lower[step + c]), place.share_right, place.share_down);
+            to[c] = static_cast<Sample>(pixel::FromByte<Sample>(value));
+        }
+        if constexpr (n == 2) to[1] = row[std::ptrdiff_t{x} * n + 1];
     }
 }
 

@@ -45,20 +45,21 @@ CMDTEXTURE_MULTIVERSION void BandRow(const typename Traits::Sample* from,
     constexpr int n = Traits::kChannels;
     TPlanes<n> planes;
     auto& plane = planes.channel;
+    alignas(64) Lane factor[kBlockPixels];
     for (int done = 0; done < pixels; done += kBlockPixels) {
         const int count = std::min(kBlockPixels, pixels - done);
         Split<Traits>(from + done * n, count, planes);
         for (int x = 0; x < count; ++x) {
             if constexpr (Traits::kColourChannels == 3) {
-                const Lane b = plane[0][x], g = plane[1][x], r = plane[2][x];
-                const Lane factor = BandFactor(MeanBrightness<Sample>(b, g, r), periods, gain);
-                plane[0][x] = Banded<Sample>(b, factor, only_darker);
-                plane[1][x] = Banded<Sample>(g, factor, only_darker);
-                plane[2][x] = Banded<Sample>(r, factor, only_darker);
+                factor[x] = MeanBrightness<Sample>(plane[0][x], plane[1][x], plane[2][x]);
             } else {
-                const Lane value = ToLane(pixel::ToByte<Sample>(plane[0][x]));
-                plane[0][x] =
-                    Banded<Sample>(plane[0][x], BandFactor(value, periods, gain), only_darker);
+                factor[x] = ToLane(pixel::ToByte<Sample>(plane[0][x]));
+            }
+        }
+        for (int x = 0; x < count; ++x) factor[x] = BandFactor(factor[x], periods, gain);
+        for (int c = 0; c < Traits::kColourChannels; ++c) {
+            for (int x = 0; x < count; ++x) {
+                plane[c][x] = Banded<Sample>(plane[c][x], factor[x], only_darker);
             }
         }
         Merge<Traits>(planes, count, to + done * n);

@@ -14,106 +14,82 @@ struct SBounds {
     int low, high;
     constexpr bool Hold(int value) const { return value >= low && value <= high; }
 };
+constexpr SBounds kBlur = {0, 100};
+constexpr SBounds kAngle = {0, 359};
 constexpr SBounds kByte = {0, 255};
+
+// Left, right, top, bottom in thousandths; the transforms pull them into 0 to 1000.
+struct SBorders {
+    int value[kBorders];
+};
+constexpr SBorders kWholeImage = {{0, 1000, 0, 1000}};
+constexpr SBorders kBeyondImage = {{-10, 1010, -10, 1010}};
+constexpr SBorders kInsideImage = {{1, 999, 1, 999}};  // the strokes keep off the edges
+
+enum ERules : unsigned {
+    kPlain = 0,
+    kStartsAsCopy = 1,     // the destination is made a copy of the source first
+    kRefuses = 2,          // a missing source or a value out of bounds is error 101
+    kDestroysOnError = 4,  // the destination of a run that fails
+};
 
 struct SMaterial {
     CTransformParamList (*define)();
     PipelineRunner* run;
-    int borders[kBorders];  // left, right, top, bottom in thousandths
-    bool starts_as_copy;    // the destination is made a copy of the source first
-    bool destroys;          // the destination, when the run fails
-    bool refuses;           // values out of bounds, and a missing source, are error 101
+    SBorders borders;
+    unsigned rules;
     SBounds bounds[kMostEntries - kBorders];  // of the entries after the borders, in their order
 };
 
-// Pipeline, borders, and bounds of the entries. Borders beyond 0 and 1000 mean the whole image;
-// 1 and 999 leave a margin that the strokes' points keep out of.
-constexpr SMaterial kSandstone = {DefineTransfo1T2,
-                                  RunTransfo1T2,
-                                  {0, 1000, 0, 1000},
-                                  true,
-                                  false,
-                                  false,
-                                  {{0, 100}, {1, 256}, {10, 20}, {0, 359}, kByte, kByte, kByte}};
+// clang-format off
+constexpr SMaterial kSandstone = {
+    DefineTransfo1T2, RunTransfo1T2, kWholeImage, kStartsAsCopy,
+    {kBlur, {1, 256} /* detail */, {10, 20} /* luminance */, kAngle, kByte, kByte, kByte}};
 constexpr SMaterial kPolishedStone = {
-    DefineTransfo1T5,
-    RunTransfo1T5,
-    {0, 1000, 0, 1000},
-    true,
-    false,
-    false,
-    {{0, 100}, {1, 256}, {10, 20}, {0, 359}, kByte, kByte, kByte}};
-constexpr SMaterial kSoftPlastic = {DefineTransfo1T4,
-                                    RunTransfo1T4,
-                                    {0, 1000, 0, 1000},
-                                    true,
-                                    false,
-                                    true,
-                                    {{0, 100}, {1, 100}, {1, 128}, {0, 359}, kByte, kByte, kByte}};
-constexpr SMaterial kRoughLeather = {DefineTransfo1T7,
-                                     RunTransfo1T7,
-                                     {0, 1000, 0, 1000},
-                                     true,
-                                     true,
-                                     false,
-                                     {{-255, 255},
-                                      {0, 100},
-                                      kByte,
-                                      kByte,
-                                      kByte,
-                                      {0, 100},
-                                      {0, 100},
-                                      {0, 359},
-                                      kByte,
-                                      kByte,
-                                      kByte}};
+    DefineTransfo1T5, RunTransfo1T5, kWholeImage, kStartsAsCopy,
+    {kBlur, {1, 256} /* detail */, {10, 20} /* polishing */, kAngle, kByte, kByte, kByte}};
+constexpr SMaterial kSoftPlastic = {
+    DefineTransfo1T4, RunTransfo1T4, kWholeImage, kStartsAsCopy | kRefuses,
+    {kBlur, {1, 100} /* detail */, {1, 128} /* density */, kAngle, kByte, kByte, kByte}};
+constexpr SMaterial kRoughLeather = {
+    DefineTransfo1T7, RunTransfo1T7, kWholeImage, kStartsAsCopy | kDestroysOnError,
+    {{-255, 255} /* luminance */, {0, 100} /* contrast */, kByte, kByte, kByte, kBlur,
+     {0, 100} /* sharpness */, kAngle, kByte, kByte, kByte}};
 constexpr SMaterial kFineLeather = {
-    DefineTransfo1T9,
-    RunTransfo1T9,
-    {-10, 1010, -10, 1010},
-    false,
-    false,
-    false,
-    {{0, 100}, {1, 2000}, {1, 20}, {0, 255}, {0, 359}, kByte, kByte, kByte}};
-constexpr SMaterial kFur = {DefineTransfo2T5,
-                            RunTransfo2T5,
-                            {1, 999, 1, 999},
-                            false,
-                            false,
-                            false,
-                            {{0, 100}, {1, 200}, {1, 100}, {0, 255}}};
+    DefineTransfo1T9, RunTransfo1T9, kBeyondImage, kPlain,
+    {kBlur, {1, 2000} /* furrow count */, {1, 20} /* length */, kByte, kAngle, kByte, kByte, kByte}};
+constexpr SMaterial kFur = {
+    DefineTransfo2T5, RunTransfo2T5, kInsideImage, kPlain,
+    {kBlur, {1, 200} /* density */, {1, 100} /* length */, kByte}};
 constexpr SMaterial kStrawWall = {
-    DefineTransfo2T8,
-    RunTransfo2T8,
-    {1, 999, 1, 999},
-    false,
-    false,
-    true,
-    {{0, 100}, {1, 100}, {1, 20}, {1, 40}, {0, 255}, {0, 359}, kByte, kByte, kByte}};
+    DefineTransfo2T8, RunTransfo2T8, kInsideImage, kRefuses,
+    {kBlur, {1, 100} /* density */, {1, 20} /* length */, {1, 40} /* width */, kByte, kAngle,
+     kByte, kByte, kByte}};
+// clang-format on
 
 // Runs a material with the values of the entries after the borders, in their order.
 template <std::size_t kCount>
 CErrorAutoThrow Apply(const SMaterial& material, CStatusControl& status, CRowIteratorBands& source,
                       CRowIteratorBands& destination, const std::array<int, kCount>& values) {
-    if (material.refuses) {
+    if (material.rules & kRefuses) {
         if (!source.IsAttached()) return TolmErrorCode::UnusableInput;
         for (std::size_t i = 0; i < kCount; ++i) {
             if (!material.bounds[i].Hold(values[i])) return TolmErrorCode::UnusableInput;
         }
     }
-    if (material.starts_as_copy) {
+    if (material.rules & kStartsAsCopy) {
         CErrorAutoThrow copied = destination.Copy(source, 0);
         if (copied.Failed()) return copied;
     }
     CTransformParamList list = material.define();
-    for (int i = 0; i < kBorders; ++i) list[i].value = material.borders[i];
+    for (int i = 0; i < kBorders; ++i) list[i].value = material.borders.value[i];
     for (std::size_t i = 0; i < kCount; ++i) {
         list[kBorders + static_cast<int>(i)].value =
             pixel::Clamp(values[i], material.bounds[i].low, material.bounds[i].high);
     }
-    if (material.refuses) status.SetNumberOfSteps(3);
+    if (material.rules & kRefuses) status.SetNumberOfSteps(3);
     CErrorAutoThrow result = material.run(source, destination, list, status);
-    if (result.Failed() && material.destroys) destination.Destroy();
+    if (result.Failed() && (material.rules & kDestroysOnError)) destination.Destroy();
     return result;
 }
 
