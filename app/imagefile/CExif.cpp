@@ -127,11 +127,11 @@ class CExif::CParser {
 
     // The directory that a value of `directory` points at; the pointer is taken out.
     CDirectory Follow(CDirectory& directory, std::uint16_t pointer) {
-        const auto found = Find(directory, pointer);
-        if (found == directory.end()) return {};
+        const SValue* found = Find(directory, pointer);
+        if (!found) return {};
         const std::uint64_t offset = LittleEndian(found->data.data(), found->data.size());
         const bool is_offset = found->count == 1 && found->data.size() >= 4;
-        directory.erase(found);
+        std::erase_if(directory, [&](const SValue& value) { return value.tag == pointer; });
         return is_offset ? Directory(offset) : CDirectory();
     }
 
@@ -175,18 +175,15 @@ class CExif::CParser {
     std::uint64_t taken_ = 0;
 };
 
-CExif::CDirectory::iterator CExif::Find(CDirectory& directory, std::uint16_t tag) {
-    return std::find_if(directory.begin(), directory.end(),
-                        [tag](const SValue& value) { return value.tag == tag; });
+const CExif::SValue* CExif::Find(const CDirectory& directory, std::uint16_t tag) {
+    const auto found = std::find_if(directory.begin(), directory.end(),
+                                    [tag](const SValue& value) { return value.tag == tag; });
+    return found == directory.end() ? nullptr : &*found;
 }
 
 void CExif::Set(CDirectory& directory, SValue value) {
-    const auto found = Find(directory, value.tag);
-    if (found == directory.end()) {
-        directory.push_back(std::move(value));
-    } else {
-        *found = std::move(value);
-    }
+    std::erase_if(directory, [&](const SValue& old) { return old.tag == value.tag; });
+    directory.push_back(std::move(value));
 }
 
 std::optional<CExif> CExif::Parse(const CReader& source, bool descriptive_only) {
@@ -241,9 +238,25 @@ void CExif::Describe(int width, int height, double x_resolution, double y_resolu
     const auto side = [](int pixels) { return Numbers({static_cast<std::uint64_t>(pixels)}, 4); };
     Set(exif_, {kPixelXDimension, kLong, 1, side(width)});
     Set(exif_, {kPixelYDimension, kLong, 1, side(height)});
-    if (Find(exif_, kExifVersion) == exif_.end()) {
+    if (!Find(exif_, kExifVersion)) {
         Set(exif_, {kExifVersion, kUndefined, 4, {'0', '2', '3', '2'}});
     }
+}
+
+std::optional<CExif::SResolution> CExif::Resolution() const {
+    const auto value = [this](std::uint16_t tag) {
+        const SValue* found = Find(main_, tag);
+        if (!found || found->type != kRational || found->count != 1) return 0.0;
+        const auto denominator = static_cast<double>(LittleEndian(&found->data[4], 4));
+        return denominator > 0 ? static_cast<double>(LittleEndian(&found->data[0], 4)) / denominator
+                               : 0.0;
+    };
+    const SValue* unit = Find(main_, kResolutionUnit);
+    const bool is_cm = unit && unit->type == kShort && unit->data[0] == 3;
+    const double per_unit = is_cm ? 10.0 : 25.4;
+    const SResolution resolution = {value(kXResolution) / per_unit, value(kYResolution) / per_unit};
+    if (resolution.x <= 0 || resolution.y <= 0) return std::nullopt;
+    return resolution;
 }
 
 // The directory as it lies at `base`, followed by the values that do not fit their entries. Its

@@ -24,6 +24,11 @@ class CExif {
     // pixels per millimetre.
     void Describe(int width, int height, double x_resolution, double y_resolution);
 
+    struct SResolution {
+        double x, y;  // pixels per millimetre
+    };
+    std::optional<SResolution> Resolution() const;
+
     // As a TIFF structure, without "Exif\0\0".
     std::vector<std::uint8_t> Bytes() const;
     // Adds the data to a TIFF file that has none, open for reading and writing; values that the
@@ -46,7 +51,7 @@ class CExif {
     class CParser;
 
     static std::optional<CExif> Parse(const CReader& source, bool descriptive_only);
-    static CDirectory::iterator Find(CDirectory& directory, std::uint16_t tag);
+    static const SValue* Find(const CDirectory& directory, std::uint16_t tag);
     static void Set(CDirectory& directory, SValue value);
     static std::vector<std::uint8_t> Encode(const CDirectory& directory, std::uint32_t base,
                                             std::vector<std::uint8_t> entry_bytes = {});

@@ -73,15 +73,6 @@ bool IsFar(double a, double b) { return std::abs(a - b) > 0.01 * std::max(a, b);
 
 }  // namespace
 
-CMetadata TakeMetadata(VipsImage* opened, bool swaps_sides) {
-    TVips<VipsImage> header(vips_image_new());
-    CopyFields(opened, header.get());
-    vips_autorot_remove_angle(header.get());
-    header->Xres = swaps_sides ? opened->Yres : opened->Xres;
-    header->Yres = swaps_sides ? opened->Xres : opened->Yres;
-    return std::make_shared<const SMetadata>(SMetadata{std::move(header)});
-}
-
 // The library knows EXIF data by one field for every value, and makes those while it opens a file.
 void AddExif(VipsImage* header, const CExif& exif) {
     const std::vector<std::uint8_t> carrier = OnePixelWebp(exif.Bytes());
@@ -93,6 +84,26 @@ void AddExif(VipsImage* header, const CExif& exif) {
     }
     const TVips<VipsImage> owner(opened);
     CopyFields(opened, header, "exif-");
+}
+
+// Fills in what the library leaves out: the EXIF data of TIFF files, and the resolution that WebP
+// files have in their EXIF data alone.
+CMetadata TakeMetadata(VipsImage* opened, ENKind kind, int descriptor) {
+    TVips<VipsImage> header(vips_image_new());
+    CopyFields(opened, header.get());
+    vips_autorot_remove_angle(header.get());
+    header->Xres = opened->Xres;
+    header->Yres = opened->Yres;
+    const auto exif = kind == ENKind::Tiff ? CExif::FromTiffFile(descriptor)
+                                           : CExif::FromBytes(Blob(opened, VIPS_META_EXIF_NAME));
+    if (exif && kind == ENKind::Tiff) AddExif(header.get(), *exif);
+    if (const auto resolution = exif ? exif->Resolution() : std::nullopt;
+        resolution && kind == ENKind::Webp) {
+        header->Xres = resolution->x;
+        header->Yres = resolution->y;
+    }
+    if (vips_image_get_orientation_swap(opened)) std::swap(header->Xres, header->Yres);
+    return std::make_shared<const SMetadata>(SMetadata{std::move(header)});
 }
 
 void GiveMetadata(const SMetadata& metadata, VipsImage* image) {
@@ -111,11 +122,11 @@ std::span<const std::uint8_t> Blob(VipsImage* image, const char* name) {
     return {static_cast<const std::uint8_t*>(data), length};
 }
 
-std::vector<std::string> LostMetadata(const SMetadata& wanted, VipsImage* written,
-                                      bool has_tiff_exif) {
-    VipsImage* header = wanted.header.get();
+std::vector<std::string> LostMetadata(const SMetadata& wanted, const SMetadata& written) {
+    VipsImage* before = wanted.header.get();
+    VipsImage* after = written.header.get();
     std::vector<std::string> lost;
-    // The same bytes arrive, but for EXIF, which is told anew where the picture has changed.
+    // The same bytes arrive, but for EXIF and IPTC, which are wrapped anew.
     const struct {
         const char* field;
         const char* text;
@@ -125,19 +136,17 @@ std::vector<std::string> LostMetadata(const SMetadata& wanted, VipsImage* writte
                   {VIPS_META_XMP_NAME, "the XMP data", true},
                   {VIPS_META_IPTC_NAME, "the IPTC data", false}};
     for (const auto& blob : kBlobs) {
-        const auto before = Blob(header, blob.field);
-        const auto after = Blob(written, blob.field);
-        const bool is_kept =
-            blob.same_bytes ? std::equal(before.begin(), before.end(), after.begin(), after.end())
-                            : !after.empty();
-        const bool is_in_tiff = has_tiff_exif && blob.field == std::string_view("exif-data");
-        if (!before.empty() && !is_kept && !is_in_tiff) lost.push_back(blob.text);
+        const auto wanted_bytes = Blob(before, blob.field);
+        const auto bytes = Blob(after, blob.field);
+        const bool is_kept = blob.same_bytes ? std::equal(wanted_bytes.begin(), wanted_bytes.end(),
+                                                          bytes.begin(), bytes.end())
+                                             : !bytes.empty();
+        if (!wanted_bytes.empty() && !is_kept) lost.push_back(blob.text);
     }
-    if (vips_image_map(header, &FindText, nullptr) &&
-        !vips_image_map(written, &FindText, nullptr)) {
+    if (vips_image_map(before, &FindText, nullptr) && !vips_image_map(after, &FindText, nullptr)) {
         lost.push_back("the text comments");
     }
-    if (IsFar(header->Xres, written->Xres) || IsFar(header->Yres, written->Yres)) {
+    if (IsFar(before->Xres, after->Xres) || IsFar(before->Yres, after->Yres)) {
         lost.push_back("the resolution");
     }
     return lost;

@@ -17,9 +17,9 @@ struct SMetadata {
     TVips<VipsImage> header;
 };
 
-// The metadata of an image that was just opened, as they hold once the picture is upright:
-// `swaps_sides` tells that its width and height change places.
-CMetadata TakeMetadata(VipsImage* opened, bool swaps_sides);
+// The metadata of an image that was just opened from `descriptor`, as they hold once the picture
+// is upright.
+CMetadata TakeMetadata(VipsImage* opened, ENKind kind, int descriptor);
 
 // Adds EXIF data that the library did not read itself.
 void AddExif(VipsImage* header, const CExif& exif);
@@ -31,7 +31,6 @@ void GiveMetadata(const SMetadata& metadata, VipsImage* image);
 std::span<const std::uint8_t> Blob(VipsImage* image, const char* name);
 
 // What of the metadata did not arrive in a file, for people: "the EXIF data" and so on.
-std::vector<std::string> LostMetadata(const SMetadata& wanted, VipsImage* written,
-                                      bool has_tiff_exif);
+std::vector<std::string> LostMetadata(const SMetadata& wanted, const SMetadata& written);
 
 }  // namespace imagefile

@@ -214,12 +214,7 @@ void CImageReader::Decode() {
                  SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +
                  ", for which the memory cannot be had");
     }
-    result_.metadata = TakeMetadata(opened.get(), swaps_sides);
-    if (kind_->kind == ENKind::Tiff && Blob(opened.get(), VIPS_META_EXIF_NAME).empty()) {
-        if (const auto exif = CExif::FromTiffFile(descriptor_.Get())) {
-            AddExif(result_.metadata->header.get(), *exif);
-        }
-    }
+    result_.metadata = TakeMetadata(opened.get(), kind_->kind, descriptor_.Get());
     DecodeRows(opened.get());
     opened.reset();  // a decoder may still complain when it is closed
     JudgeWarnings(true);

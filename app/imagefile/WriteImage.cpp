@@ -185,9 +185,8 @@ void CImageWriter::WarnOfPixels() {
 void CImageWriter::WarnOfMetadata() {
     const TVips<VipsImage> written = OpenDecoder(kind_.kind, output_.Descriptor(), false);
     if (!written) FailEncoding(TakeVipsError());
-    const bool has_tiff_exif =
-        kind_.kind == ENKind::Tiff && CExif::FromTiffFile(output_.Descriptor()).has_value();
-    for (const std::string& lost : LostMetadata(*metadata_, written.get(), has_tiff_exif)) {
+    const CMetadata arrived = TakeMetadata(written.get(), kind_.kind, output_.Descriptor());
+    for (const std::string& lost : LostMetadata(*metadata_, *arrived)) {
         Warn(lost);
     }
 }

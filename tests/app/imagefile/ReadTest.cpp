@@ -1,0 +1,211 @@
+#include <unistd.h>
+
+#include "Files.h"
+
+namespace {
+
+using files::Big;
+using files::Content;
+using files::Folder;
+using files::ReadFault;
+using files::SetContent;
+using imagefile::ReadImage;
+using pictures::Noise;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string PngChunk(const std::string& name, const std::string& data) {
+    const std::string body = name + data;
+    std::uint32_t crc = 0xffffffffU;
+    for (const char c : body) {
+        crc ^= static_cast<std::uint8_t>(c);
+        for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xedb88320U : 0);
+    }
+    return Big(data.size(), 4) + body + Big(~crc & 0xffffffffU, 4);
+}
+// A PNG file that is well made but for having no pixels.
+std::string PngHeader(std::uint32_t width, std::uint32_t height, const std::string& more = {}) {
+    return "\x89PNG\r\n\x1a\n" +
+           PngChunk("IHDR", Big(width, 4) + Big(height, 4) + std::string("\x08\x02\0\0\0", 5)) +
+           more + PngChunk("IDAT", "x") + PngChunk("IEND", "");
+}
+
+TEST(Read, TruncatedAndDamagedFilesAreRefused) {
+    for (const char* name : {"x.png", "x.jpg", "x.tif", "x.webp"}) {
+        const Folder folder;
+        const auto file = folder / name;
+        files::Write(file, Noise(ENPixelFormat::Colour8, 200, 150, 4));
+        const std::string whole = Content(file);
+        for (const double part : {0.001, 0.1, 0.5, 0.9, 0.999, 1.0}) {
+            const auto length = static_cast<std::size_t>(part * static_cast<double>(whole.size()));
+            SetContent(file, whole.substr(0, std::min(length, whole.size() - 1)));
+            EXPECT_THAT(ReadFault(file), StartsWith("unreadable: ")) << name << " " << part;
+        }
+    }
+}
+
+// An error must not pass now and then because some thread was faster.
+TEST(Read, WrongChecksumsAreFoundEveryTime) {
+    const Folder folder;
+    const auto file = folder / "x.png";
+    files::Write(file, Noise(ENPixelFormat::Colour8, 200, 150, 4));
+    std::string bytes = Content(file);
+    bytes[bytes.size() / 2] ^= 1;
+    SetContent(file, bytes);
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_THAT(ReadFault(file), AllOf(StartsWith("unreadable: "), HasSubstr("x.png: ")));
+    }
+    SetContent(file, PngHeader(4, 4, "\0\0\0\3tEXta\0b----"));
+    EXPECT_THAT(ReadFault(file), StartsWith("unreadable: "));
+}
+
+// What is there comes, what is missing is black, and a warning says so.
+TEST(Read, LenientTakesWhatIsThere) {
+    for (const char* name : {"x.png", "x.jpg"}) {
+        const Folder folder;
+        const auto file = folder / name;
+        files::Write(file, Noise(ENPixelFormat::Colour8, 200, 150, 4));
+        const CRowIteratorBands whole = ReadImage(file).pixels;
+        SetContent(file, Content(file).substr(0, files::fs::file_size(file) / 2));
+        const imagefile::SImageFile half = ReadImage(file, {.lenient = true});
+        EXPECT_FALSE(half.warnings.empty());
+        EXPECT_EQ(half.pixels.GetHeight(), 150);
+        for (int x = 0; x < 200 * 3; ++x) {
+            ASSERT_EQ(half.pixels.Row<std::uint8_t>(20)[x], whole.Row<std::uint8_t>(20)[x]);
+        }
+    }
+}
+
+TEST(Read, RefusesByName) {
+    const Folder folder;
+    const auto saved = [&](const char* name, int bands, VipsBandFormat format,
+                           VipsInterpretation colours) {
+        const auto picture = files::VipsPicture(16, 16, bands, format, colours);
+        EXPECT_EQ(vips_image_write_to_file(picture.get(), (folder / name).c_str(), nullptr), 0);
+    };
+    saved("cmyk.jpg", 4, VIPS_FORMAT_UCHAR, VIPS_INTERPRETATION_CMYK);
+    saved("cmyk.tif", 4, VIPS_FORMAT_UCHAR, VIPS_INTERPRETATION_CMYK);
+    saved("lab.tif", 3, VIPS_FORMAT_FLOAT, VIPS_INTERPRETATION_LAB);
+    saved("float.tif", 1, VIPS_FORMAT_FLOAT, VIPS_INTERPRETATION_B_W);
+    saved("signed.tif", 1, VIPS_FORMAT_SHORT, VIPS_INTERPRETATION_B_W);
+    saved("five.tif", 5, VIPS_FORMAT_UCHAR, VIPS_INTERPRETATION_sRGB);
+    const auto strip = files::VipsPicture(16, 48, 3, VIPS_FORMAT_UCHAR, VIPS_INTERPRETATION_sRGB);
+    vips_image_set_int(strip.get(), VIPS_META_PAGE_HEIGHT, 16);
+    vips_tiffsave(strip.get(), (folder / "pages.tif").c_str(), nullptr);
+    vips_webpsave(strip.get(), (folder / "frames.webp").c_str(), nullptr);
+    SetContent(folder / "apng.png", PngHeader(4, 4, PngChunk("acTL", Big(2, 4) + Big(0, 4))));
+    SetContent(folder / "gif.png", "GIF89a..............");
+    SetContent(folder / "notes.txt", "dear diary");
+    SetContent(folder / "text.png", "dear diary");
+    SetContent(folder / "empty.png", "");
+    files::fs::create_directory(folder / "folder.png");
+    ASSERT_EQ(mkfifo((folder / "pipe.png").c_str(), 0600), 0);
+
+    const struct {
+        const char* name;
+        const char* fault;
+        const char* says;
+    } kCases[] = {
+        {"cmyk.jpg", "unsupported", "CMYK"},
+        {"cmyk.tif", "unsupported", "CMYK"},
+        {"lab.tif", "unsupported", "Lab"},
+        {"float.tif", "unsupported", "float"},
+        {"signed.tif", "unsupported", "short"},
+        {"five.tif", "unsupported", "5 channels"},
+        {"pages.tif", "unsupported", "has 3 pages"},
+        {"frames.webp", "unsupported", "an animation of 3 frames"},
+        {"apng.png", "unsupported", "animated PNG"},
+        {"gif.png", "unsupported", "GIF is not supported"},
+        {"notes.txt", "unsupported", "not an image of a known kind"},
+        {"text.png", "unreadable", "is not the PNG file that its name tells"},
+        {"empty.png", "unreadable", "is empty"},
+        {"missing.png", "unreadable", "No such file or directory"},
+        {"folder.png", "unreadable", "is a folder"},
+        {"pipe.png", "unreadable", "is not a regular file"},
+    };
+    for (const auto& refused : kCases) {
+        EXPECT_THAT(ReadFault(folder / refused.name),
+                    AllOf(StartsWith(std::string(refused.fault) + ": "),
+                          HasSubstr(std::string(refused.name) + ": "), HasSubstr(refused.says)));
+    }
+}
+
+TEST(Read, FilesWithoutPermissionAreRefused) {
+    if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
+    const Folder folder;
+    SetContent(folder / "x.png", PngHeader(4, 4));
+    files::fs::permissions(folder / "x.png", files::fs::perms::none);
+    EXPECT_THAT(ReadFault(folder / "x.png"),
+                AllOf(StartsWith("unreadable: "), HasSubstr("Permission denied")));
+}
+
+// Sizes are judged by the header, however little follows it.
+TEST(Read, LimitsHoldBeforeAnythingIsDecoded) {
+    const Folder folder;
+    const auto file = folder / "x.png";
+    const struct {
+        std::uint32_t width, height;
+        std::uint64_t limit;
+        const char* fault;
+    } kCases[] = {
+        {60000, 60000, imagefile::kDefaultMaxPixels, "limit: "},
+        {65536, 1, imagefile::kDefaultMaxPixels, "limit: "},
+        {1, 65536, ~std::uint64_t{0}, "limit: "},
+        {0x7fffffff, 0x7fffffff, ~std::uint64_t{0}, "limit: "},
+        {40, 25, 999, "limit: "},
+        {40, 25, 1000, "unreadable: "},  // accepted, then found to have no pixels
+        {65535, 1, imagefile::kDefaultMaxPixels, "unreadable: "},
+    };
+    for (const auto& size : kCases) {
+        SetContent(file, PngHeader(size.width, size.height));
+        EXPECT_THAT(ReadFault(file, {.max_pixels = size.limit}), StartsWith(size.fault))
+            << size.width << " x " << size.height;
+    }
+    SetContent(folder / "x.tif", files::Tiff(65536, 8, 1, 1, "x"));
+    EXPECT_THAT(ReadFault(folder / "x.tif"), StartsWith("limit: "));
+}
+
+// Sorts of files that editors write and the rest of the program need not know.
+TEST(Read, UnusualFilesBecomeOneOfTheEightFormats) {
+    const Folder folder;
+    const std::string half = {'\x10', '\x20', '\x40', '\x80'};
+    const struct {
+        std::string bytes;
+        ENPixelFormat format;
+        std::vector<int> samples;
+    } kCases[] = {
+        // One bit, and black as the larger value.
+        {files::Tiff(2, 1, 1, 1, "\x40"), ENPixelFormat::Grey8, {0, 255}},
+        {files::Tiff(2, 8, 1, 0, "\x01\xff"), ENPixelFormat::Grey8, {254, 0}},
+        // Alpha that was multiplied in comes out of it again.
+        {files::Tiff(1, 8, 4, 2, half, {{338, 3, 1}}),
+         ENPixelFormat::ColourAlpha8,
+         {127, 63, 31, 128}},
+        {files::Tiff(1, 8, 4, 2, half, {{338, 3, 2}}),
+         ENPixelFormat::ColourAlpha8,
+         {64, 32, 16, 128}},
+        // A tag that the library does not know is no damage.
+        {files::Tiff(1, 8, 1, 1, "\x07", {{59932, 4, 7}}), ENPixelFormat::Grey8, {7}},
+        // So is a pointer at EXIF data that are not there.
+        {files::Tiff(1, 8, 1, 1, "\x07", {{34665, 4, 99999}}), ENPixelFormat::Grey8, {7}},
+    };
+    for (const auto& unusual : kCases) {
+        SetContent(folder / "x.tif", unusual.bytes);
+        const imagefile::SImageFile read = ReadImage(folder / "x.tif");
+        ASSERT_EQ(read.pixels.GetPixelFormat(), CNPixelFormat(unusual.format));
+        EXPECT_TRUE(read.warnings.empty());
+        for (std::size_t i = 0; i < unusual.samples.size(); ++i) {
+            EXPECT_EQ(read.pixels.Row<std::uint8_t>(0)[i], unusual.samples[i]) << i;
+        }
+    }
+    for (const bool has_alpha : {false, true}) {
+        const auto picture = files::VipsPicture(16, 16, has_alpha ? 4 : 3, VIPS_FORMAT_UCHAR,
+                                                VIPS_INTERPRETATION_sRGB);
+        vips_pngsave(picture.get(), (folder / "palette.png").c_str(), "palette", TRUE, nullptr);
+        EXPECT_EQ(ReadImage(folder / "palette.png").pixels.GetPixelFormat().Channels(),
+                  has_alpha ? 4 : 3);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,142 @@
+#include <cmath>
+
+#include "Files.h"
+
+namespace {
+
+using files::Folder;
+using imagefile::ReadImage;
+using imagefile::WriteImage;
+using pictures::Difference;
+using pictures::kAllFormats;
+using pictures::Noise;
+using testing::HasSubstr;
+
+// Noise has alpha 0 here and there, under which the colour is kept too.
+TEST(RoundTrip, LosslessKindsKeepEverySample) {
+    for (const char* extension : {".png", ".tif", ".TIFF"}) {
+        for (const ENPixelFormat format : kAllFormats) {
+            for (const CSize size : {CSize{1, 1}, CSize{7, 1}, CSize{1, 33}, CSize{65, 71}}) {
+                const Folder folder;
+                const auto file = folder / (std::string("x") + extension);
+                const CRowIteratorBands before = Noise(format, size.cx, size.cy, 5);
+                EXPECT_TRUE(WriteImage(file, pictures::Tight(before), nullptr, {}).empty());
+                const imagefile::SImageFile after = ReadImage(file);
+                EXPECT_EQ(Difference(before, after.pixels), "")
+                    << extension << " " << size.cx << " x " << size.cy;
+                EXPECT_TRUE(after.warnings.empty());
+                EXPECT_EQ(folder.Names().size(), 1U);
+            }
+        }
+    }
+}
+
+// What JPEG and WebP make of each format, sample by sample: 16 bits become 8 by rounding, alpha
+// goes by laying over white, grey becomes colour.
+TEST(RoundTrip, LossyKindsSayWhatTheyDo) {
+    for (const ENPixelFormat code : kAllFormats) {
+        const CNPixelFormat format = code;
+        const CRowIteratorBands before = pictures::Make(code, 48, 40, [&](int x, int y, int c) {
+            const int value = x + 2 * y + 20 * c;
+            return format.Is16bit() ? value * 257 + (x + y) % 100 : value;
+        });
+        for (const bool is_jpeg : {true, false}) {
+            const bool keeps_alpha = format.IsAlphaChannelPresent() && !is_jpeg;
+            const int colours = is_jpeg ? format.ColourChannels() : 3;
+            const Folder folder;
+            const auto file = folder / (is_jpeg ? "x.jpeg" : "x.webp");
+            const auto warnings = WriteImage(file, before, nullptr, {});
+            const CRowIteratorBands expected = pictures::Make(
+                CNPixelFormat::Of(colours + (keeps_alpha ? 1 : 0), false), 48, 40,
+                [&](int x, int y, int c) {
+                    const double full = format.Is16bit() ? 65535 : 255;
+                    const int alpha_at = format.Channels() - 1;
+                    const int at = keeps_alpha && c == colours    ? alpha_at
+                                   : format.ColourChannels() == 1 ? 0
+                                                                  : c;
+                    double value = pictures::Sample(before, x, y, at) / full;
+                    if (is_jpeg && format.IsAlphaChannelPresent()) {
+                        const double a = pictures::Sample(before, x, y, alpha_at) / full;
+                        value = value * a + 1 - a;
+                    }
+                    return static_cast<int>(std::lround(value * 255));
+                });
+            EXPECT_EQ(Difference(expected, ReadImage(file).pixels, is_jpeg ? 5 : 0), "")
+                << pictures::Name(code) << " " << file;
+            const auto warned = [&](const char* of) {
+                return std::any_of(warnings.begin(), warnings.end(), [&](const std::string& w) {
+                    return w.find(of) != std::string::npos;
+                });
+            };
+            EXPECT_EQ(warned("16 bits"), format.Is16bit());
+            EXPECT_EQ(warned("transparency"), is_jpeg && format.IsAlphaChannelPresent());
+            EXPECT_EQ(warned("grey"), !is_jpeg && format.ColourChannels() == 1);
+        }
+    }
+}
+
+TEST(RoundTrip, WebpKeepsTheColourOfTransparentPixels) {
+    const Folder folder;
+    const CRowIteratorBands before = Noise(ENPixelFormat::ColourAlpha8, 50, 40, 3);
+    EXPECT_TRUE(WriteImage(folder / "x.webp", before, nullptr, {}).empty());
+    EXPECT_EQ(Difference(before, ReadImage(folder / "x.webp").pixels), "");
+}
+
+// Every orientation is undone on reading, and what is written is upright.
+TEST(RoundTrip, OrientationIsApplied) {
+    const CRowIteratorBands picture = Noise(ENPixelFormat::ColourAlpha16, 70, 41, 8);
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        const Folder folder;
+        files::Write(folder / "stored.tif", picture);
+        VipsImage* stored = vips_image_new_from_file((folder / "stored.tif").c_str(), nullptr);
+        const imagefile::TVips<VipsImage> owner(stored);
+        vips_image_set_int(stored, VIPS_META_ORIENTATION, orientation);
+        ASSERT_EQ(vips_tiffsave(stored, (folder / "turned.tif").c_str(), nullptr), 0);
+        VipsImage* upright = nullptr;
+        ASSERT_EQ(vips_autorot(stored, &upright, nullptr), 0);
+        const imagefile::TVips<VipsImage> upright_owner(upright);
+        ASSERT_EQ(vips_tiffsave(upright, (folder / "upright.tif").c_str(), nullptr), 0);
+
+        const imagefile::SImageFile turned = ReadImage(folder / "turned.tif");
+        EXPECT_EQ(Difference(turned.pixels, ReadImage(folder / "upright.tif").pixels), "")
+            << orientation;
+        for (const char* name : {"a.tif", "a.png", "a.webp", "a.jpg"}) {
+            WriteImage(folder / name, turned.pixels, turned.metadata, {});
+            EXPECT_EQ(ReadImage(folder / name).pixels.GetWidth(), turned.pixels.GetWidth())
+                << name << " " << orientation;
+        }
+    }
+}
+
+// The last call tells that all is done; a stop at any call leaves no file.
+TEST(RoundTrip, ReportsProgressAndStops) {
+    for (const char* name : {"x.png", "x.jpg", "x.tif", "x.webp"}) {
+        const Folder folder;
+        const CRowIteratorBands picture = Noise(ENPixelFormat::Colour8, 300, 400, 1);
+        pictures::CountingSink whole;
+        CStatusControl whole_status(&whole);
+        WriteImage(folder / name, picture, nullptr, {}, &whole_status);
+        EXPECT_EQ(whole.Last(), 1.0) << name;
+        EXPECT_FALSE(whole.EverFell());
+        EXPECT_GE(whole.Calls(), 3) << name;
+        pictures::CountingSink reading;
+        CStatusControl reading_status(&reading);
+        ReadImage(folder / name, {}, &reading_status);
+        EXPECT_EQ(reading.Last(), 1.0);
+        for (const int call : {1, whole.Calls() / 2, whole.Calls()}) {
+            const Folder empty;
+            pictures::CountingSink sink(call);
+            CStatusControl status(&sink);
+            EXPECT_THAT(
+                files::FaultOf([&] { WriteImage(empty / name, picture, nullptr, {}, &status); }),
+                HasSubstr("cancelled"));
+            EXPECT_TRUE(empty.Names().empty()) << name << " stopped at call " << call;
+        }
+        pictures::CountingSink sink(2);
+        CStatusControl status(&sink);
+        EXPECT_THAT(files::FaultOf([&] { ReadImage(folder / name, {}, &status); }),
+                    HasSubstr("cancelled"));
+    }
+}
+
+}  // namespace
