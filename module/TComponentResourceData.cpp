@@ -9,6 +9,7 @@
 #include "host/core/TRef.h"
 #include "host/system/Registry.h"
 #include "module/CTolmResourceManager.h"
+#include "module/RTRACE.h"
 
 namespace {
 
@@ -163,6 +164,9 @@ void TComponentResourceData<Interface>::SetAttributeObserver(IAttributeObserver*
 template <class Interface>
 CErrorAutoThrow TComponentResourceData<Interface>::Edit(ICommandExecutionContext* context,
                                                         VCommandImplementation* command) {
+    RTRACE(L"TComponentResourceData<class ICmdResourceData>::Edit", nullptr, kTraceInformation, 0)
+        .write(L"[Command] Display UI for command %s to edit the parameters \n",
+               componentName_.GetString());
     return ShowDialog(context, command);
 }
 
