@@ -10,3 +10,4 @@ void AddDescribeCommand(CLI::App& program);
 void AddApplyCommand(CLI::App& program);
 void AddGalleryCommand(CLI::App& program);
 void AddPresetCommand(CLI::App& program);
+void AddResourcesCommand(CLI::App& program);

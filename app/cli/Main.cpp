@@ -56,5 +56,6 @@ int main(int count, char** arguments) {
     AddApplyCommand(program);
     AddGalleryCommand(program);
     AddPresetCommand(program);
+    AddResourcesCommand(program);
     return Run(program, count, arguments);
 }
