@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdSculptureDlg.h"
 
 namespace CmdSculpture {
 
@@ -15,6 +16,6 @@ class CCmdSculpture final : public TTextureCommand<CCmdSculpture, kDescription> 
     CErrorAutoThrow ModifyRect(CRect& rect) override;
 };
 
-class CCmdSculptureResData final : public TTextureResData<kDescription> {};
+class CCmdSculptureResData final : public TTextureResData<kDescription, CCmdSculptureDlg> {};
 
 }  // namespace CmdSculpture

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdTextureDlg.h"
 
 namespace CmdTexture {
 
@@ -15,6 +16,6 @@ class CCmdTexture final : public TTextureCommand<CCmdTexture, kDescription> {
     CErrorAutoThrow ModifyRect(CRect& rect) override;
 };
 
-class CCmdTextureResData final : public TTextureResData<kDescription> {};
+class CCmdTextureResData final : public TTextureResData<kDescription, CCmdTextureDlg> {};
 
 }  // namespace CmdTexture

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CWeaveDlg.h"
 
 namespace CmdWeave {
 
@@ -14,6 +15,6 @@ class CCmdWeave final : public TTextureCommand<CCmdWeave, kDescription> {
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdWeaveResData final : public TTextureResData<kDescription> {};
+class CCmdWeaveResData final : public TTextureResData<kDescription, CWeaveDlg> {};
 
 }  // namespace CmdWeave
