@@ -192,78 +192,72 @@ void ExpectNothing(const EffectDialog& dialog, const std::function<void()>& acti
 
 TEST_P(EveryDialog, StoresWhatIsTyped) {
     EffectDialog effect(GetParam().effect);
-    effect
-        .Run([&](IDialogModel& dialog) {
-            for (const auto& [id, name] : GetParam().numbers) {
-                SCOPED_TRACE(name);
-                const IParameter& parameter = effect.Parameter(name);
-                const auto type = [&, id = id](std::int64_t value) {
-                    return [&dialog, id, value] { dialog.Type(id, std::to_wstring(value)); };
-                };
-                const SControlState& field = dialog.Control(id);
-                EXPECT_EQ(field.value, parameter.Number());
-                EXPECT_EQ(field.minimum, parameter.Minimum());
-                EXPECT_EQ(field.maximum, parameter.Maximum());
-                const std::int64_t low =
-                    parameter.Minimum() + (parameter.Number() == parameter.Minimum());
-                for (const std::int64_t value : {low, std::int64_t{parameter.Maximum()}}) {
-                    ExpectStored(effect, name, value, type(value));
-                    EXPECT_FALSE(field.wrong);
-                    ExpectNothing(effect, type(value));
-                }
-                for (const std::int64_t value : {std::int64_t{parameter.Minimum()} - 1,
-                                                 std::int64_t{parameter.Maximum()} + 1}) {
-                    ExpectNothing(effect, type(value));
-                    EXPECT_TRUE(field.wrong);
-                    EXPECT_EQ(field.text, CString(std::to_wstring(value))) << "as it was typed";
-                }
-                ExpectStored(effect, name, low, type(low));
-                ExpectStored(effect, name, low + 1, [&, id = id] { dialog.Step(id, 1); });
+    effect.Play([&](IDialogModel& dialog) {
+        for (const auto& [id, name] : GetParam().numbers) {
+            SCOPED_TRACE(name);
+            const IParameter& parameter = effect.Parameter(name);
+            const auto type = [&, id = id](std::int64_t value) {
+                return [&dialog, id, value] { dialog.Type(id, std::to_wstring(value)); };
+            };
+            const SControlState& field = dialog.Control(id);
+            EXPECT_EQ(field.value, parameter.Number());
+            EXPECT_EQ(field.minimum, parameter.Minimum());
+            EXPECT_EQ(field.maximum, parameter.Maximum());
+            const std::int64_t low =
+                parameter.Minimum() + (parameter.Number() == parameter.Minimum());
+            for (const std::int64_t value : {low, std::int64_t{parameter.Maximum()}}) {
+                ExpectStored(effect, name, value, type(value));
+                EXPECT_FALSE(field.wrong);
+                ExpectNothing(effect, type(value));
             }
-        })
-        .Ignore();
+            for (const std::int64_t value :
+                 {std::int64_t{parameter.Minimum()} - 1, std::int64_t{parameter.Maximum()} + 1}) {
+                ExpectNothing(effect, type(value));
+                EXPECT_TRUE(field.wrong);
+                EXPECT_EQ(field.text, CString(std::to_wstring(value))) << "as it was typed";
+            }
+            ExpectStored(effect, name, low, type(low));
+            ExpectStored(effect, name, low + 1, [&, id = id] { dialog.Step(id, 1); });
+        }
+    });
 }
 
 TEST_P(EveryDialog, StoresClicksAndColours) {
     EffectDialog effect(GetParam().effect);
-    effect
-        .Run([&](IDialogModel& dialog) {
-            for (const auto& [id, name] : GetParam().checks) {
-                if (Coupled(name)) continue;
-                EXPECT_EQ(dialog.Control(id).value, effect.Number(name));
-                for (int i = 0; i < 2; ++i) {
-                    ExpectStored(effect, name, 1 - effect.Number(name),
-                                 [&, id = id] { dialog.Click(id); });
-                }
+    effect.Play([&](IDialogModel& dialog) {
+        for (const auto& [id, name] : GetParam().checks) {
+            if (Coupled(name)) continue;
+            EXPECT_EQ(dialog.Control(id).value, effect.Number(name));
+            for (int i = 0; i < 2; ++i) {
+                ExpectStored(effect, name, 1 - effect.Number(name),
+                             [&, id = id] { dialog.Click(id); });
             }
-            for (const auto& [id, name] : GetParam().swatches) {
-                EXPECT_EQ(dialog.Control(id).colour, effect.Number(name));
-                const auto pick = [&, id = id] { dialog.PickColour(id, 0x123456); };
-                ExpectStored(effect, name, 0x123456, pick);
-                ExpectNothing(effect, pick);
-            }
-        })
-        .Ignore();
+        }
+        for (const auto& [id, name] : GetParam().swatches) {
+            EXPECT_EQ(dialog.Control(id).colour, effect.Number(name));
+            const auto pick = [&, id = id] { dialog.PickColour(id, 0x123456); };
+            ExpectStored(effect, name, 0x123456, pick);
+            ExpectNothing(effect, pick);
+        }
+    });
 }
 
 TEST_P(EveryDialog, TurnsTheDialWithItsField) {
     EffectDialog effect(GetParam().effect);
-    effect
-        .Run([&](IDialogModel& dialog) {
-            for (const auto& [id, name] : GetParam().dials) {
-                const int field = GetParam().effect == std::string("Tiles") ? 2961
-                                  : GetParam().numbers[0].parameter == std::string("Angle")
-                                      ? GetParam().numbers[0].id
-                                      : GetParam().numbers[1].id;
-                EXPECT_EQ(dialog.Control(id).value, effect.Number("Angle"));
-                ExpectStored(effect, name, 77, [&, id = id] { dialog.Turn(id, 77 - 360); });
-                EXPECT_EQ(dialog.Control(field).text, L"77");
-                ExpectNothing(effect, [&, id = id] { dialog.Turn(id, 77); });
-                ExpectStored(effect, name, 200, [&] { dialog.Type(field, L"200"); });
-                EXPECT_EQ(dialog.Control(id).value, 200);
-            }
-        })
-        .Ignore();
+    effect.Play([&](IDialogModel& dialog) {
+        for (const auto& [id, name] : GetParam().dials) {
+            const int field = GetParam().effect == std::string("Tiles") ? 2961
+                              : GetParam().numbers[0].parameter == std::string("Angle")
+                                  ? GetParam().numbers[0].id
+                                  : GetParam().numbers[1].id;
+            EXPECT_EQ(dialog.Control(id).value, effect.Number("Angle"));
+            ExpectStored(effect, name, 77, [&, id = id] { dialog.Turn(id, 77 - 360); });
+            EXPECT_EQ(dialog.Control(field).text, L"77");
+            ExpectNothing(effect, [&, id = id] { dialog.Turn(id, 77); });
+            ExpectStored(effect, name, 200, [&] { dialog.Type(field, L"200"); });
+            EXPECT_EQ(dialog.Control(id).value, 200);
+        }
+    });
 }
 
 TEST_P(EveryDialog, EndsWithOkOrCancel) {
@@ -286,26 +280,24 @@ TEST_P(EveryDialog, HasItsTemplateInEveryLanguage) {
     for (const std::string& code : languages::Available(data)) {
         EffectDialog effect(row.effect);
         languages::Select(data, code);
-        effect
-            .Run([&](IDialogModel& dialog) {
-                EXPECT_EQ(dialog.Template().id, row.templateId);
-                EXPECT_FALSE(dialog.Template().title.IsEmpty());
-                std::set<int> found;
-                for (const STemplateGroup& group : dialog.Template().groups) {
-                    for (const STemplateRow& line : group.rows) {
-                        const SControlTemplate& control = line.controls.front();
-                        const bool named = control.kind == EControlKind::Label ||
-                                           !line.label.IsEmpty() || !control.text.IsEmpty();
-                        EXPECT_TRUE(named) << control.id << " in " << code;
-                        for (const SControlTemplate& each : line.controls) {
-                            if (each.kind != EControlKind::Label) found.insert(each.id);
-                        }
-                        first_text.try_emplace(code, line.label);
+        effect.Play([&](IDialogModel& dialog) {
+            EXPECT_EQ(dialog.Template().id, row.templateId);
+            EXPECT_FALSE(dialog.Template().title.IsEmpty());
+            std::set<int> found;
+            for (const STemplateGroup& group : dialog.Template().groups) {
+                for (const STemplateRow& line : group.rows) {
+                    const SControlTemplate& control = line.controls.front();
+                    const bool named = control.kind == EControlKind::Label ||
+                                       !line.label.IsEmpty() || !control.text.IsEmpty();
+                    EXPECT_TRUE(named) << control.id << " in " << code;
+                    for (const SControlTemplate& each : line.controls) {
+                        if (each.kind != EControlKind::Label) found.insert(each.id);
                     }
+                    first_text.try_emplace(code, line.label);
                 }
-                EXPECT_EQ(found, expected) << code;
-            })
-            .Ignore();
+            }
+            EXPECT_EQ(found, expected) << code;
+        });
     }
     languages::Select(data, "EN");
     EXPECT_FALSE(first_text.at("EN").IsEmpty());
@@ -329,17 +321,15 @@ TEST_F(DialogTest, FieldsTakeWholeNumbersOnly) {
                        {L"12x", true, 9},   {L"1.5", true, 9},   {L"99999999999", true, 9},
                        {L"010", false, 10}, {L"0x10", true, 10}, {L"10", false, 10}};
     EffectDialog effect("Blinds");
-    effect
-        .Run([&](IDialogModel& dialog) {
-            for (const auto& [text, wrong, value] : cases) {
-                dialog.Type(1094, text);
-                EXPECT_EQ(dialog.Control(1094).wrong, wrong) << ToUtf8(text);
-                EXPECT_EQ(dialog.Control(1094).text, CString(text));
-                EXPECT_EQ(effect.Number("Opacity"), value) << ToUtf8(text);
-            }
-            EXPECT_EQ(effect.Toolkit().Previews(), 4) << "one for each other value";
-        })
-        .Ignore();
+    effect.Play([&](IDialogModel& dialog) {
+        for (const auto& [text, wrong, value] : cases) {
+            dialog.Type(1094, text);
+            EXPECT_EQ(dialog.Control(1094).wrong, wrong) << ToUtf8(text);
+            EXPECT_EQ(dialog.Control(1094).text, CString(text));
+            EXPECT_EQ(effect.Number("Opacity"), value) << ToUtf8(text);
+        }
+        EXPECT_EQ(effect.Toolkit().Previews(), 4) << "one for each other value";
+    });
 }
 
 }  // namespace

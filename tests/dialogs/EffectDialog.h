@@ -37,6 +37,15 @@ class EffectDialog {
         InstallToolkit(&toolkit_);
         return command_->GetResourceData()->Edit(context_.Get(), command_.Get());
     }
+    // The same, for a dialog that has to open.
+    void Play(const CHeadlessToolkit::Script& script) {
+        bool opened = false;
+        Run([&](IDialogModel& dialog) {
+            opened = true;
+            script(dialog);
+        }).Ignore();
+        EXPECT_TRUE(opened);
+    }
     const CHeadlessToolkit& Toolkit() const { return toolkit_; }
     // How many previews an action asks for.
     template <class Action>

@@ -107,52 +107,48 @@ TEST_F(Faults, PresetsThatDoNotFitChangeNothing) {
         {"type", R"({"Horizontal": "yes"})"}, {"empty", ""},
     };
     EffectDialog effect("Blinds");
-    effect
-        .Run([&](IDialogModel& dialog) {
-            const auto before = effect.Values();
-            for (const auto& [name, text] : cases) {
-                const std::filesystem::path file = presets::FileOf("Blinds", name);
-                std::filesystem::create_directories(file.parent_path());
-                std::ofstream(file) << text;
-                EXPECT_EQ(effect.PreviewsOf([&] {
-                    const CErrorAutoThrow error = dialog.LoadPreset(name);
-                    EXPECT_TRUE(error.Failed()) << name;
-                    EXPECT_STRNE(error.Text(), "") << name;
-                }),
-                          0);
-                EXPECT_EQ(effect.Values(), before) << name;
-            }
-            for (const char* name : {"absent", "", "../out", ".hidden"}) {
-                EXPECT_TRUE(dialog.LoadPreset(name).Failed()) << name;
-                EXPECT_TRUE(dialog.DeletePreset(name).Failed()) << name;
-            }
-            EXPECT_FALSE(dialog.CanUndo());
-        })
-        .Ignore();
+    effect.Play([&](IDialogModel& dialog) {
+        const auto before = effect.Values();
+        for (const auto& [name, text] : cases) {
+            const std::filesystem::path file = presets::FileOf("Blinds", name);
+            std::filesystem::create_directories(file.parent_path());
+            std::ofstream(file) << text;
+            EXPECT_EQ(effect.PreviewsOf([&] {
+                const CErrorAutoThrow error = dialog.LoadPreset(name);
+                EXPECT_TRUE(error.Failed()) << name;
+                EXPECT_STRNE(error.Text(), "") << name;
+            }),
+                      0);
+            EXPECT_EQ(effect.Values(), before) << name;
+        }
+        for (const char* name : {"absent", "", "../out", ".hidden"}) {
+            EXPECT_TRUE(dialog.LoadPreset(name).Failed()) << name;
+            EXPECT_TRUE(dialog.DeletePreset(name).Failed()) << name;
+        }
+        EXPECT_FALSE(dialog.CanUndo());
+    });
 }
 
 // Ids that are not there, or of another kind, and entries out of range.
 TEST_F(Faults, ActionsOnTheWrongControlDoNothing) {
     EffectDialog effect("Blinds");
-    effect
-        .Run([&](IDialogModel& dialog) {
-            const auto before = effect.Values();
-            EXPECT_EQ(effect.PreviewsOf([&] {
-                for (const int id : {0, -1, 7, 1011, 1212, 1571}) {
-                    if (id != 1011) dialog.Type(id, L"3");
-                    if (id != 1212) dialog.Click(id);
-                    if (id != 1571) dialog.PickColour(id, 3);
-                    dialog.Turn(id, 3);
-                    dialog.Choose(id, 0);
-                    dialog.OpenLibrary(id);
-                    dialog.AimDropper(id);
-                    EXPECT_FALSE(dialog.EntryPicture(id, 0).IsAttached());
-                }
-            }),
-                      0);
-            EXPECT_EQ(effect.Values(), before);
-        })
-        .Ignore();
+    effect.Play([&](IDialogModel& dialog) {
+        const auto before = effect.Values();
+        EXPECT_EQ(effect.PreviewsOf([&] {
+            for (const int id : {0, -1, 7, 1011, 1212, 1571}) {
+                if (id != 1011) dialog.Type(id, L"3");
+                if (id != 1212) dialog.Click(id);
+                if (id != 1571) dialog.PickColour(id, 3);
+                dialog.Turn(id, 3);
+                dialog.Choose(id, 0);
+                dialog.OpenLibrary(id);
+                dialog.AimDropper(id);
+                EXPECT_FALSE(dialog.EntryPicture(id, 0).IsAttached());
+            }
+        }),
+                  0);
+        EXPECT_EQ(effect.Values(), before);
+    });
 }
 
 }  // namespace

@@ -33,23 +33,20 @@ TEST_F(DialogTest, ToolTips) {
     };
     for (const auto& [effect, control, tip] : cases) {
         EffectDialog run(effect, {300, 1200});
-        run.Run([&, id = control](IDialogModel& dialog) {
-               EXPECT_EQ(dialog.ToolTip(id), CString(tip)) << effect << ' ' << id;
-           })
-            .Ignore();
+        run.Play([&, id = control](IDialogModel& dialog) {
+            EXPECT_EQ(dialog.ToolTip(id), CString(tip)) << effect << ' ' << id;
+        });
     }
 }
 
 // Controls that show a parameter have its description; a label has none.
 TEST_F(DialogTest, Descriptions) {
     EffectDialog effect("Sculpture");
-    effect
-        .Run([&](IDialogModel& dialog) {
-            EXPECT_EQ(dialog.Description(3487), effect.Parameter("Angle").Description());
-            EXPECT_EQ(dialog.Description(3489), effect.Parameter("PatternName").Description());
-            EXPECT_TRUE(dialog.Description(3490).IsEmpty());
-        })
-        .Ignore();
+    effect.Play([&](IDialogModel& dialog) {
+        EXPECT_EQ(dialog.Description(3487), effect.Parameter("Angle").Description());
+        EXPECT_EQ(dialog.Description(3489), effect.Parameter("PatternName").Description());
+        EXPECT_TRUE(dialog.Description(3490).IsEmpty());
+    });
 }
 
 }  // namespace
