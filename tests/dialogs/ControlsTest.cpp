@@ -16,6 +16,8 @@ struct SDialog {
     std::vector<SBound> numbers, checks, swatches, dials, lists;
 };
 
+void PrintTo(const SDialog& dialog, std::ostream* out) { *out << dialog.effect; }
+
 const std::vector<SDialog> kDialogs = {
     {"Blinds",
      207,
