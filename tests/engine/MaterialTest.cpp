@@ -28,100 +28,33 @@ struct SMaterial {
 
 COLORREF Colour(int value) { return static_cast<COLORREF>(value); }
 
+// clang-format off
+#define ROUTINE(call) [](auto& status, auto& from, auto& to, const Values& v) -> CErrorAutoThrow { return call; }
 const SMaterial kMaterials[] = {
-    {"Sandstone",
-     [](auto& status, auto& from, auto& to, const Values& v) {
-         return ApplySandstone(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]));
-     },
-     DefineTransfo1T2,
-     RunTransfo1T2,
-     {360, 0, 80, 13, 0x336699},
-     {0, 1000, 0, 1000, 0, 80, 13, 359, 0x99, 0x66, 0x33},
-     1,
-     4,
-     false,
-     {},
-     {}},
-    {"PolishedStone",
-     [](auto& status, auto& from, auto& to, const Values& v) {
-         return ApplyPolishedStone(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]));
-     },
-     DefineTransfo1T5,
-     RunTransfo1T5,
-     {-3, 999, 15, 45, 0xFFFFFF},
-     {0, 1000, 0, 1000, 0, 256, 15, 45, 255, 255, 255},
-     0,
-     4,
-     false,
-     {},
-     {}},
-    {"SoftPlastic",
-     [](auto& status, auto& from, auto& to, const Values& v) {
-         return ApplySoftPlastic(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]));
-     },
-     DefineTransfo1T4,
-     RunTransfo1T4,
-     {0, 14, 32, 45, 0xFF},
-     {0, 1000, 0, 1000, 0, 14, 32, 45, 255, 0, 0},
-     0,
-     4,
-     true,
-     {0, 1, 1, 0},
-     {100, 100, 128, 359}},
-    {"RoughLeather",
-     [](auto& status, auto& from, auto& to, const Values& v) {
-         return ApplyRoughLeather(status, from, to, v[0], v[1], v[2], v[3], v[4], Colour(v[5]),
-                                  Colour(v[6]));
-     },
-     DefineTransfo1T7,
-     RunTransfo1T7,
-     {45, 0, 14, 5, 135, 0xFFFFFF, 0x010203},
-     {0, 1000, 0, 1000, 135, 5, 3, 2, 1, 0, 14, 45, 255, 255, 255},
-     1,
-     5,
-     false,
-     {},
-     {}},
-    {"FineLeather",
-     [](auto& status, auto& from, auto& to, const Values& v) {
-         return ApplyFineLeather(status, from, to, v[0], v[1], v[2], v[3], v[4], Colour(v[5]));
-     },
-     DefineTransfo1T9,
-     RunTransfo1T9,
-     {30, 0, 7, 99, 250, 0x808080},
-     {-10, 1010, -10, 1010, 0, 7, 20, 250, 30, 128, 128, 128},
-     1,
-     5,
-     false,
-     {},
-     {}},
-    {"Fur",
-     [](auto& status, auto& from, auto& to, const Values& v) {
-         return ApplyFur(status, from, to, v[0], v[1], v[2], v[3]);
-     },
-     DefineTransfo2T5,
-     RunTransfo2T5,
-     {0, 2, 4, 250},
-     {1, 999, 1, 999, 0, 2, 4, 250},
-     0,
-     4,
-     false,
-     {},
-     {}},
-    {"StrawWall",
-     [](auto& status, auto& from, auto& to, const Values& v) -> CErrorAutoThrow {
-         return ApplyStrawWall(status, from, to, v[0], v[1], v[2], v[3], v[4], v[5], Colour(v[6]));
-     },
-     DefineTransfo2T8,
-     RunTransfo2T8,
-     {0, 14, 1, 3, 100, 0, 0x555555},
-     {1, 999, 1, 999, 0, 3, 14, 1, 0, 100, 0x55, 0x55, 0x55},
-     0,
-     6,
-     true,
-     {0, 1, 1, 1, 0, 0},
-     {100, 20, 40, 100, 359, 255}},
+    {"Sandstone", ROUTINE(ApplySandstone(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]))),
+     DefineTransfo1T2, RunTransfo1T2, {360, 0, 80, 13, 0x336699},
+     {0, 1000, 0, 1000, 0, 80, 13, 359, 0x99, 0x66, 0x33}, 1, 4, false, {}, {}},
+    {"PolishedStone", ROUTINE(ApplyPolishedStone(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]))),
+     DefineTransfo1T5, RunTransfo1T5, {-3, 999, 15, 45, 0xFFFFFF},
+     {0, 1000, 0, 1000, 0, 256, 15, 45, 255, 255, 255}, 0, 4, false, {}, {}},
+    {"SoftPlastic", ROUTINE(ApplySoftPlastic(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]))),
+     DefineTransfo1T4, RunTransfo1T4, {0, 14, 32, 45, 0xFF},
+     {0, 1000, 0, 1000, 0, 14, 32, 45, 255, 0, 0}, 0, 4, true, {0, 1, 1, 0}, {100, 100, 128, 359}},
+    {"RoughLeather", ROUTINE(ApplyRoughLeather(status, from, to, v[0], v[1], v[2], v[3], v[4], Colour(v[5]), Colour(v[6]))),
+     DefineTransfo1T7, RunTransfo1T7, {45, 0, 14, 5, 135, 0xFFFFFF, 0x010203},
+     {0, 1000, 0, 1000, 135, 5, 3, 2, 1, 0, 14, 45, 255, 255, 255}, 1, 5, false, {}, {}},
+    {"FineLeather", ROUTINE(ApplyFineLeather(status, from, to, v[0], v[1], v[2], v[3], v[4], Colour(v[5]))),
+     DefineTransfo1T9, RunTransfo1T9, {30, 0, 7, 99, 250, 0x808080},
+     {-10, 1010, -10, 1010, 0, 7, 20, 250, 30, 128, 128, 128}, 1, 5, false, {}, {}},
+    {"Fur", ROUTINE(ApplyFur(status, from, to, v[0], v[1], v[2], v[3])),
+     DefineTransfo2T5, RunTransfo2T5, {0, 2, 4, 250}, {1, 999, 1, 999, 0, 2, 4, 250}, 0, 4, false, {}, {}},
+    {"StrawWall", ROUTINE(ApplyStrawWall(status, from, to, v[0], v[1], v[2], v[3], v[4], v[5], Colour(v[6]))),
+     DefineTransfo2T8, RunTransfo2T8, {0, 14, 1, 3, 100, 0, 0x555555},
+     {1, 999, 1, 999, 0, 3, 14, 1, 0, 100, 0x55, 0x55, 0x55}, 0, 6, true,
+     {0, 1, 1, 1, 0, 0}, {100, 20, 40, 100, 359, 255}},
 };
+#undef ROUTINE
+// clang-format on
 
 TEST(Pipelines, ListsAreAsTheMaterialsExpect) {
     struct {
@@ -185,7 +118,6 @@ TEST(Materials, FillTheirPipelinesList) {
         for (int i = 0; i < list.Count(); ++i) {
             list[i].value = material.list[static_cast<std::size_t>(i)];
         }
-        // Only Fur and Fine Leather start on what the destination is.
         ASSERT_FALSE(material.run(source, expected, list, status).Failed());
         EXPECT_EQ(Difference(result, expected), "") << material.name;
         EXPECT_NE(Difference(result, source), "") << material.name;
