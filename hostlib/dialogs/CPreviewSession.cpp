@@ -291,7 +291,8 @@ void CPreviewSession::TakeLastValues() {
     const std::vector<IParameter*> all = parameters::All(*repository);
     const auto is_default = [](const IParameter* p) { return parameters::HasDefault(*p); };
     if (!std::all_of(all.begin(), all.end(), is_default)) return;
-    for (const auto& [name, value] : presets::Remembered(EffectName()).items()) {
+    const nlohmann::ordered_json last = presets::Remembered(EffectName());
+    for (const auto& [name, value] : last.items()) {
         try {
             parameters::SetFromJson(*repository, {{name, value}});
         } catch (const parameters::CRefused&) {
