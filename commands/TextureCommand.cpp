@@ -21,6 +21,15 @@ std::array<bool, 13> FlagsOf(const SCommandDescription& description) {
     return flags;
 }
 
+CErrorAutoThrow RunDialog(CPreviewChild& dialog) {
+    {
+        const CTolmResourceManager resources(L"CmdTexture");
+        dialog.LoadTemplate().ThrowIfFailed();
+    }
+    if (dialog.DoModal() == IDCANCEL) return TolmErrorCode::Cancelled;
+    return {};
+}
+
 int CParameterReader::Integer(int index, int otherwise) const {
     return Read<IIntegerParameters>(repository_, index, static_cast<std::int32_t>(otherwise));
 }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "host/commands/CCmdEffect.h"
+#include "host/dialogs/CPreviewChild.h"
 #include "module/CTolmResourceManager.h"
 #include "module/ParameterTable.h"
 #include "module/TComponentResourceData.h"
@@ -27,8 +28,12 @@ class TTextureCommand : public CCmdEffect {
     }
 };
 
-// The resource data of a command of this module.
-template <const SCommandDescription& kDescription>
+// Runs a dialog that was made for a command; error 100 when it was cancelled. Its template comes
+// from the module's resources.
+CErrorAutoThrow RunDialog(CPreviewChild& dialog);
+
+// The resource data of a command of this module, and the dialog that edits its parameters.
+template <const SCommandDescription& kDescription, class Dialog>
 class TTextureResData : public TCommandResourceData<ICmdResourceData> {
   public:
     // The argument keeps the module's resources current while the texts are loaded.
@@ -39,8 +44,12 @@ class TTextureResData : public TCommandResourceData<ICmdResourceData> {
                                      IParameterRepository* repository) override {
         return DefineParameterTable(kDescription.parameters, context, repository);
     }
-    CErrorAutoThrow ShowDialog(ICommandExecutionContext*, VCommandImplementation*) override {
-        return {TolmErrorCode::NotAvailable, "this command has no dialog"};
+    CErrorAutoThrow ShowDialog(ICommandExecutionContext* context,
+                               VCommandImplementation* command) override {
+        return CatchErrors([&] {
+            Dialog dialog(context, command, nullptr);
+            return RunDialog(dialog);
+        });
     }
 };
 

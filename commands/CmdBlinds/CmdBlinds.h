@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CBlindsDlg.h"
 
 namespace CmdBlinds {
 
@@ -14,6 +15,6 @@ class CCmdBlinds final : public TTextureCommand<CCmdBlinds, kDescription> {
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdBlindsResData final : public TTextureResData<kDescription> {};
+class CCmdBlindsResData final : public TTextureResData<kDescription, CBlindsDlg> {};
 
 }  // namespace CmdBlinds

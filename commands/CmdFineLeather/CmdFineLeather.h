@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdFineLeatherDlg.h"
 
 namespace CmdFineLeather {
 
@@ -15,6 +16,6 @@ class CCmdFineLeather final : public TTextureCommand<CCmdFineLeather, kDescripti
     CErrorAutoThrow ModifyRect(CRect& rect) override;
 };
 
-class CCmdFineLeatherResData final : public TTextureResData<kDescription> {};
+class CCmdFineLeatherResData final : public TTextureResData<kDescription, CCmdFineLeatherDlg> {};
 
 }  // namespace CmdFineLeather

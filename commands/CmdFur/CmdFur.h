@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdFurDlg.h"
 
 namespace CmdFur {
 
@@ -14,6 +15,6 @@ class CCmdFur final : public TTextureCommand<CCmdFur, kDescription> {
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdFurResData final : public TTextureResData<kDescription> {};
+class CCmdFurResData final : public TTextureResData<kDescription, CCmdFurDlg> {};
 
 }  // namespace CmdFur

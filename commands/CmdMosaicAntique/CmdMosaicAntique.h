@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdMosaicAntiqueDlg.h"
 
 namespace CmdMosaicAntique {
 
@@ -15,6 +16,7 @@ class CCmdMosaicAntique final : public TTextureCommand<CCmdMosaicAntique, kDescr
     CErrorAutoThrow ModifyRect(CRect& rect) override;
 };
 
-class CCmdMosaicAntiqueResData final : public TTextureResData<kDescription> {};
+class CCmdMosaicAntiqueResData final : public TTextureResData<kDescription, CCmdMosaicAntiqueDlg> {
+};
 
 }  // namespace CmdMosaicAntique

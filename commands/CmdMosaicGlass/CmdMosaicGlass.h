@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdMosaicGlassDlg.h"
 
 namespace CmdMosaicGlass {
 
@@ -15,6 +16,6 @@ class CCmdMosaicGlass final : public TTextureCommand<CCmdMosaicGlass, kDescripti
     CErrorAutoThrow ModifyRect(CRect& rect) override;
 };
 
-class CCmdMosaicGlassResData final : public TTextureResData<kDescription> {};
+class CCmdMosaicGlassResData final : public TTextureResData<kDescription, CCmdMosaicGlassDlg> {};
 
 }  // namespace CmdMosaicGlass

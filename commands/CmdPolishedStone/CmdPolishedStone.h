@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdPolishedStoneDlg.h"
 
 namespace CmdPolishedStone {
 
@@ -14,6 +15,7 @@ class CCmdPolishedStone final : public TTextureCommand<CCmdPolishedStone, kDescr
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdPolishedStoneResData final : public TTextureResData<kDescription> {};
+class CCmdPolishedStoneResData final : public TTextureResData<kDescription, CCmdPolishedStoneDlg> {
+};
 
 }  // namespace CmdPolishedStone

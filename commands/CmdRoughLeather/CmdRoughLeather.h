@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdRoughLeatherDlg.h"
 
 namespace CmdRoughLeather {
 
@@ -14,6 +15,6 @@ class CCmdRoughLeather final : public TTextureCommand<CCmdRoughLeather, kDescrip
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdRoughLeatherResData final : public TTextureResData<kDescription> {};
+class CCmdRoughLeatherResData final : public TTextureResData<kDescription, CCmdRoughLeatherDlg> {};
 
 }  // namespace CmdRoughLeather

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdSandstoneDlg.h"
 
 namespace CmdSandstone {
 
@@ -14,6 +15,6 @@ class CCmdSandstone final : public TTextureCommand<CCmdSandstone, kDescription> 
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdSandstoneResData final : public TTextureResData<kDescription> {};
+class CCmdSandstoneResData final : public TTextureResData<kDescription, CCmdSandstoneDlg> {};
 
 }  // namespace CmdSandstone

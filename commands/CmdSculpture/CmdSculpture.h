@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdSculptureDlg.h"
 
 namespace CmdSculpture {
 
@@ -24,6 +25,6 @@ class CCmdSculpture final : public TTextureCommand<CCmdSculpture, kDescription> 
     TRef<ICommandExecutionContext> context_;
 };
 
-class CCmdSculptureResData final : public TTextureResData<kDescription> {};
+class CCmdSculptureResData final : public TTextureResData<kDescription, CCmdSculptureDlg> {};
 
 }  // namespace CmdSculpture

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdSoftPlasticDlg.h"
 
 namespace CmdSoftPlastic {
 
@@ -14,6 +15,6 @@ class CCmdSoftPlastic final : public TTextureCommand<CCmdSoftPlastic, kDescripti
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdSoftPlasticResData final : public TTextureResData<kDescription> {};
+class CCmdSoftPlasticResData final : public TTextureResData<kDescription, CCmdSoftPlasticDlg> {};
 
 }  // namespace CmdSoftPlastic

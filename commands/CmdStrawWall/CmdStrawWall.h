@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdStrawWallDlg.h"
 
 namespace CmdStrawWall {
 
@@ -14,6 +15,6 @@ class CCmdStrawWall final : public TTextureCommand<CCmdStrawWall, kDescription> 
                                 ICommandExecutionContext* context) override;
 };
 
-class CCmdStrawWallResData final : public TTextureResData<kDescription> {};
+class CCmdStrawWallResData final : public TTextureResData<kDescription, CCmdStrawWallDlg> {};
 
 }  // namespace CmdStrawWall

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdTextureDlg.h"
 
 namespace CmdTexture {
 
@@ -22,6 +23,6 @@ class CCmdTexture final : public TTextureCommand<CCmdTexture, kDescription> {
     TRef<ICommandExecutionContext> context_;
 };
 
-class CCmdTextureResData final : public TTextureResData<kDescription> {};
+class CCmdTextureResData final : public TTextureResData<kDescription, CCmdTextureDlg> {};
 
 }  // namespace CmdTexture

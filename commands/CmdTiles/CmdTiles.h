@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CCmdTilesDlg.h"
 
 namespace CmdTiles {
 
@@ -15,6 +16,6 @@ class CCmdTiles final : public TTextureCommand<CCmdTiles, kDescription> {
     CErrorAutoThrow ModifyRect(CRect& rect) override;
 };
 
-class CCmdTilesResData final : public TTextureResData<kDescription> {};
+class CCmdTilesResData final : public TTextureResData<kDescription, CCmdTilesDlg> {};
 
 }  // namespace CmdTiles

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
+#include "dialogs/CWeaveDlg.h"
 
 namespace CmdWeave {
 
@@ -15,6 +16,6 @@ class CCmdWeave final : public TTextureCommand<CCmdWeave, kDescription> {
     bool WorksAt16Bits() const override { return false; }
 };
 
-class CCmdWeaveResData final : public TTextureResData<kDescription> {};
+class CCmdWeaveResData final : public TTextureResData<kDescription, CWeaveDlg> {};
 
 }  // namespace CmdWeave
