@@ -54,6 +54,7 @@ int main(int count, char** arguments) {
     AddListCommand(program);
     AddDescribeCommand(program);
     AddApplyCommand(program);
+    AddEditCommand(program);
     AddGalleryCommand(program);
     AddPresetCommand(program);
     return Run(program, count, arguments);

@@ -140,8 +140,7 @@ void CControlPanel::AddRow(const STemplateRow& row, QGridLayout& grid) {
     grid.addWidget(all, line, own_text ? 0 : 1, 1, own_text ? 2 : 1);
     const int main = MainControl(row);
     if (main == 0) return;
-    const QString name =
-        ToQt(own_text ? model_.Control(main).text : row.label);
+    const QString name = ToQt(own_text ? model_.Control(main).text : row.label);
     grid.addWidget(MakeReset(main, name), line, 2);
 }
 
@@ -313,8 +312,8 @@ QWidget* CControlPanel::MakeResource(int id, const QString& label, Shower& show)
         CResourceBrowser(model_, id, Text(EText::ChooseOne).arg(label), button->window()).exec();
     });
     show = [button, label](const SControlState& state) {
-        const bool chosen = state.selected >= 0 &&
-                            state.selected < static_cast<int>(state.entries.size());
+        const bool chosen =
+            state.selected >= 0 && state.selected < static_cast<int>(state.entries.size());
         const auto entry = static_cast<std::size_t>(chosen ? state.selected : 0);
         button->setText(chosen ? ToQt(state.entries[entry].text) : QString("…"));
         button->setIcon(QIcon(PictureOf(state.picture, kResourceIcon)));

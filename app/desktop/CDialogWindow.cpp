@@ -41,7 +41,8 @@ CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options
     : model_(model), options_(options), result_(IDCANCEL) {
     const SPreviewSnapshot snapshot = model.Snapshot();
     engine_ = std::make_unique<CPreviewEngine>([this] {
-        QMetaObject::invokeMethod(this, [this] { FetchPreview(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { FetchPreview(); }, Qt::QueuedConnection);
     });
     setWindowTitle(ToQt(model.Template().title) + " – " + FileNameOf(options.input));
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
@@ -85,8 +86,8 @@ QWidget* CDialogWindow::MakeViewBar() {
               [this] { pane_->ScaleTo(1); });
     const auto step = [&](const char* name, const QString& sign, EText tip, QKeySequence key,
                           double factor) {
-        QPushButton* button = AddButton(*bar, name, sign, Text(tip), key,
-                                        [this, factor] { pane_->ScaleBy(factor); });
+        QPushButton* button =
+            AddButton(*bar, name, sign, Text(tip), key, [this, factor] { pane_->ScaleBy(factor); });
         button->setAccessibleName(Text(tip));
         button->setFixedWidth(button->sizeHint().height() + 6);
     };
@@ -98,12 +99,12 @@ QWidget* CDialogWindow::MakeViewBar() {
     scale_->setMinimumWidth(fontMetrics().horizontalAdvance("1600 % "));
     layout->addWidget(scale_);
     step("larger", "+", EText::Larger, QKeySequence::ZoomIn, kButtonScale);
-    QPushButton* split = AddButton(*bar, "split", Text(EText::Split), Text(EText::SplitTip), {},
-                                   [] {});
+    QPushButton* split =
+        AddButton(*bar, "split", Text(EText::Split), Text(EText::SplitTip), {}, [] {});
     split->setCheckable(true);
     connect(split, &QPushButton::toggled, this, [this](bool on) { pane_->SetSplit(on); });
-    QPushButton* original = AddButton(*bar, "original", Text(EText::Original),
-                                      Text(EText::OriginalTip), {}, [] {});
+    QPushButton* original =
+        AddButton(*bar, "original", Text(EText::Original), Text(EText::OriginalTip), {}, [] {});
     connect(original, &QPushButton::pressed, this, [this] { HoldOriginal(true); });
     connect(original, &QPushButton::released, this, [this] { HoldOriginal(false); });
     layout->addStretch(1);
@@ -213,7 +214,9 @@ int CDialogWindow::RunModal() {
     return result_;
 }
 
+// The first end counts.
 void CDialogWindow::EndModal(int result) {
+    if (ended_) return;
     result_ = result;
     ended_ = true;
     loop_.quit();
@@ -300,8 +303,7 @@ void CDialogWindow::PickAt(QPoint pixel) {
     if (!original) return;
     const QRgb picked = original->Image(0, QRect(pixel, QSize(1, 1))).pixel(0, 0);
     controls_->EndPicking();
-    model_.PickFromPicture(
-        CColorRef::FromRgb(qRed(picked), qGreen(picked), qBlue(picked)).value);
+    model_.PickFromPicture(CColorRef::FromRgb(qRed(picked), qGreen(picked), qBlue(picked)).value);
 }
 
 void CDialogWindow::CheckInterruption() {
@@ -339,13 +341,14 @@ bool CDialogWindow::Ask(const QString& question) {
     return QMessageBox::question(this, windowTitle(), question) == QMessageBox::Yes;
 }
 
-void CDialogWindow::LoadPreset(const QString& name) { Report(model_.LoadPreset(name.toStdString())); }
+void CDialogWindow::LoadPreset(const QString& name) {
+    Report(model_.LoadPreset(name.toStdString()));
+}
 
 void CDialogWindow::SavePreset() {
     bool entered = false;
-    const QString name = QInputDialog::getText(this, Text(EText::SavePreset),
-                                               Text(EText::PresetName), QLineEdit::Normal, {},
-                                               &entered);
+    const QString name = QInputDialog::getText(
+        this, Text(EText::SavePreset), Text(EText::PresetName), QLineEdit::Normal, {}, &entered);
     if (!entered || name.isEmpty()) return;
     const auto names = model_.PresetNames();
     const bool exists = std::find(names.begin(), names.end(), name.toStdString()) != names.end();

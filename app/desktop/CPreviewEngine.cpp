@@ -44,9 +44,7 @@ class CPreviewEngine::CStage final : public IProgressSink {
         engine_.progress_ = fraction;
         return Stop();
     }
-    double Seconds() const {
-        return std::chrono::duration<double>(Clock::now() - start_).count();
-    }
+    double Seconds() const { return std::chrono::duration<double>(Clock::now() - start_).count(); }
 
   private:
     CPreviewEngine& engine_;

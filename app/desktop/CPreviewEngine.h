@@ -77,8 +77,8 @@ class CPreviewEngine {
     void Publish(SShown shown);
 
     const std::function<void()> notify_;
-    std::atomic<int> newest_ = 0;      // the last request's number
-    std::atomic<int> cancelled_ = 0;   // requests up to this one are given up
+    std::atomic<int> newest_ = 0;     // the last request's number
+    std::atomic<int> cancelled_ = 0;  // requests up to this one are given up
     std::atomic<bool> ending_ = false;
     std::atomic<double> progress_ = 0;
 

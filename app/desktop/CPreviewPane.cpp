@@ -11,8 +11,8 @@ namespace {
 
 constexpr double kWheelStep = 1.25;
 constexpr double kWheelNotch = 120;
-constexpr double kKeyStep = 48;     // the arrow keys, in pixels of the pane
-constexpr double kSplitGrip = 6;    // how near the line it can be taken
+constexpr double kKeyStep = 48;   // the arrow keys, in pixels of the pane
+constexpr double kSplitGrip = 6;  // how near the line it can be taken
 constexpr int kCheckerSquare = 8;
 
 // Grey squares below transparent pictures.
@@ -88,8 +88,8 @@ void CPreviewPane::ScaleTo(double scale, QPointF anchor) {
     const double wanted = std::clamp(scale, kSmallest, kLargest);
     fitted_ = false;
     const QPointF fixed = ToPicture(anchor);
-    const QPointF from_middle = anchor * devicePixelRatioF() -
-                                QPointF(DeviceSize().width() / 2, DeviceSize().height() / 2);
+    const QPointF from_middle =
+        anchor * devicePixelRatioF() - QPointF(DeviceSize().width() / 2, DeviceSize().height() / 2);
     scale_ = wanted;
     centre_ = fixed - from_middle / scale_;
     KeepInside();
@@ -147,19 +147,18 @@ QImage CPreviewPane::Render(const CPyramid* picture) const {
     const CRowIteratorBands& pixels = picture->Level(level);
     const double step = std::ldexp(1.0, level) * scale_;  // of a level's pixel on the screen
     const QRectF seen = whole.intersected(QRectF(image.rect())).translated(-whole.topLeft());
-    const QRect part =
-        QRectF(seen.topLeft() / step, seen.bottomRight() / step)
-            .toAlignedRect()
-            .adjusted(-1, -1, 1, 1)
-            .intersected(QRect(0, 0, pixels.GetWidth(), pixels.GetHeight()));
+    const QRect part = QRectF(seen.topLeft() / step, seen.bottomRight() / step)
+                           .toAlignedRect()
+                           .adjusted(-1, -1, 1, 1)
+                           .intersected(QRect(0, 0, pixels.GetWidth(), pixels.GetHeight()));
     if (part.isEmpty()) return image;
     QPainter painter(&image);
     painter.setClipRect(whole);
     if (pixels.GetPixelFormat().IsAlphaChannelPresent()) PaintChecker(painter, whole);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, level > 0 || scale_ < 1);
-    painter.drawImage(QRectF(whole.topLeft() + QPointF(part.topLeft()) * step,
-                             QSizeF(part.size()) * step),
-                      picture->Image(level, part));
+    painter.drawImage(
+        QRectF(whole.topLeft() + QPointF(part.topLeft()) * step, QSizeF(part.size()) * step),
+        picture->Image(level, part));
     return image;
 }
 

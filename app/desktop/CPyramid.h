@@ -17,8 +17,7 @@ class CPyramid {
     // `picture` is level `first` of a picture whose level 0 has the size `full`. Empty when `stop`
     // (may be empty) answered true on the way, or without memory.
     static std::shared_ptr<const CPyramid> Make(const CRowIteratorBands& picture, int first,
-                                                CSize full,
-                                                const std::function<bool()>& stop = {});
+                                                CSize full, const std::function<bool()>& stop = {});
 
     CSize FullSize() const { return full_; }
     int First() const { return first_; }

@@ -47,8 +47,7 @@ class CDesktop final : public IDesktop {
         QApplication::setApplicationDisplayName(Text(EText::Application));
         const QString code = QString::fromStdString(options.language).toLower();
         QLocale::setDefault(QLocale(code));
-        if (qt_texts_.load("qtbase_" + code,
-                           QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        if (qt_texts_.load("qtbase_" + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
             QCoreApplication::installTranslator(&qt_texts_);
         }
     }

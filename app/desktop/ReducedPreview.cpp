@@ -11,8 +11,8 @@ namespace {
 // The parameters that are measured in pixels, directly or in shares of one. Everything else
 // (counts, angles, per cent of a tile or of the light) is free of the picture's size.
 constexpr std::array<const wchar_t*, 10> kLengths = {
-    L"Width",      L"WeaveWidth", L"GapWidth", L"TileSize", L"BorderSize",
-    L"GroutWidth", L"Length",     L"FurrowLength", L"Blur", L"Size"};
+    L"Width",      L"WeaveWidth", L"GapWidth",     L"TileSize", L"BorderSize",
+    L"GroutWidth", L"Length",     L"FurrowLength", L"Blur",     L"Size"};
 
 bool IsLength(const IParameter& parameter) {
     return parameter.Type() == EParameterType::Integer &&
@@ -25,14 +25,14 @@ bool IsLength(const IParameter& parameter) {
 void ReduceSnapshot(SPreviewSnapshot& snapshot, int level, const CRowIteratorBands& source,
                     const CRowIterator& selection) {
     const double scale = std::ldexp(1.0, -level);
-    IParameterRepository& repository = *snapshot.command->BoundRepository();
-    for (int i = 0; i < repository.Count(); ++i) {
-        IParameter* parameter = repository.At(i);
+    IParameterRepository* repository = snapshot.command->BoundRepository();
+    for (int i = 0; repository && i < repository->Count(); ++i) {
+        IParameter* parameter = repository->At(i);
         if (!parameter || !IsLength(*parameter)) continue;
         const auto reduced = std::llround(static_cast<double>(parameter->Number()) * scale);
-        parameter->SetNumber(std::clamp<std::int64_t>(reduced, parameter->Minimum(),
-                                                      std::max(parameter->Number(),
-                                                               std::int64_t{parameter->Minimum()})));
+        parameter->SetNumber(std::clamp<std::int64_t>(
+            reduced, parameter->Minimum(),
+            std::max(parameter->Number(), std::int64_t{parameter->Minimum()})));
     }
     const auto reduced = [&](int side) { return (side + (1 << level) - 1) >> level; };
     INGLGraphic* graphic = snapshot.context->Graphic();
@@ -40,7 +40,8 @@ void ReduceSnapshot(SPreviewSnapshot& snapshot, int level, const CRowIteratorBan
         new CDocument({reduced(graphic->GetWidth()), reduced(graphic->GetHeight())}));
     document->SetActiveImage(source);
     document->SetSelection(selection);
-    snapshot.context = new CExecutionContext(document, snapshot.context->ResourceLibrary(), nullptr);
+    snapshot.context =
+        new CExecutionContext(document, snapshot.context->ResourceLibrary(), nullptr);
     snapshot.source = source;
     snapshot.selection = selection;
 }

@@ -111,8 +111,8 @@ void CNumberField::ShowState(const SControlState& state) {
     wrong_ = state.wrong;
     const QString text = ToQt(state.text);
     if (lineEdit()->text() != text) lineEdit()->setText(text);
-    setAccessibleDescription(
-        wrong_ ? Text(EText::WrongNumber).arg(minimum_).arg(maximum_) : QString());
+    setAccessibleDescription(wrong_ ? Text(EText::WrongNumber).arg(minimum_).arg(maximum_)
+                                    : QString());
     updateGeometry();
     update();
 }
