@@ -121,8 +121,11 @@ void CControlPanel::AddRow(const STemplateRow& row, QGridLayout& grid) {
     for (const SControlTemplate& control : row.controls) {
         QWidget* made = MakeControl(control, row);
         if (!first) first = made->focusProxy() ? made->focusProxy() : made;
-        controls.push_back(made);
+        // Fields stand below each other at the right, a dial before its field.
+        const bool dial = control.kind == EControlKind::Dial;
+        controls.insert(dial ? controls.begin() : controls.end(), made);
     }
+    if (!first_) first_ = first;
     QWidget* all = controls.size() == 1 ? controls.front() : InOneLine(controls);
     const bool own_text = row.label.IsEmpty();
     if (!own_text) {
@@ -169,6 +172,7 @@ QWidget* CControlPanel::MakeControl(const SControlTemplate& control, const STemp
             break;
         case EControlKind::Button: {
             auto* button = new QPushButton(ToQt(control.text));
+            button->setAutoDefault(false);
             connect(button, &QPushButton::clicked, this,
                     [this, id = control.id] { model_.Click(id); });
             show = [button](const SControlState& state) { button->setEnabled(state.enabled); };
@@ -242,6 +246,7 @@ QWidget* CControlPanel::MakeCheck(int id, Shower& show) {
 QWidget* CControlPanel::MakeSwatch(int id, const QString& label, Shower& show) {
     auto* swatch = new QPushButton;
     swatch->setIconSize(kSwatchIcon);
+    swatch->setAutoDefault(false);
     auto* picker = new QToolButton;
     picker->setIcon(PipetteIcon(palette()));
     picker->setCheckable(true);
@@ -275,7 +280,7 @@ QWidget* CControlPanel::MakeSwatch(int id, const QString& label, Shower& show) {
         picker->setEnabled(state.enabled && model_.DropperEnabled());
     };
     QWidget* line = InOneLine({swatch, picker});
-    static_cast<QHBoxLayout*>(line->layout())->insertStretch(1);
+    static_cast<QHBoxLayout*>(line->layout())->addStretch(1);
     line->setFocusProxy(swatch);
     return line;
 }
@@ -308,6 +313,7 @@ QWidget* CControlPanel::MakeList(int id, Shower& show) {
 QWidget* CControlPanel::MakeResource(int id, const QString& label, Shower& show) {
     auto* button = new QPushButton;
     button->setIconSize(kResourceIcon);
+    button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, [this, id, button, label] {
         CResourceBrowser(model_, id, Text(EText::ChooseOne).arg(label), button->window()).exec();
     });
@@ -366,6 +372,10 @@ void CControlPanel::EnablePicking(bool enabled) {
         if (!enabled) button->setChecked(false);
         button->setEnabled(enabled && model_.Control(id).enabled);
     }
+}
+
+void CControlPanel::FocusFirst() {
+    if (first_) first_->setFocus();
 }
 
 void CControlPanel::EndPicking() {

@@ -25,6 +25,7 @@ class CControlPanel final : public QScrollArea {
     void Show(const SControlState& control);
     void EnablePicking(bool enabled);
     void EndPicking();
+    void FocusFirst();
     // Brings the focus to a field that holds no valid number; false when there is none.
     bool GoToWrongField();
 
@@ -48,6 +49,7 @@ class CControlPanel final : public QScrollArea {
     void Watch(QWidget* widget, int id);
 
     IDialogModel& model_;
+    QWidget* first_ = nullptr;  // takes the focus when the dialog opens
     std::map<int, Shower> showers_;
     std::map<int, QToolButton*> pickers_;
     std::map<QObject*, int> watched_;

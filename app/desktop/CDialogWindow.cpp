@@ -81,6 +81,7 @@ QWidget* CDialogWindow::MakeViewBar() {
     auto* bar = new QWidget;
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
     AddButton(*bar, "fit", Text(EText::Fit), {}, QKeySequence("Ctrl+0"), [this] { pane_->Fit(); });
     AddButton(*bar, "one-to-one", Text(EText::OneToOne), {}, QKeySequence("Ctrl+1"),
               [this] { pane_->ScaleTo(1); });
@@ -89,7 +90,7 @@ QWidget* CDialogWindow::MakeViewBar() {
         QPushButton* button =
             AddButton(*bar, name, sign, Text(tip), key, [this, factor] { pane_->ScaleBy(factor); });
         button->setAccessibleName(Text(tip));
-        button->setFixedWidth(button->sizeHint().height() + 6);
+        button->setFixedWidth(button->sizeHint().height() + 8);
     };
     step("smaller", "−", EText::Smaller, QKeySequence::ZoomOut, 1 / kButtonScale);
     scale_ = new QLabel;
@@ -208,6 +209,7 @@ int CDialogWindow::RunModal() {
     setWindowModality(Qt::ApplicationModal);
     show();
     activateWindow();
+    controls_->FocusFirst();
     if (!ended_) loop_.exec();
     engine_->Cancel();
     hide();
