@@ -26,8 +26,8 @@ std::string LanguageFor(const std::string& wanted, const SInstallation& installa
 CSession::CSession(const SSessionOptions& options) : installation_(FindInstallation()) {
     if (options.range_scale != 0) SetRangeScale(options.range_scale, true);
     try {
-        module_ = std::make_unique<CEffectModule>(installation_,
-                                                  LanguageFor(options.language, installation_));
+        language_ = LanguageFor(options.language, installation_);
+        module_ = std::make_unique<CEffectModule>(installation_, language_);
     } catch (const CNException& error) {
         throw CCliError(EExit::Effect,
                         fmt::format("the module cannot be loaded: {}", error.what()));

@@ -21,11 +21,14 @@ class CSession {
 
     const CEffectModule& Module() const { return *module_; }
     const SInstallation& Installation() const { return installation_; }
+    // The code of the language that the texts are in.
+    const std::string& Language() const { return language_; }
     // A command by the name that the user gave, in any letter case.
     TRef<CCmdEffect> Effect(const std::string& name) const;
 
   private:
     SInstallation installation_;
+    std::string language_;
     std::unique_ptr<CEffectModule> module_;
 };
 

@@ -8,6 +8,7 @@ class App;
 void AddListCommand(CLI::App& program);
 void AddDescribeCommand(CLI::App& program);
 void AddApplyCommand(CLI::App& program);
+void AddEditCommand(CLI::App& program);
 void AddGalleryCommand(CLI::App& program);
 void AddPresetCommand(CLI::App& program);
 void AddResourcesCommand(CLI::App& program);

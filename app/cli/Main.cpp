@@ -56,6 +56,7 @@ int main(int count, char** arguments) {
     AddListCommand(program);
     AddDescribeCommand(program);
     AddApplyCommand(program);
+    AddEditCommand(program);
     AddGalleryCommand(program);
     AddPresetCommand(program);
     AddResourcesCommand(program);

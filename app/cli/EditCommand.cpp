@@ -1,0 +1,132 @@
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "app/cli/CDesktopLibrary.h"
+#include "app/cli/CliError.h"
+#include "app/cli/Commands.h"
+#include "app/cli/EffectRun.h"
+#include "app/cli/Interruption.h"
+#include "app/cli/Options.h"
+#include "app/cli/Pictures.h"
+
+namespace {
+
+struct SEditOptions {
+    SSessionOptions session;
+    SParameterOptions parameters;
+    SInputOptions input;
+    std::string effect, output, mask, canvas, at;
+    bool overwrite = false;
+};
+
+TRef<CDocument> OpenDocument(const SEditOptions& options, imagefile::SImageFile& input,
+                             CProgress& progress) {
+    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
+    const TRef<CDocument> document(
+        new CDocument(options.canvas.empty() ? size : ParseSize(options.canvas, "--canvas")));
+    if (!options.mask.empty()) {
+        document->SetSelection(ReadMask(options.mask, size, options.input, progress));
+    }
+    if (!options.at.empty()) input.pixels.SetOrigin(ParsePlace(options.at, "--at"));
+    document->SetActiveImage(input.pixels);
+    input.pixels.Destroy();
+    return document;
+}
+
+// Shows the command's dialog; false when the user cancelled it.
+bool Edit(CCmdEffect& command, CExecutionContext& context) {
+    const CErrorAutoThrow error = command.GetResourceData()->Edit(&context, &command);
+    if (interruption::Requested()) throw CInterrupted();
+    if (error.Code() == TolmErrorCode::Cancelled) return false;
+    if (error.Failed()) {
+        throw CCliError(EExit::Effect, fmt::format("the dialog failed with error {}: {}",
+                                                   static_cast<int>(error.Code()), error.Text()));
+    }
+    return true;
+}
+
+std::string SuggestedOutput(const SEditOptions& options) {
+    const std::filesystem::path input(options.input.file);
+    return input.parent_path() / (input.stem().string() + "-" + options.effect + ".png");
+}
+
+// The file to write, by option or question; empty when the user has no answer.
+std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, CSize size,
+                         imagefile::SOutputRules& rules) {
+    if (!options.output.empty()) return options.output;
+    for (std::string file = SuggestedOutput(options);;) {
+        file = desktop->AskOutputFile(file);
+        if (file.empty()) return {};
+        rules.overwrite = true;  // the question covers a file that exists
+        try {
+            CheckPictureOutput(file, rules, size);
+            return file;
+        } catch (const CCliError& error) {
+            desktop->ShowError(error.what());
+        }
+    }
+}
+
+void Edit(const SEditOptions& options) {
+    const CSession session(options.session);
+    TRef<CCmdEffect> command = session.Effect(options.effect);
+    imagefile::SOutputRules rules{options.overwrite, options.input.file};
+    if (!options.output.empty()) CheckPictureOutput(options.output, rules, {});
+    CDesktopLibrary desktop(session.Installation(), {options.input.file, options.output,
+                                                     session.Language(), &interruption::Requested});
+
+    CProgress progress(CProgress::StyleFor(false, false));
+    progress.BeginPart("reading", 0.15);
+    imagefile::SImageFile input = ReadPicture(options.input, progress);
+    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
+    if (!options.output.empty()) CheckPictureOutput(options.output, rules, size);
+    const TRef<CDocument> document = OpenDocument(options, input, progress);
+    const TRef<CExecutionContext> context(new CExecutionContext(document, {}, &progress));
+    PrepareCommand(*command, context.Get());
+    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+
+    std::string output;
+    while (output.empty()) {
+        if (!Edit(*command, *context)) {
+            fmt::print(stderr, "cmdtexture: cancelled; nothing was written\n");
+            return;
+        }
+        output = ChooseOutput(options, desktop, size, rules);
+    }
+    WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
+    progress.BeginPart(options.effect, 0.7);
+    const CRowIteratorBands result = RunEffect(*command, *context);
+    progress.BeginPart("writing", 1.0);
+    WritePicture(output, result, input.metadata, rules, progress);
+}
+
+}  // namespace
+
+void AddEditCommand(CLI::App& program) {
+    auto* command = program.add_subcommand(
+        "edit",
+        "Set an effect in a window with a live preview, then apply it. Cancelling the window "
+        "writes nothing and is no error");
+    auto options = std::make_shared<SEditOptions>();
+    command->add_option("EFFECT", options->effect, "Name of the effect")->required();
+    command->add_option("IN", options->input.file, "Image to read: PNG, JPEG, TIFF or WebP")
+        ->required();
+    command
+        ->add_option("-o,--output", options->output,
+                     "Image to write; default: the window asks for it")
+        ->type_name("OUT");
+    AddParameterOptions(*command, options->parameters);
+    command
+        ->add_option("--mask", options->mask,
+                     "Limit the effect to a selection: an image of the same size, white is full "
+                     "effect")
+        ->type_name("FILE");
+    command->add_option("--canvas", options->canvas, "Size of the document; default: the image's")
+        ->type_name("WxH");
+    command->add_option("--at", options->at, "Place of the image on the document; default: 0,0")
+        ->type_name("X,Y");
+    command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
+    AddSessionOptions(*command, options->session);
+    command->callback([options] { Edit(*options); });
+}

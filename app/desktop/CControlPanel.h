@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QScrollArea>
+#include <functional>
+#include <map>
+#include <vector>
+
+#include "hostlib/windowing/IToolkit.h"
+
+class QGridLayout;
+class QToolButton;
+
+// The controls of a dialog, laid out from its template: labels in one column, fields in the next,
+// a button that resets the field at the right. It is as wide as its texts need and scrolls when the
+// screen is not high enough. The widget of a control is named "control-ID".
+class CControlPanel final : public QScrollArea {
+  public:
+    CControlPanel(IDialogModel& model, QWidget* parent);
+
+    // Told when the user wants to pick a colour for a swatch from the picture (or no more: 0), and
+    // when the pointer or the focus comes to a control.
+    std::function<void(int swatch)> on_pick;
+    std::function<void(int control)> on_entered;
+
+    void Show(const SControlState& control);
+    void EnablePicking(bool enabled);
+    void EndPicking();
+    void FocusFirst();
+    // Brings the focus to a field that holds no valid number; false when there is none.
+    bool GoToWrongField();
+
+    QSize sizeHint() const override;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    using Shower = std::function<void(const SControlState&)>;
+    void AddGroup(const STemplateGroup& group, QGridLayout& grid);
+    void AddRow(const STemplateRow& row, QGridLayout& grid);
+    QWidget* MakeControl(const SControlTemplate& control, const STemplateRow& row);
+    QWidget* MakeNumber(int id, Shower& show);
+    QWidget* MakeCheck(int id, Shower& show);
+    QWidget* MakeSwatch(int id, const QString& label, Shower& show);
+    QWidget* MakeDial(int id, Shower& show);
+    QWidget* MakeList(int id, Shower& show);
+    QWidget* MakeResource(int id, const QString& label, Shower& show);
+    QToolButton* MakeReset(int id, const QString& label);
+    void Watch(QWidget* widget, int id);
+
+    IDialogModel& model_;
+    QWidget* first_ = nullptr;  // takes the focus when the dialog opens
+    std::map<int, Shower> showers_;
+    std::map<int, QToolButton*> pickers_;
+    std::map<QObject*, int> watched_;
+};

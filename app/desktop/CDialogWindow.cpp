@@ -1,0 +1,370 @@
+#include "app/desktop/CDialogWindow.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "app/desktop/CControlPanel.h"
+#include "app/desktop/CPreviewPane.h"
+#include "app/desktop/Texts.h"
+#include "host/windowing/CDialog.h"
+
+namespace {
+
+constexpr int kTickMilliseconds = 50;
+constexpr int kProgressSteps = 1000;
+constexpr int kProgressHeight = 3;
+constexpr int kDescriptionLines = 3;
+constexpr double kButtonScale = 1.25;
+constexpr double kScreenShare = 0.92;  // of the screen that a window may take
+
+QString FileNameOf(const std::string& path) {
+    return QString::fromStdString(path).section('/', -1);
+}
+
+}  // namespace
+
+CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options)
+    : model_(model), options_(options), result_(IDCANCEL) {
+    const SPreviewSnapshot snapshot = model.Snapshot();
+    engine_ = std::make_unique<CPreviewEngine>([this] {
+        QMetaObject::invokeMethod(
+            this, [this] { FetchPreview(); }, Qt::QueuedConnection);
+    });
+    setWindowTitle(ToQt(model.Template().title) + " – " + FileNameOf(options.input));
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+
+    auto* grid = new QGridLayout(this);
+    grid->addWidget(MakePreview(), 0, 0);
+    grid->addWidget(MakeControls(), 0, 1);
+    grid->addWidget(MakeButtons(), 1, 0, 1, 2);
+    grid->setColumnStretch(0, 1);
+    grid->setRowStretch(0, 1);
+    if (const QScreen* on = screen()) {
+        resize(sizeHint().boundedTo(on->availableSize() * kScreenShare));
+    }
+    const CSize size{snapshot.source.GetWidth(), snapshot.source.GetHeight()};
+    pane_->SetPictureSize(size);
+    facts_->setText(Text(EText::PictureFacts)
+                        .arg(size.cx)
+                        .arg(size.cy)
+                        .arg(snapshot.source.GetPixelFormat().Is16bit() ? 16 : 8));
+    connect(&tick_, &QTimer::timeout, this, [this] {
+        ShowProgress();
+        CheckInterruption();
+    });
+    tick_.start(kTickMilliseconds);
+    qApp->installEventFilter(this);
+    PreviewChanged();
+}
+
+CDialogWindow::~CDialogWindow() {
+    qApp->removeEventFilter(this);
+    engine_.reset();
+}
+
+QWidget* CDialogWindow::MakeViewBar() {
+    auto* bar = new QWidget;
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    AddButton(*bar, "fit", Text(EText::Fit), {}, QKeySequence("Ctrl+0"), [this] { pane_->Fit(); });
+    AddButton(*bar, "one-to-one", Text(EText::OneToOne), {}, QKeySequence("Ctrl+1"),
+              [this] { pane_->ScaleTo(1); });
+    const auto step = [&](const char* name, const QString& sign, EText tip, QKeySequence key,
+                          double factor) {
+        QPushButton* button =
+            AddButton(*bar, name, sign, Text(tip), key, [this, factor] { pane_->ScaleBy(factor); });
+        button->setAccessibleName(Text(tip));
+        button->setFixedWidth(button->sizeHint().height() + 8);
+    };
+    step("smaller", "−", EText::Smaller, QKeySequence::ZoomOut, 1 / kButtonScale);
+    scale_ = new QLabel;
+    scale_->setObjectName("scale");
+    scale_->setAccessibleName(Text(EText::Scale));
+    scale_->setAlignment(Qt::AlignCenter);
+    scale_->setMinimumWidth(fontMetrics().horizontalAdvance("1600 % "));
+    layout->addWidget(scale_);
+    step("larger", "+", EText::Larger, QKeySequence::ZoomIn, kButtonScale);
+    QPushButton* split =
+        AddButton(*bar, "split", Text(EText::Split), Text(EText::SplitTip), {}, [] {});
+    split->setCheckable(true);
+    connect(split, &QPushButton::toggled, this, [this](bool on) { pane_->SetSplit(on); });
+    QPushButton* original =
+        AddButton(*bar, "original", Text(EText::Original), Text(EText::OriginalTip), {}, [] {});
+    connect(original, &QPushButton::pressed, this, [this] { HoldOriginal(true); });
+    connect(original, &QPushButton::released, this, [this] { HoldOriginal(false); });
+    layout->addStretch(1);
+    return bar;
+}
+
+QWidget* CDialogWindow::MakePreview() {
+    auto* preview = new QWidget;
+    auto* layout = new QVBoxLayout(preview);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    pane_ = new CPreviewPane;
+    pane_->setObjectName("preview");
+    pane_->setAccessibleName(Text(EText::Preview));
+    pane_->on_pick = [this](QPoint pixel) { PickAt(pixel); };
+    progress_ = new QProgressBar;
+    progress_->setRange(0, kProgressSteps);
+    progress_->setTextVisible(false);
+    progress_->setFixedHeight(kProgressHeight);
+    progress_->setAccessibleName(Text(EText::Progress));
+    progress_->setStyleSheet(
+        "QProgressBar { border: none; background: transparent; }"
+        "QProgressBar::chunk { background: palette(highlight); }");
+    status_ = new QLabel;
+    status_->setObjectName("status");
+    facts_ = new QLabel;
+    layout->addWidget(MakeViewBar());
+    layout->addWidget(pane_, 1);
+    layout->addWidget(progress_);
+    auto* line = new QHBoxLayout;
+    line->addWidget(status_, 1);
+    line->addWidget(facts_);
+    layout->addLayout(line);
+    pane_->on_scale = [this] { ShowScale(); };
+    return preview;
+}
+
+QWidget* CDialogWindow::MakeControls() {
+    auto* side = new QWidget;
+    auto* layout = new QVBoxLayout(side);
+    layout->setContentsMargins(0, 0, 0, 0);
+    controls_ = new CControlPanel(model_, side);
+    controls_->on_pick = [this](int swatch) { pane_->SetPicking(swatch != 0); };
+    controls_->on_entered = [this](int control) {
+        description_->setText(ToQt(model_.Description(control)));
+    };
+    description_ = new QLabel;
+    description_->setWordWrap(true);
+    description_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    description_->setContentsMargins(8, 0, 8, 0);
+    description_->setFixedHeight(kDescriptionLines * fontMetrics().lineSpacing() + 2);
+    layout->addWidget(controls_, 1);
+    layout->addWidget(description_);
+    return side;
+}
+
+QPushButton* CDialogWindow::AddButton(QWidget& bar, const char* name, const QString& text,
+                                      const QString& tip, const QKeySequence& key,
+                                      std::function<void()> action) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    const QString keys = key.toString(QKeySequence::NativeText);
+    button->setToolTip(keys.isEmpty() ? tip : tip.isEmpty() ? keys : tip + " (" + keys + ")");
+    connect(button, &QPushButton::clicked, this, action);
+    if (!key.isEmpty()) {
+        connect(new QShortcut(key, this), &QShortcut::activated, button, [button] {
+            if (button->isEnabled()) button->click();
+        });
+    }
+    bar.layout()->addWidget(button);
+    return button;
+}
+
+QWidget* CDialogWindow::MakeButtons() {
+    auto* bar = new QWidget;
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 4, 0, 0);
+    presets_ = AddButton(*bar, "presets", Text(EText::Presets), {}, {}, [] {});
+    presets_->setMenu(new QMenu(this));
+    connect(presets_->menu(), &QMenu::aboutToShow, this, [this] { FillPresetMenu(); });
+    AddButton(*bar, "reset-all", Text(EText::ResetAll), {}, {}, [this] { model_.ResetAll(); });
+    AddButton(*bar, "randomise", Text(EText::Randomise), Text(EText::RandomiseTip),
+              QKeySequence("Ctrl+R"), [this] { model_.Randomise(); });
+    undo_ = AddButton(*bar, "undo", Text(EText::Undo), Text(EText::UndoTip), QKeySequence::Undo,
+                      [this] { model_.Undo(); });
+    AddButton(*bar, "copy", Text(EText::CopyCommandLine), Text(EText::CopyCommandLineTip),
+              QKeySequence("Ctrl+Shift+C"), [this] { CopyCommandLine(); });
+    layout->addStretch(1);
+    layout->addSpacing(24);
+    QPushButton* ok = AddButton(*bar, "ok", Text(EText::Ok), {}, {}, [this] { accept(); });
+    ok->setDefault(true);
+    AddButton(*bar, "cancel", Text(EText::Cancel), {}, {}, [this] {
+        engine_->Cancel();
+        model_.Cancel();
+    });
+    return bar;
+}
+
+int CDialogWindow::RunModal() {
+    setWindowModality(Qt::ApplicationModal);
+    show();
+    activateWindow();
+    controls_->FocusFirst();
+    if (!ended_) loop_.exec();
+    engine_->Cancel();
+    hide();
+    return result_;
+}
+
+// The first end counts.
+void CDialogWindow::EndModal(int result) {
+    if (ended_) return;
+    result_ = result;
+    ended_ = true;
+    loop_.quit();
+}
+
+void CDialogWindow::ControlChanged(const SControlState& control) { controls_->Show(control); }
+
+void CDialogWindow::PreviewChanged() {
+    engine_->Request(model_.Snapshot());
+    undo_->setEnabled(model_.CanUndo());
+    ShowProgress();
+}
+
+void CDialogWindow::DropperChanged(bool enabled) { controls_->EnablePicking(enabled); }
+
+void CDialogWindow::ShowMessage(const CString& text) {
+    QMessageBox::warning(this, windowTitle(), ToQt(text));
+}
+
+void CDialogWindow::reject() {
+    if (!engine_->IsBusy()) return model_.Cancel();
+    engine_->Cancel();
+    ShowStatus(Text(EText::Stopped));
+}
+
+void CDialogWindow::accept() {
+    if (!controls_->GoToWrongField()) model_.Ok();
+}
+
+void CDialogWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    engine_->Cancel();
+    model_.Cancel();
+}
+
+void CDialogWindow::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange || ended_) return;
+    const QWidget* other = QApplication::activeWindow();
+    model_.Activate(isActiveWindow(), other && other != this && other->parentWidget() == this);
+}
+
+// The key O shows the original wherever the focus is in this window.
+bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (!key || !isActiveWindow()) return QDialog::eventFilter(watched, event);
+    const auto* pressed = static_cast<QKeyEvent*>(event);
+    if (pressed->key() != Qt::Key_O || pressed->modifiers() != Qt::NoModifier) {
+        return QDialog::eventFilter(watched, event);
+    }
+    if (!pressed->isAutoRepeat()) HoldOriginal(event->type() == QEvent::KeyPress);
+    return true;
+}
+
+void CDialogWindow::HoldOriginal(bool hold) { pane_->ShowOriginal(hold); }
+
+void CDialogWindow::ShowScale() {
+    const double percent = pane_->Scale() * 100;
+    scale_->setText(QString("%1 %").arg(percent, 0, 'f', percent < 10 ? 1 : 0));
+}
+
+void CDialogWindow::ShowStatus(const QString& text) { status_->setText(text); }
+
+void CDialogWindow::ShowProgress() {
+    const bool busy = engine_->IsBusy();
+    progress_->setValue(busy ? static_cast<int>(engine_->Progress() * kProgressSteps) : 0);
+}
+
+void CDialogWindow::FetchPreview() {
+    pane_->SetOriginal(engine_->Original());
+    const CPreviewEngine::SShown shown = engine_->Shown();
+    pane_->SetResult(shown.picture);
+    ShowProgress();
+    if (!shown.error.empty()) {
+        ShowStatus(Text(EText::PreviewFailed).arg(QString::fromStdString(shown.error)));
+    } else if (shown.picture) {
+        ShowStatus(Text(shown.exact ? EText::Exact : EText::Draft));
+    }
+}
+
+// The colour of the original, whatever is shown.
+void CDialogWindow::PickAt(QPoint pixel) {
+    const auto original = engine_->Original();
+    if (!original) return;
+    const QRgb picked = original->Image(0, QRect(pixel, QSize(1, 1))).pixel(0, 0);
+    controls_->EndPicking();
+    model_.PickFromPicture(CColorRef::FromRgb(qRed(picked), qGreen(picked), qBlue(picked)).value);
+}
+
+void CDialogWindow::CheckInterruption() {
+    if (ended_ || !options_.interrupted || !options_.interrupted()) return;
+    engine_->Cancel();
+    model_.Cancel();
+}
+
+void CDialogWindow::FillPresetMenu() {
+    QMenu& menu = *presets_->menu();
+    menu.clear();
+    const std::vector<std::string> names = model_.PresetNames();
+    for (const std::string& name : names) {
+        const QString shown = QString::fromStdString(name);
+        QString escaped = shown;
+        menu.addAction(escaped.replace("&", "&&"), this, [this, shown] { LoadPreset(shown); });
+    }
+    if (names.empty()) menu.addAction(Text(EText::NoPresets))->setEnabled(false);
+    menu.addSeparator();
+    menu.addAction(Text(EText::SaveAs), this, [this] { SavePreset(); });
+    QMenu* remove = menu.addMenu(Text(EText::Delete));
+    remove->setEnabled(!names.empty());
+    for (const std::string& name : names) {
+        const QString shown = QString::fromStdString(name);
+        QString escaped = shown;
+        remove->addAction(escaped.replace("&", "&&"), this, [this, shown] { DeletePreset(shown); });
+    }
+}
+
+void CDialogWindow::Report(const CErrorAutoThrow& error) {
+    if (error.Failed()) ShowMessage(FromUtf8(error.Text()));
+}
+
+bool CDialogWindow::Ask(const QString& question) {
+    return QMessageBox::question(this, windowTitle(), question) == QMessageBox::Yes;
+}
+
+void CDialogWindow::LoadPreset(const QString& name) {
+    Report(model_.LoadPreset(name.toStdString()));
+}
+
+void CDialogWindow::SavePreset() {
+    bool entered = false;
+    const QString name = QInputDialog::getText(
+        this, Text(EText::SavePreset), Text(EText::PresetName), QLineEdit::Normal, {}, &entered);
+    if (!entered || name.isEmpty()) return;
+    const auto names = model_.PresetNames();
+    const bool exists = std::find(names.begin(), names.end(), name.toStdString()) != names.end();
+    if (exists && !Ask(Text(EText::ReplacePreset).arg(name))) return;
+    Report(model_.SavePreset(name.toStdString(), exists));
+}
+
+void CDialogWindow::DeletePreset(const QString& name) {
+    if (Ask(Text(EText::DeletePreset).arg(name))) Report(model_.DeletePreset(name.toStdString()));
+}
+
+void CDialogWindow::CopyCommandLine() {
+    const std::string output = options_.output.empty() ? "result.png" : options_.output;
+    QApplication::clipboard()->setText(
+        QString::fromStdString(model_.CommandLine(options_.input, output)));
+    ShowStatus(Text(EText::CommandLineCopied));
+}

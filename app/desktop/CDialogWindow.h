@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QDialog>
+#include <QEventLoop>
+#include <QTimer>
+#include <memory>
+
+#include "app/desktop/CPreviewEngine.h"
+#include "app/desktop/IDesktop.h"
+#include "hostlib/windowing/IToolkit.h"
+
+class CControlPanel;
+class CPreviewPane;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QToolButton;
+class QVBoxLayout;
+
+// A dialog on the screen: the preview at the left, the controls at the right, the buttons below.
+class CDialogWindow final : public QDialog, public IDialogView {
+  public:
+    CDialogWindow(IDialogModel& model, const SDesktopOptions& options);
+    ~CDialogWindow() override;
+
+    int RunModal() override;
+    void EndModal(int result) override;
+    void ControlChanged(const SControlState& control) override;
+    void PreviewChanged() override;
+    void DropperChanged(bool enabled) override;
+    void ShowMessage(const CString& text) override;
+
+    const CPreviewEngine& Engine() const { return *engine_; }
+    CPreviewPane& Pane() { return *pane_; }
+
+    // Escape: stops a preview that is running, else cancels the dialog.
+    void reject() override;
+    void accept() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    QWidget* MakeViewBar();
+    QWidget* MakePreview();
+    QWidget* MakeControls();
+    QWidget* MakeButtons();
+    QPushButton* AddButton(QWidget& bar, const char* name, const QString& text, const QString& tip,
+                           const QKeySequence& key, std::function<void()> action);
+    void FillPresetMenu();
+    void SavePreset();
+    void DeletePreset(const QString& name);
+    void LoadPreset(const QString& name);
+    void CopyCommandLine();
+    bool Ask(const QString& question);
+    void Report(const CErrorAutoThrow& error);
+
+    void ShowScale();
+    void ShowProgress();
+    void ShowStatus(const QString& text);
+    void FetchPreview();
+    void PickAt(QPoint pixel);
+    void HoldOriginal(bool hold);
+    void CheckInterruption();
+
+    IDialogModel& model_;
+    const SDesktopOptions& options_;
+    CPreviewPane* pane_ = nullptr;
+    CControlPanel* controls_ = nullptr;
+    QLabel *scale_ = nullptr, *status_ = nullptr, *facts_ = nullptr, *description_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+    QPushButton *presets_ = nullptr, *undo_ = nullptr;
+    QTimer tick_;
+    QEventLoop loop_;
+    int result_;
+    bool ended_ = false;
+    std::unique_ptr<CPreviewEngine> engine_;  // gone before everything that it notifies
+};

@@ -1,0 +1,230 @@
+#include "app/desktop/CPreviewEngine.h"
+
+#include <pthread.h>
+
+#include <algorithm>
+
+#include "app/desktop/ReducedPreview.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// What a reduced picture may take, of the 100 ms within which it is to be seen.
+constexpr double kReducedSeconds = 0.05;
+// A reduced stage that takes longer than expected gives way to a newer request after this.
+constexpr auto kReducedPatience = 150ms;
+// Fewer pixels than these show too little, however slow the effect.
+constexpr double kFewestPixels = 20000;
+// Until it is measured, an effect is taken to need this.
+constexpr double kFirstGuess = 150e-9;
+// The exact stage waits this long for the user's next change.
+constexpr auto kQuiet = 30ms;
+
+double Pixels(const CRowIteratorBands& picture) {
+    return static_cast<double>(picture.GetWidth()) * picture.GetHeight();
+}
+
+}  // namespace
+
+// The progress of one stage, and what stops it.
+class CPreviewEngine::CStage final : public IProgressSink {
+  public:
+    CStage(CPreviewEngine& engine, int request, bool exact)
+        : engine_(engine), request_(request), exact_(exact) {
+        engine.progress_ = 0;
+    }
+
+    bool Stop() const {
+        if (engine_.IsGivenUp(request_)) return true;
+        if (!engine_.IsOvertaken(request_)) return false;
+        return exact_ || Clock::now() - start_ > kReducedPatience;
+    }
+    bool OnProgress(double fraction) override {
+        engine_.progress_ = fraction;
+        return Stop();
+    }
+    double Seconds() const { return std::chrono::duration<double>(Clock::now() - start_).count(); }
+
+  private:
+    CPreviewEngine& engine_;
+    const int request_;
+    const bool exact_;
+    const Clock::time_point start_ = Clock::now();
+};
+
+CPreviewEngine::CPreviewEngine(std::function<void()> notify)
+    : notify_(std::move(notify)), seconds_per_pixel_(kFirstGuess), thread_([this] { Run(); }) {}
+
+CPreviewEngine::~CPreviewEngine() {
+    {
+        const std::lock_guard lock(mutex_);
+        ending_ = true;
+    }
+    wake_.notify_one();
+    thread_.join();
+}
+
+int CPreviewEngine::Request(SPreviewSnapshot snapshot) {
+    int request = 0;
+    {
+        const std::lock_guard lock(mutex_);
+        request = ++newest_;
+        ++counters_.requested;
+        waiting_ = SJob{std::move(snapshot), request};
+    }
+    wake_.notify_one();
+    return request;
+}
+
+void CPreviewEngine::Cancel() {
+    const std::lock_guard lock(mutex_);
+    cancelled_ = newest_.load();
+    waiting_.reset();
+}
+
+bool CPreviewEngine::IsBusy() const {
+    const std::lock_guard lock(mutex_);
+    return working_ || waiting_;
+}
+
+std::shared_ptr<const CPyramid> CPreviewEngine::Original() const {
+    const std::lock_guard lock(mutex_);
+    return original_;
+}
+
+CPreviewEngine::SShown CPreviewEngine::Shown() const {
+    const std::lock_guard lock(mutex_);
+    return shown_;
+}
+
+CPreviewEngine::SCounters CPreviewEngine::Counters() const {
+    const std::lock_guard lock(mutex_);
+    return counters_;
+}
+
+bool CPreviewEngine::IsOvertaken(int request) const { return request != newest_; }
+bool CPreviewEngine::IsGivenUp(int request) const { return ending_ || request <= cancelled_; }
+
+void CPreviewEngine::Run() {
+    pthread_setname_np(pthread_self(), "preview");
+    while (const std::optional<SJob> job = Next()) Perform(*job);
+}
+
+std::optional<CPreviewEngine::SJob> CPreviewEngine::Next() {
+    std::unique_lock lock(mutex_);
+    if (working_) {
+        working_ = false;
+        lock.unlock();
+        notify_();
+        lock.lock();
+    }
+    wake_.wait(lock, [&] { return ending_ || waiting_; });
+    if (ending_) return std::nullopt;
+    std::optional<SJob> job = std::move(waiting_);
+    waiting_.reset();
+    working_ = true;
+    ++counters_.started;
+    if (IsOvertaken(job->request)) ++counters_.started_stale;
+    return job;
+}
+
+void CPreviewEngine::Perform(const SJob& job) {
+    PrepareSource(job.snapshot);
+    if (!job.snapshot.command || !Original()) return;
+    const int level = ReducedLevel();
+    if (level > 0 && !RunReduced(job, level)) return;
+    if (level > 0 && WaitForQuiet(job)) return;
+    RunExact(job);
+}
+
+// The picture's and the selection's halvings are made once, before the first preview.
+void CPreviewEngine::PrepareSource(const SPreviewSnapshot& snapshot) {
+    if (original_ || !snapshot.source.IsAttached()) return;
+    const auto stop = [&] { return ending_.load(); };
+    const CSize size{snapshot.source.GetWidth(), snapshot.source.GetHeight()};
+    const auto made = CPyramid::Make(snapshot.source, 0, size, stop);
+    const auto selection = snapshot.selection.IsAttached()
+                               ? CPyramid::Make(snapshot.selection, 0, size, stop)
+                               : nullptr;
+    {
+        const std::lock_guard lock(mutex_);
+        original_ = made;
+        selection_ = selection;
+    }
+    notify_();
+}
+
+// The largest level that should be done in time; 0 when that is the picture itself.
+int CPreviewEngine::ReducedLevel() const {
+    const double affordable = std::max(kReducedSeconds / seconds_per_pixel_, kFewestPixels);
+    int level = 0;
+    while (level < original_->Last() && Pixels(original_->Level(level)) > affordable) ++level;
+    return level;
+}
+
+// False when the rest of the job is not wanted any more.
+bool CPreviewEngine::RunReduced(const SJob& job, int level) {
+    SPreviewSnapshot snapshot = job.snapshot;
+    TRef<ICoreCommand> clone;
+    if (snapshot.command->Clone(clone.Receive()).Failed()) return true;
+    snapshot.command = dynamic_cast<CCmdEffect*>(clone.Get());
+    ReduceSnapshot(snapshot, level, original_->Level(level),
+                   selection_ ? selection_->Level(level) : CRowIterator());
+    CStage stage(*this, job.request, false);
+    CStatusControl status(&stage);
+    CRowIteratorBands result;
+    const CErrorAutoThrow error = snapshot.command->Preview(
+        &status, snapshot.source, result, &snapshot.selection, snapshot.context.Get());
+    const double measured = stage.Seconds() / Pixels(snapshot.source);
+    seconds_per_pixel_ = error.Failed() ? std::max(seconds_per_pixel_ * 2, measured) : measured;
+    if (error.Failed()) return !stage.Stop();
+    auto picture = CPyramid::Make(result, level, original_->FullSize());
+    {
+        const std::lock_guard lock(mutex_);
+        ++counters_.reduced;
+    }
+    Publish({std::move(picture), job.request, false, {}});
+    return !IsGivenUp(job.request);
+}
+
+// Whether the user has changed something in the meantime.
+bool CPreviewEngine::WaitForQuiet(const SJob& job) {
+    std::unique_lock lock(mutex_);
+    wake_.wait_for(lock, kQuiet, [&] { return ending_ || IsOvertaken(job.request); });
+    if (IsOvertaken(job.request)) ++counters_.overtaken;
+    return IsOvertaken(job.request) || IsGivenUp(job.request);
+}
+
+void CPreviewEngine::RunExact(const SJob& job) {
+    const SPreviewSnapshot& snapshot = job.snapshot;
+    CStage stage(*this, job.request, true);
+    CStatusControl status(&stage);
+    CRowIteratorBands result;
+    const CErrorAutoThrow error = snapshot.command->Preview(
+        &status, snapshot.source, result, &snapshot.selection, snapshot.context.Get());
+    if (!error.Failed()) seconds_per_pixel_ = stage.Seconds() / Pixels(snapshot.source);
+    const auto stop = [&] { return stage.Stop(); };
+    auto picture =
+        error.Failed() ? nullptr : CPyramid::Make(result, 0, original_->FullSize(), stop);
+    if (stage.Stop()) {
+        const std::lock_guard lock(mutex_);
+        if (IsOvertaken(job.request)) ++counters_.overtaken;
+        return;
+    }
+    if (picture) {
+        const std::lock_guard lock(mutex_);
+        ++counters_.finished;
+    }
+    const std::string reason = picture ? "" : *error.Text() ? error.Text() : "not enough memory";
+    Publish({std::move(picture), job.request, true, reason});
+}
+
+void CPreviewEngine::Publish(SShown shown) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (!shown.picture) shown.picture = shown_.picture;
+        shown_ = std::move(shown);
+    }
+    notify_();
+}

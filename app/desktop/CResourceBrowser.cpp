@@ -1,0 +1,106 @@
+#include "app/desktop/CResourceBrowser.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QPainter>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "app/desktop/CPyramid.h"
+#include "app/desktop/Texts.h"
+#include "hostlib/windowing/IToolkit.h"
+
+namespace {
+constexpr QSize kThumbnail{96, 96};
+constexpr QSize kListIcon{24, 24};
+constexpr QSize kWindow{520, 480};
+}  // namespace
+
+QPixmap PictureOf(const CRowIteratorBands& picture, QSize size) {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    if (!picture.IsAttached()) return pixmap;
+    const CSize full{picture.GetWidth(), picture.GetHeight()};
+    const auto levels = CPyramid::Make(picture, 0, full);
+    if (!levels) return pixmap;
+    int level = 0;
+    while (level < levels->Last() && levels->Level(level + 1).GetWidth() >= 2 * size.width()) {
+        ++level;
+    }
+    const CRowIteratorBands& pixels = levels->Level(level);
+    const QImage image = levels->Image(level, {0, 0, pixels.GetWidth(), pixels.GetHeight()})
+                             .scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPainter(&pixmap).drawImage((size.width() - image.width()) / 2,
+                                (size.height() - image.height()) / 2, image);
+    return pixmap;
+}
+
+CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QString& title,
+                                   QWidget* parent)
+    : QDialog(parent),
+      model_(model),
+      control_(control),
+      before_(model.Control(control).selected),
+      list_(new QListWidget) {
+    setWindowTitle(title);
+    resize(kWindow);
+    model_.OpenLibrary(control_);
+
+    auto* view = new QComboBox;
+    view->setObjectName("view");
+    view->addItems({Text(EText::ListView), Text(EText::ThumbnailView)});
+    view->setCurrentIndex(model_.Control(control_).view);
+    connect(view, &QComboBox::activated, this, [this](int chosen) {
+        model_.ChooseView(control_, chosen);
+        ShowView(chosen);
+    });
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    buttons->button(QDialogButtonBox::Ok)->setText(Text(EText::Ok));
+    buttons->button(QDialogButtonBox::Cancel)->setText(Text(EText::Cancel));
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(view, 0, Qt::AlignRight);
+    layout->addWidget(list_);
+    layout->addWidget(buttons);
+
+    list_->setAccessibleName(title);
+    list_->setResizeMode(QListView::Adjust);
+    list_->setMovement(QListView::Static);
+    list_->setWordWrap(true);
+    Fill();
+    ShowView(view->currentIndex());
+    connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row >= 0) model_.Choose(control_, row);
+    });
+    connect(list_, &QListWidget::itemActivated, this, &QDialog::accept);
+    connect(this, &QDialog::rejected, this, [this] { model_.Choose(control_, before_); });
+    list_->setFocus();
+}
+
+void CResourceBrowser::Fill() {
+    const SControlState& state = model_.Control(control_);
+    for (const SListEntry& entry : state.entries) list_->addItem(ToQt(entry.text));
+    list_->setCurrentRow(state.selected);
+    LoadNext();
+}
+
+// One picture at a time, so that the window never waits for the disk.
+void CResourceBrowser::LoadNext() {
+    if (loaded_ >= list_->count()) return;
+    list_->item(loaded_)->setIcon(
+        QIcon(PictureOf(model_.EntryPicture(control_, loaded_), kThumbnail)));
+    ++loaded_;
+    QTimer::singleShot(0, this, [this] { LoadNext(); });
+}
+
+void CResourceBrowser::ShowView(int view) {
+    list_->setViewMode(view == 0 ? QListView::ListMode : QListView::IconMode);
+    list_->setMovement(QListView::Static);
+    list_->setIconSize(view == 0 ? kListIcon : kThumbnail);
+    list_->setGridSize(view == 0 ? QSize() : kThumbnail + QSize(24, 40));
+    list_->scrollToItem(list_->currentItem());
+}

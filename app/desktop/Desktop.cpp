@@ -1,0 +1,83 @@
+#include <unistd.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QMessageBox>
+#include <QTranslator>
+#include <cstdio>
+
+#include "app/desktop/CDialogWindow.h"
+#include "app/desktop/IDesktop.h"
+#include "app/desktop/Texts.h"
+
+namespace {
+
+constexpr int kNoScreen = 7;
+
+// Qt would abort, and dump core, when it finds no screen.
+void OnMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "cmdtexture: error: no window can be shown: %s\n",
+                     text.section('\n', 0, 0).toUtf8().constData());
+        _exit(kNoScreen);
+    }
+    if (type == QtCriticalMsg) std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+}
+
+class CToolkit final : public IToolkit {
+  public:
+    explicit CToolkit(const SDesktopOptions& options) : options_(options) {}
+    std::unique_ptr<IDialogView> Open(IDialogModel& model) override {
+        return std::make_unique<CDialogWindow>(model, options_);
+    }
+
+  private:
+    const SDesktopOptions& options_;
+};
+
+class CDesktop final : public IDesktop {
+  public:
+    explicit CDesktop(const SDesktopOptions& options) : options_(options), toolkit_(options_) {
+        qInstallMessageHandler(&OnMessage);
+        if (!qApp) {
+            application_ = std::make_unique<QApplication>(argument_count_, arguments_);
+        }
+        QApplication::setApplicationDisplayName(Text(EText::Application));
+        const QString code = QString::fromStdString(options.language).toLower();
+        QLocale::setDefault(QLocale(code));
+        if (qt_texts_.load("qtbase_" + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+            QCoreApplication::installTranslator(&qt_texts_);
+        }
+    }
+
+    IToolkit& Toolkit() override { return toolkit_; }
+
+    std::string AskOutputFile(const std::string& suggestion) override {
+        const QString kinds = Text(EText::Pictures) + " (*.png *.jpg *.jpeg *.tif *.tiff *.webp)";
+        return QFileDialog::getSaveFileName(nullptr, Text(EText::SaveResult),
+                                            QString::fromStdString(suggestion), kinds)
+            .toStdString();
+    }
+
+    void ShowError(const std::string& text) override {
+        QMessageBox::warning(nullptr, {}, QString::fromStdString(text));
+    }
+
+  private:
+    SDesktopOptions options_;
+    int argument_count_ = 1;
+    char name_[11] = "cmdtexture";
+    char* arguments_[2] = {name_, nullptr};
+    std::unique_ptr<QApplication> application_;
+    QTranslator qt_texts_;
+    CToolkit toolkit_;
+};
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) IDesktop* MakeDesktop(
+    const SDesktopOptions& options) {
+    return new CDesktop(options);
+}

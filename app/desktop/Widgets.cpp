@@ -1,0 +1,177 @@
+#include "app/desktop/Widgets.h"
+
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "app/desktop/Texts.h"
+#include "hostlib/windowing/IToolkit.h"
+
+namespace {
+
+constexpr int kFullTurn = 360;
+constexpr int kSnap = 15;  // degrees, with the shift key held
+constexpr int kIconSide = 16;
+
+double Radians(int degrees) { return degrees * std::numbers::pi / 180; }
+
+// A picture for a button, drawn by `draw` in a square of kIconSide.
+template <class Draw>
+QIcon DrawnIcon(const QPalette& palette, Draw&& draw) {
+    QIcon icon;
+    for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Disabled}) {
+        const auto group = mode == QIcon::Normal ? QPalette::Active : QPalette::Disabled;
+        for (const int factor : {1, 2}) {
+            QPixmap pixmap(kIconSide * factor, kIconSide * factor);
+            pixmap.setDevicePixelRatio(factor);
+            pixmap.fill(Qt::transparent);
+            QPainter painter(&pixmap);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(QPen(palette.color(group, QPalette::ButtonText), 1.6, Qt::SolidLine,
+                                Qt::RoundCap, Qt::RoundJoin));
+            draw(painter);
+            icon.addPixmap(pixmap, mode);
+        }
+    }
+    return icon;
+}
+
+}  // namespace
+
+CAngleDial::CAngleDial(QWidget* parent) : QDial(parent) {
+    setRange(0, kFullTurn - 1);
+    setWrapping(true);
+    setPageStep(kSnap);
+    connect(this, &QDial::valueChanged, this, [this](int degrees) {
+        if (on_turned) on_turned(degrees);
+    });
+}
+
+void CAngleDial::ShowAngle(int degrees) {
+    const QSignalBlocker quiet(this);
+    setValue((degrees % kFullTurn + kFullTurn) % kFullTurn);
+    update();
+}
+
+void CAngleDial::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    const double side = std::min(width(), height()) - 4;
+    const QPointF middle(width() / 2.0, height() / 2.0);
+    painter.setPen(QPen(palette().color(group, hasFocus() ? QPalette::Highlight : QPalette::Mid),
+                        hasFocus() ? 2 : 1.2));
+    painter.setBrush(palette().color(group, QPalette::Base));
+    painter.drawEllipse(middle, side / 2, side / 2);
+    painter.setPen(QPen(palette().color(group, QPalette::Mid), 1));
+    for (int mark = 0; mark < kFullTurn; mark += 3 * kSnap) {
+        const QPointF outward(std::cos(Radians(mark)), -std::sin(Radians(mark)));
+        painter.drawLine(middle + outward * (side / 2 - 4), middle + outward * (side / 2 - 1));
+    }
+    const QPointF hand(std::cos(Radians(value())), -std::sin(Radians(value())));
+    painter.setPen(QPen(palette().color(group, QPalette::Text), 2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(middle, middle + hand * (side / 2 - 8));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette().color(group, QPalette::Highlight));
+    painter.drawEllipse(middle + hand * (side / 2 - 8), 4, 4);
+}
+
+void CAngleDial::TurnTo(QPointF pointer, Qt::KeyboardModifiers keys) {
+    const QPointF from = pointer - QPointF(width() / 2.0, height() / 2.0);
+    const double degrees = std::atan2(-from.y(), from.x()) * 180 / std::numbers::pi;
+    int angle = static_cast<int>(std::lround(degrees));
+    if (keys & Qt::ShiftModifier) angle = static_cast<int>(std::lround(degrees / kSnap)) * kSnap;
+    setValue((angle + kFullTurn) % kFullTurn);
+}
+
+void CAngleDial::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) TurnTo(event->position(), event->modifiers());
+}
+void CAngleDial::mouseMoveEvent(QMouseEvent* event) {
+    if (event->buttons() & Qt::LeftButton) TurnTo(event->position(), event->modifiers());
+}
+void CAngleDial::mouseReleaseEvent(QMouseEvent* event) { event->accept(); }
+
+CNumberField::CNumberField(QWidget* parent) : QAbstractSpinBox(parent) {
+    setKeyboardTracking(true);
+    setAlignment(Qt::AlignRight);
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this](const QString& text) {
+        if (on_typed) on_typed(text);
+    });
+}
+
+void CNumberField::ShowState(const SControlState& state) {
+    value_ = state.value;
+    minimum_ = state.minimum;
+    maximum_ = state.maximum;
+    wrong_ = state.wrong;
+    const QString text = ToQt(state.text);
+    if (lineEdit()->text() != text) lineEdit()->setText(text);
+    setAccessibleDescription(wrong_ ? Text(EText::WrongNumber).arg(minimum_).arg(maximum_)
+                                    : QString());
+    updateGeometry();
+    update();
+}
+
+void CNumberField::stepBy(int steps) {
+    if (on_stepped) on_stepped(steps);
+    selectAll();
+}
+
+QAbstractSpinBox::StepEnabled CNumberField::stepEnabled() const {
+    return (value_ < maximum_ ? StepUpEnabled : StepNone) |
+           (value_ > minimum_ ? StepDownEnabled : StepNone);
+}
+
+QSize CNumberField::sizeHint() const {
+    constexpr int kDigits = 6, kFrameAndButtons = 34;
+    ensurePolished();
+    return {fontMetrics().horizontalAdvance(QString(kDigits, u'0')) + kFrameAndButtons,
+            QAbstractSpinBox::sizeHint().height()};
+}
+
+void CNumberField::paintEvent(QPaintEvent* event) {
+    QAbstractSpinBox::paintEvent(event);
+    if (!wrong_) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(0xd0, 0x20, 0x20), 2));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 3, 3);
+}
+
+void CNumberField::focusOutEvent(QFocusEvent* event) {
+    QAbstractSpinBox::focusOutEvent(event);
+    if (on_left) on_left();
+}
+
+QIcon SwatchIcon(QRgb colour, QSize size) {
+    QPixmap pixmap(size);
+    pixmap.fill(QColor(colour));
+    QPainter painter(&pixmap);
+    painter.setPen(QColor(0x80, 0x80, 0x80));
+    painter.drawRect(0, 0, size.width() - 1, size.height() - 1);
+    painter.end();
+    QIcon icon(pixmap);
+    icon.addPixmap(pixmap, QIcon::Selected);
+    return icon;
+}
+
+QIcon ResetIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawArc(QRectF(3, 3, 10, 10), 150 * 16, 280 * 16);
+        painter.drawPolyline(QPolygonF({{2.2, 3.2}, {3.4, 6.6}, {6.8, 5.6}}));
+    });
+}
+
+QIcon PipetteIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawPolyline(QPolygonF({{9, 5}, {3.5, 10.5}, {2.5, 13.5}, {5.5, 12.5}, {11, 7}}));
+        painter.drawLine(QPointF(7.8, 3.8), QPointF(12.2, 8.2));
+        painter.setBrush(painter.pen().color());
+        painter.drawEllipse(QPointF(12, 4), 2, 2);
+    });
+}
