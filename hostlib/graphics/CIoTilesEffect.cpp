@@ -12,7 +12,7 @@
 namespace {
 
 // Rise of a bevel per pixel at depth 1.
-constexpr double kBevelSlope = 0.45;
+constexpr double kBevelSlope = 0.4;
 // A pixel's light is the mean over so many points of it each way: outlines come out smooth.
 constexpr int kPoints = 3;
 
@@ -21,7 +21,7 @@ constexpr int kPoints = 3;
 class CBevel {
   public:
     CBevel(double inradius, double smoothness, double slope)
-        : width_(inradius * (0.35 + 0.65 * smoothness)), smoothness_(smoothness), slope_(slope) {}
+        : width_(inradius * (0.22 + 0.68 * smoothness)), smoothness_(smoothness), slope_(slope) {}
     // Rise per pixel at a distance from the outline.
     double SlopeAt(double inside) const {
         if (inside <= 0 || inside >= width_) return 0;

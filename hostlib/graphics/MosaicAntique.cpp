@@ -15,7 +15,7 @@ namespace {
 // The most that a point of the grid is displaced, in cells: stones stay convex.
 constexpr double kFarthest = 0.24;
 // How much of the picture's detail is left within a stone, and how much stones differ in tone.
-constexpr float kDetail = 0.18F;
+constexpr float kDetail = 0.10F;
 constexpr float kTone = 0.05F;
 // Light falls on the stones' worn edges from the upper left.
 constexpr float kEdgeLight = 0.30F;
@@ -252,7 +252,7 @@ CErrorAutoThrow MakeAntiqueMosaic(CStatusControl* status, const CRowIteratorBand
     const CWanderField field(random, std::max(cell / 3, 1.5), size.cx);
     const double half = std::min(grid.grout_width / 2, cell / 4);
     const auto f = [](double value) { return static_cast<float>(value); };
-    const SLook look{f(half), f(grid.grout_diffusion * half * 0.9),
+    const SLook look{f(half), f(grid.grout_diffusion * std::min(half * 0.9, cell * 0.14)),
                      f(std::min(cell * 0.3, 1 + 2 * half)), f(1 / std::max(cell * 0.14, 1.2)),
                      SMortar(destination.GetPixelFormat())};
     if (status) status->SetNumberOfSteps(2);

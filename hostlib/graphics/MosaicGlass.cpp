@@ -177,15 +177,17 @@ CErrorAutoThrow MakeGlassMosaic(CStatusControl* status, const CRowIteratorBands&
     const double smaller = std::min(across.half, down.half);
     const CWanderField field(random, std::max(smaller * 2 / 3, 1.5), width);
     const double half = std::min(grid.grout_width / 2, smaller / 2);
+    // Bent glass shades its rim a little of itself.
+    const double rim = 1 - (1 - glass.rim) * (1 - 0.5 * glass.curvature);
     const auto f = [](double value) { return static_cast<float>(value); };
     const SLook look{across.half,
                      down.half,
                      f(half),
-                     f(grid.grout_diffusion * half * 0.9),
-                     f(std::min(smaller * (0.35 + 0.3 * glass.rim), half + smaller * 0.5)),
-                     f(glass.curvature * 0.9),
-                     f(std::max(smaller * (0.25 + 0.35 * glass.rim), 1.0)),
-                     f(glass.rim),
+                     f(grid.grout_diffusion * std::min(half * 0.9, smaller * 0.22)),
+                     f(std::min(smaller * (0.35 + 0.3 * rim), half + smaller * 0.5)),
+                     f(glass.curvature * 1.4),
+                     f(std::max(smaller * (0.25 + 0.35 * rim), 1.0)),
+                     f(rim),
                      f(0.35 * glass.curvature),
                      SMortar(destination.GetPixelFormat())};
     return VisitPixelFormat(

@@ -16,6 +16,8 @@ using SCoefficients = CReliefLighting::SCoefficients;
 // The brightest shade a slope can get over the plane's, reached only in the limit: it keeps low
 // light from burning out every slope.
 constexpr float kBrightest = 1.6F;
+// How much of the plane's light a slope loses that no light falls on: some comes from around.
+constexpr float kShadow = 0.8F;
 
 // Shade and gloss of one point. The shade is Lambert's cosine over that of the flat plane, pulled
 // together above 1; the gloss is Blinn's halfway cosine from the plane's to its peak, given a lobe
@@ -28,7 +30,7 @@ inline void LightPoint(float slope_x, float slope_y, const SCoefficients& by, fl
     const float bright = std::max(cosine, 0.0F);
     const float dark = std::min(cosine, 0.0F);
     const float pulled = bright / (1.0F + bright * (1.0F / kBrightest));
-    shade = std::max(by.flat + by.contrast * (pulled + dark), 0.0F);
+    shade = std::max(by.flat + by.contrast * (pulled + kShadow * dark), 0.0F);
 
     const float halfway = (by.half_z - slope_x * by.half_x - slope_y * by.half_y) * normal_z;
     const float t = std::clamp((halfway - by.half_z) * by.gloss_scale, 0.0F, 1.0F);
@@ -76,21 +78,20 @@ CMDTEXTURE_MULTIVERSION void ApplyLights(typename Traits::Sample* row, const flo
     }
 }
 
-// Slopes of a row of heights by Scharr's operator, 3 10 3 across and a difference along: nearly
-// round, so that shading does not depend on a slope's direction to the pixels. The rows begin one
-// pixel left of the first slope.
+// Adds the slopes of a row of heights by Scharr's operator, 3 10 3 across and a difference along:
+// nearly round, so that shading does not depend on a slope's direction to the pixels. The rows
+// begin one pixel left of the first slope.
 template <class Sample>
-CMDTEXTURE_MULTIVERSION void SlopesOfRows(const Sample* above, const Sample* at,
-                                          const Sample* below, float rise, float* slope_x,
-                                          float* slope_y, int pixels) {
+CMDTEXTURE_MULTIVERSION void AddSlopes(const Sample* above, const Sample* at, const Sample* below,
+                                       float rise, float* slope_x, float* slope_y, int pixels) {
     const float scale = rise / 32.0F;
     for (int x = 0; x < pixels; ++x) {
         const int right = 3 * (above[x + 2] + below[x + 2]) + 10 * at[x + 2];
         const int left = 3 * (above[x] + below[x]) + 10 * at[x];
         const int bottom = 3 * (below[x] + below[x + 2]) + 10 * below[x + 1];
         const int top = 3 * (above[x] + above[x + 2]) + 10 * above[x + 1];
-        slope_x[x] = scale * static_cast<float>(right - left);
-        slope_y[x] = scale * static_cast<float>(bottom - top);
+        slope_x[x] += scale * static_cast<float>(right - left);
+        slope_y[x] += scale * static_cast<float>(bottom - top);
     }
 }
 
@@ -145,14 +146,12 @@ void CReliefLighting::ApplyRow(CNPixelFormat format, void* row, const float* sha
 }
 
 CErrorAutoThrow LightByHeights(CStatusControl* status, const CReliefLighting& lighting,
-                               float height, const CRowIteratorBands& heights,
+                               std::initializer_list<SHeights> heights,
                                CRowIteratorBands& destination,
                                const std::function<void(int y)>& paint) {
-    constexpr int kBlock = 16;
-    const CNPixelFormat format = destination.GetPixelFormat();
-    const bool deep = heights.GetPixelFormat().Is16bit();
-    const float rise = height * lighting.HeightScale() / (deep ? 65535.0F : 255.0F);
+    const bool deep = heights.begin()->image.GetPixelFormat().Is16bit();
     const int width = destination.GetWidth();
+    constexpr int kBlock = 16;
     return ForEachRowBlock(status, destination.GetHeight(), kBlock, [&](int first, int last) {
         const auto count = static_cast<std::size_t>(width);
         std::vector<float> rows(4 * count);
@@ -162,13 +161,20 @@ CErrorAutoThrow LightByHeights(CStatusControl* status, const CReliefLighting& li
         float* gloss = shade + count;
         for (int y = first; y < last; ++y) {
             paint(y);
+            std::fill_n(slope_x, 2 * count, 0.0F);
             VisitDepth(deep, [&](auto sample) {
                 using Sample = decltype(sample);
-                SlopesOfRows<Sample>(heights.Row<Sample>(y), heights.Row<Sample>(y + 1),
-                                     heights.Row<Sample>(y + 2), rise, slope_x, slope_y, width);
+                for (const SHeights& layer : heights) {
+                    const float unit =
+                        layer.rise * lighting.HeightScale() / (deep ? 65535.0F : 255.0F);
+                    AddSlopes<Sample>(layer.image.Row<Sample>(y), layer.image.Row<Sample>(y + 1),
+                                      layer.image.Row<Sample>(y + 2), unit, slope_x, slope_y,
+                                      width);
+                }
             });
             lighting.LightRow(slope_x, slope_y, shade, gloss, width);
-            lighting.ApplyRow(format, destination.Row<std::uint8_t>(y), shade, gloss, width);
+            lighting.ApplyRow(destination.GetPixelFormat(), destination.Row<std::uint8_t>(y), shade,
+                              gloss, width);
         }
     });
 }
