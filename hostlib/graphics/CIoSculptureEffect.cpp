@@ -58,7 +58,8 @@ CRowIteratorBands Material(CStatusControl* status, const CRowIteratorBands& patt
     const CRect seen{left, top, left + std::min(size.cx, place.Width()),
                      top + std::min(size.cy, place.Height())};
     CRowIteratorBands resampled;
-    ResamplePart(status, from, resampled, size, seen, true, false).ThrowIfFailed();
+    CStatusControl step(status);
+    ResamplePart(&step, from, resampled, size, seen, true, false).ThrowIfFailed();
 
     CRowIteratorBands material;
     material.Create(seen.Width(), seen.Height(), result.GetPixelFormat(), {place.left, place.top})

@@ -75,9 +75,11 @@ class CTileLight {
         constexpr float kShare = 1.0F / (kPoints * kPoints);
         for (int part = 0; part < kPoints; ++part) {
             std::vector<float> cover(points);
-            const double at_y = top_ + y + (part + 0.5) / kPoints;
+            // Within the first period, so that every repeat is the same to the bit.
+            const double at_y = (top_ + y) % grid_.PeriodY() + (part + 0.5) / kPoints;
             for (std::size_t i = 0; i < points; ++i) {
-                const double at_x = left_ + (static_cast<double>(i) + 0.5) / kPoints;
+                const int column = (left_ + static_cast<int>(i / kPoints)) % grid_.PeriodX();
+                const double at_x = column + (static_cast<double>(i % kPoints) + 0.5) / kPoints;
                 const STilePlace place = grid_.PlaceOf(at_x, at_y);
                 const double slope = bevel_.SlopeAt(place.inside);
                 slope_x[i] = static_cast<float>(slope * place.grow_x);

@@ -193,9 +193,9 @@ inline void PaintPixel(typename Traits::Sample* pixel, float x, float y, float w
         const float in_corner = std::max(look.radius - inside, 0.0F);
         corner += in_corner * in_corner;
     }
-    const float inside = look.radius - std::sqrt(corner) - look.half_grout - look.wander * wander;
-    const float cover = std::clamp(inside + 0.5F, 0.0F, 1.0F);
-    const float worn = std::clamp(1.0F - inside * look.worn, 0.0F, 1.0F);
+    const float grout = look.half_grout + look.wander * wander;
+    const float cover = std::clamp(look.radius - std::sqrt(corner) - grout + 0.5F, 0.0F, 1.0F);
+    const float worn = std::clamp(1.0F - (nearest - grout) * look.worn, 0.0F, 1.0F);
     const float shade = stone.tone * (1.0F + light * worn * worn);
     constexpr float kMaximum = static_cast<float>(Traits::kMaximum);
     for (int c = 0; c < Traits::kColourChannels; ++c) {
@@ -228,7 +228,7 @@ void PaintRows(const CRowIteratorBands& source, CRowIteratorBands& destination,
     int from = 0;
     for (int y = first; y < last; ++y) {
         CopyShownRow(source, y, destination, y);
-        field.Row(y, wander.data());
+        field.Row(0, y, wander.data(), destination.GetWidth());
         while (stones.Reach(from).last <= y) ++from;
         for (int row = from; row < stones.Rows() && stones.Reach(row).first <= y; ++row) {
             for (int column = 0; column < stones.Columns(); ++column) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <vector>
 
 #include "host/core/Multiversion.h"
 #include "hostlib/graphics/ParallelRows.h"
@@ -95,6 +94,30 @@ CMDTEXTURE_MULTIVERSION void AddSlopes(const Sample* above, const Sample* at, co
     }
 }
 
+// Pixels of a row that are lit together, small enough to stay in the nearest cache.
+constexpr int kPart = 512;
+
+// Lights `pixels` of the destination's row y, from column x.
+void LightPart(const CReliefLighting& lighting, std::initializer_list<SHeights> heights,
+               CRowIteratorBands& destination, int x, int y, int pixels) {
+    float slope_x[kPart] = {}, slope_y[kPart] = {}, shade[kPart], gloss[kPart];
+    VisitDepth(heights.begin()->image.GetPixelFormat().Is16bit(), [&](auto sample) {
+        using Sample = decltype(sample);
+        constexpr float kWhite = sizeof(Sample) == 2 ? 65535.0F : 255.0F;
+        for (const SHeights& layer : heights) {
+            const auto row = [&](int dy) { return layer.image.Row<Sample>(y + dy) + x; };
+            AddSlopes<Sample>(row(0), row(1), row(2), layer.rise * lighting.HeightScale() / kWhite,
+                              slope_x, slope_y, pixels);
+        }
+    });
+    lighting.LightRow(slope_x, slope_y, shade, gloss, pixels);
+    const CNPixelFormat format = destination.GetPixelFormat();
+    lighting.ApplyRow(
+        format,
+        destination.Row<std::uint8_t>(y) + std::size_t(x) * std::size_t(format.PixelBytes()), shade,
+        gloss, pixels);
+}
+
 }  // namespace
 
 CReliefLighting::CReliefLighting(const SReliefSettings& settings) {
@@ -149,32 +172,14 @@ CErrorAutoThrow LightByHeights(CStatusControl* status, const CReliefLighting& li
                                std::initializer_list<SHeights> heights,
                                CRowIteratorBands& destination,
                                const std::function<void(int y)>& paint) {
-    const bool deep = heights.begin()->image.GetPixelFormat().Is16bit();
-    const int width = destination.GetWidth();
     constexpr int kBlock = 16;
+    const int width = destination.GetWidth();
     return ForEachRowBlock(status, destination.GetHeight(), kBlock, [&](int first, int last) {
-        const auto count = static_cast<std::size_t>(width);
-        std::vector<float> rows(4 * count);
-        float* slope_x = rows.data();
-        float* slope_y = slope_x + count;
-        float* shade = slope_y + count;
-        float* gloss = shade + count;
         for (int y = first; y < last; ++y) {
             paint(y);
-            std::fill_n(slope_x, 2 * count, 0.0F);
-            VisitDepth(deep, [&](auto sample) {
-                using Sample = decltype(sample);
-                for (const SHeights& layer : heights) {
-                    const float unit =
-                        layer.rise * lighting.HeightScale() / (deep ? 65535.0F : 255.0F);
-                    AddSlopes<Sample>(layer.image.Row<Sample>(y), layer.image.Row<Sample>(y + 1),
-                                      layer.image.Row<Sample>(y + 2), unit, slope_x, slope_y,
-                                      width);
-                }
-            });
-            lighting.LightRow(slope_x, slope_y, shade, gloss, width);
-            lighting.ApplyRow(destination.GetPixelFormat(), destination.Row<std::uint8_t>(y), shade,
-                              gloss, width);
+            for (int x = 0; x < width; x += kPart) {
+                LightPart(lighting, heights, destination, x, y, std::min(kPart, width - x));
+            }
         }
     });
 }
