@@ -6,10 +6,10 @@
 
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
+#include "app/cli/Document.h"
 #include "app/cli/EffectRun.h"
 #include "app/cli/Library.h"
 #include "app/cli/Options.h"
-#include "app/cli/Pictures.h"
 #include "hostlib/job/ParameterValues.h"
 
 namespace {
@@ -19,9 +19,8 @@ using nlohmann::ordered_json;
 struct SApplyOptions {
     SSessionOptions session;
     SParameterOptions parameters;
-    SInputOptions input;
-    std::vector<std::string> resources;
-    std::string effect, output, mask, canvas, at;
+    SDocumentOptions document;
+    std::string effect, output;
     bool overwrite = false, quiet = false, progress = false, json = false;
 };
 
@@ -52,7 +51,7 @@ void CheckParameters(const CSession& session, const CFileResourceLibrary& librar
 void PrintResult(const SApplyOptions& options, const ordered_json& values,
                  const CCmdEffect& command, const CRowIteratorBands& image, ordered_json seconds) {
     const ordered_json result = {{"effect", ToUtf8(command.GetResourceData()->GetComponentName())},
-                                 {"input", options.input.file},
+                                 {"input", options.document.input.file},
                                  {"output", options.output},
                                  {"width", image.GetWidth()},
                                  {"height", image.GetHeight()},
@@ -66,29 +65,20 @@ void PrintResult(const SApplyOptions& options, const ordered_json& values,
 
 void Apply(const SApplyOptions& options) {
     const CSession session(options.session);
-    const TRef<CFileResourceLibrary> library = OpenLibrary(options.resources);
+    const TRef<CFileResourceLibrary> library = OpenLibrary(options.document.resources);
     CheckParameters(session, *library, options);
-    const CPoint place = options.at.empty() ? CPoint{} : ParsePlace(options.at, "--at");
-    CSize canvas = options.canvas.empty() ? CSize{} : ParseSize(options.canvas, "--canvas");
-    const imagefile::SOutputRules rules{options.overwrite, options.input.file};
+    CheckDocumentOptions(options.document);
+    const imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
     CheckPictureOutput(options.output, rules, {});
 
     CProgress progress(CProgress::StyleFor(options.quiet, options.progress));
     CStopwatch watch;
     ordered_json seconds;
     progress.BeginPart("reading", 0.15);
-    imagefile::SImageFile input = ReadPicture(options.input, progress);
+    imagefile::SImageFile input = ReadPicture(options.document.input, progress);
     const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
     CheckPictureOutput(options.output, rules, size);
-    if (options.canvas.empty()) canvas = size;
-
-    const TRef<CDocument> document(new CDocument(canvas));
-    if (!options.mask.empty()) {
-        document->SetSelection(ReadMask(options.mask, size, options.input, progress));
-    }
-    input.pixels.SetOrigin(place);
-    document->SetActiveImage(input.pixels);
-    input.pixels.Destroy();
+    const TRef<CDocument> document = OpenDocument(options.document, input, progress);
     seconds["load"] = watch.Lap();
 
     progress.BeginPart(options.effect, 0.7);
@@ -113,35 +103,18 @@ void AddApplyCommand(CLI::App& program) {
     auto* command = program.add_subcommand("apply", "Apply an effect to an image file");
     auto options = std::make_shared<SApplyOptions>();
     command->add_option("EFFECT", options->effect, "Name of the effect")->required();
-    command->add_option("IN", options->input.file, "Image to read: PNG, JPEG, TIFF or WebP")
-        ->required();
+    AddDocumentOptions(*command, options->document);
     command
         ->add_option("-o,--output", options->output,
                      "Image to write, of the kind that its extension tells")
         ->type_name("OUT")
         ->required();
     AddParameterOptions(*command, options->parameters);
-    command
-        ->add_option("--mask", options->mask,
-                     "Limit the effect to a selection: an image of the same size, white is full "
-                     "effect")
-        ->type_name("FILE");
-    command->add_option("--canvas", options->canvas, "Size of the document; default: the image's")
-        ->type_name("WxH");
-    command->add_option("--at", options->at, "Place of the image on the document; default: 0,0")
-        ->type_name("X,Y");
     command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
-    command->add_flag("--lenient", options->input.lenient,
-                      "Take what can be had of a damaged input");
-    command
-        ->add_option("--max-pixels", options->input.max_pixels,
-                     "Refuse larger inputs before decoding them")
-        ->capture_default_str();
     auto* quiet = command->add_flag("--quiet", options->quiet, "Show no progress");
     command->add_flag("--progress", options->progress, "Show progress, on a terminal or not")
         ->excludes(quiet);
     command->add_flag("--json", options->json, "Print what was done as a JSON object");
-    AddLibraryOption(*command, options->resources);
     AddSessionOptions(*command, options->session);
     command->callback([options] { Apply(*options); });
 }

@@ -5,34 +5,21 @@
 #include "app/cli/CDesktopLibrary.h"
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
+#include "app/cli/Document.h"
 #include "app/cli/EffectRun.h"
 #include "app/cli/Interruption.h"
+#include "app/cli/Library.h"
 #include "app/cli/Options.h"
-#include "app/cli/Pictures.h"
 
 namespace {
 
 struct SEditOptions {
     SSessionOptions session;
     SParameterOptions parameters;
-    SInputOptions input;
-    std::string effect, output, mask, canvas, at;
+    SDocumentOptions document;
+    std::string effect, output;
     bool overwrite = false;
 };
-
-TRef<CDocument> OpenDocument(const SEditOptions& options, imagefile::SImageFile& input,
-                             CProgress& progress) {
-    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
-    const TRef<CDocument> document(
-        new CDocument(options.canvas.empty() ? size : ParseSize(options.canvas, "--canvas")));
-    if (!options.mask.empty()) {
-        document->SetSelection(ReadMask(options.mask, size, options.input, progress));
-    }
-    if (!options.at.empty()) input.pixels.SetOrigin(ParsePlace(options.at, "--at"));
-    document->SetActiveImage(input.pixels);
-    input.pixels.Destroy();
-    return document;
-}
 
 // Shows the command's dialog; false when the user cancelled it.
 bool Edit(CCmdEffect& command, CExecutionContext& context) {
@@ -47,7 +34,7 @@ bool Edit(CCmdEffect& command, CExecutionContext& context) {
 }
 
 std::string SuggestedOutput(const SEditOptions& options) {
-    const std::filesystem::path input(options.input.file);
+    const std::filesystem::path input(options.document.input.file);
     return input.parent_path() / (input.stem().string() + "-" + options.effect + ".png");
 }
 
@@ -71,20 +58,23 @@ std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, 
 void Edit(const SEditOptions& options) {
     const CSession session(options.session);
     TRef<CCmdEffect> command = session.Effect(options.effect);
-    imagefile::SOutputRules rules{options.overwrite, options.input.file};
+    const TRef<CFileResourceLibrary> library = OpenLibrary(options.document.resources);
+    CheckDocumentOptions(options.document);
+    imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, {});
-    CDesktopLibrary desktop(session.Installation(), {options.input.file, options.output,
+    CDesktopLibrary desktop(session.Installation(), {options.document.input.file, options.output,
                                                      session.Language(), &interruption::Requested});
 
     CProgress progress(CProgress::StyleFor(false, false));
     progress.BeginPart("reading", 0.15);
-    imagefile::SImageFile input = ReadPicture(options.input, progress);
+    imagefile::SImageFile input = ReadPicture(options.document.input, progress);
     const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, size);
-    const TRef<CDocument> document = OpenDocument(options, input, progress);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, {}, &progress));
+    const TRef<CDocument> document = OpenDocument(options.document, input, progress);
+    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
     PrepareCommand(*command, context.Get());
     SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+    CheckResourceNames(*command->BoundRepository(), *library);
 
     std::string output;
     while (output.empty()) {
@@ -110,22 +100,12 @@ void AddEditCommand(CLI::App& program) {
         "writes nothing and is no error");
     auto options = std::make_shared<SEditOptions>();
     command->add_option("EFFECT", options->effect, "Name of the effect")->required();
-    command->add_option("IN", options->input.file, "Image to read: PNG, JPEG, TIFF or WebP")
-        ->required();
+    AddDocumentOptions(*command, options->document);
     command
         ->add_option("-o,--output", options->output,
                      "Image to write; default: the window asks for it")
         ->type_name("OUT");
     AddParameterOptions(*command, options->parameters);
-    command
-        ->add_option("--mask", options->mask,
-                     "Limit the effect to a selection: an image of the same size, white is full "
-                     "effect")
-        ->type_name("FILE");
-    command->add_option("--canvas", options->canvas, "Size of the document; default: the image's")
-        ->type_name("WxH");
-    command->add_option("--at", options->at, "Place of the image on the document; default: 0,0")
-        ->type_name("X,Y");
     command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
     AddSessionOptions(*command, options->session);
     command->callback([options] { Edit(*options); });
