@@ -11,14 +11,20 @@ namespace {
 template <class Sample>
 using TProduct = std::conditional_t<sizeof(Sample) == 1, std::uint16_t, std::uint32_t>;
 
-ENGINE_INLINE Lane Distance(Lane a, Lane b) { return ToLane(a > b ? a - b : b - a); }
+// The difference of two samples, by signed numbers that hold it at either depth.
+template <class Sample>
+ENGINE_INLINE TProduct<Sample> Distance(Lane a, Lane b) {
+    using Signed = std::make_signed_t<TProduct<Sample>>;
+    const auto difference = static_cast<Signed>(a - b);
+    return static_cast<TProduct<Sample>>(difference < 0 ? -difference : difference);
+}
 
 // The weight of the contour, 0 to 255, of a sample between its neighbours.
 template <class Sample>
 ENGINE_INLINE Lane ContourWeight(Lane sample, Lane below, Lane right, Lane intensity) {
     using Product = TProduct<Sample>;
     const auto difference =
-        static_cast<Product>(Product{Distance(sample, right)} + Distance(sample, below));
+        static_cast<Product>(Distance<Sample>(sample, right) + Distance<Sample>(sample, below));
     const auto edge = static_cast<Product>(difference * intensity);
     constexpr Product most = sizeof(Sample) == 2 ? 65535 : 255;
     const Product clamped = edge < most ? edge : most;
@@ -48,6 +54,7 @@ CMDTEXTURE_MULTIVERSION void ContourRow(const typename Traits::Sample* row,
     using Sample = typename Traits::Sample;
     constexpr int n = Traits::kChannels;
     TPlanes<n> here, under;
+    alignas(64) Lane weight[kBlockPixels];
     for (int done = 0; done < pixels; done += kBlockPixels) {
         const int count = std::min(kBlockPixels, pixels - done);
         Split<Traits>(row + done * n, count + 1, here);
@@ -56,12 +63,14 @@ CMDTEXTURE_MULTIVERSION void ContourRow(const typename Traits::Sample* row,
             const Lane* sample = here.channel[c];
             Lane* out = under.channel[c];
             for (int x = 0; x < count; ++x) {
-                const Lane weight =
+                weight[x] =
                     ContourWeight<Sample>(sample[x], out[x], sample[x + 1], ToLane(intensity));
+            }
+            for (int x = 0; x < count; ++x) {
                 if constexpr (Traits::kColourChannels == 3) {
-                    out[x] = BlendColour<Sample>(sample[x], ToLane(contour[c]), weight);
+                    out[x] = BlendColour<Sample>(sample[x], ToLane(contour[c]), weight[x]);
                 } else {
-                    out[x] = BlendGrey<Sample>(sample[x], contour[c], weight);
+                    out[x] = BlendGrey<Sample>(sample[x], contour[c], weight[x]);
                 }
             }
         }
