@@ -311,10 +311,9 @@ void CImageWriter::SaveByVips() {
         failed = vips_jpegsave_target(image.get(), target.get(), "Q", kJpegQuality,
                                       "subsample_mode", VIPS_FOREIGN_SUBSAMPLE_OFF, nullptr);
     } else {
-        failed = vips_tiffsave_target(image.get(), target.get(), "compression",
-                                      VIPS_FOREIGN_TIFF_COMPRESSION_DEFLATE, "predictor",
-                                      VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL, "bigtiff",
-                                      NeedsBigTiff(), nullptr);
+        failed = vips_tiffsave_target(image.get(), target.get(), "compression", kTiffCompression,
+                                      "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL,
+                                      "bigtiff", NeedsBigTiff(), nullptr);
     }
     // Encoders are known to overlook a write that failed.
     const std::string reason = TakeVipsError();

@@ -1,4 +1,6 @@
+#include <atomic>
 #include <cmath>
+#include <thread>
 
 #include "Files.h"
 
@@ -106,6 +108,32 @@ TEST(RoundTrip, OrientationIsApplied) {
                 << name << " " << orientation;
         }
     }
+}
+
+// What one thread meets never shows in another's result.
+TEST(RoundTrip, ThreadsWorkSideBySide) {
+    const Folder folder;
+    files::Write(folder / "cut.png", Noise(ENPixelFormat::Colour8, 90, 80, 1));
+    files::SetContent(folder / "cut.png", files::Content(folder / "cut.png").substr(0, 9000));
+    std::atomic<int> good = 0, refused = 0;
+    std::vector<std::thread> threads;
+    for (unsigned t = 0; t < 6; ++t) {
+        threads.emplace_back([&, t] {
+            const CRowIteratorBands picture = Noise(kAllFormats[t], 90, 80, t);
+            for (int i = 0; i < 10; ++i) {
+                if (t % 2 == 0) {
+                    refused += files::ReadFault(folder / "cut.png").starts_with("unreadable: ");
+                    continue;
+                }
+                const auto file = folder / (std::to_string(t) + (i % 2 ? ".png" : ".tif"));
+                files::Write(file, picture, {true, {}});
+                good += Difference(picture, ReadImage(file).pixels).empty();
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(good, 30);
+    EXPECT_EQ(refused, 30);
 }
 
 // Asks to stop as soon as the work has come so far.
