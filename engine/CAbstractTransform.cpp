@@ -41,7 +41,9 @@ void CAbstractTransform::ComputeBorders() {
 }
 
 CErrorAutoThrow CAbstractTransform::Run() {
-    if (!source || !destination || !status) return TolmErrorCode::UnusableInput;
+    if (!source || !source->IsAttached() || !destination || !status) {
+        return TolmErrorCode::UnusableInput;
+    }
     CErrorAutoThrow prepared = PrepareImages();
     if (prepared.Failed()) return prepared;
     pixelFormat = source->GetPixelFormat();

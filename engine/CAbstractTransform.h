@@ -42,7 +42,7 @@ class CAbstractTransform {
         destination = image_destination;
     }
     void SetStatus(CStatusControl* control) { status = control; }
-    // Prepares and processes. Error 101 when an image or the status control is missing; a layout
+    // Prepares and processes. Error 101 without a source, destination or status control; a layout
     // that the engine does not know is left alone and succeeds.
     CErrorAutoThrow Run();
     // Turns the border parameters, in thousandths of the image's sides, into the work rectangle.

@@ -1,26 +1,42 @@
 #include "engine/CContour1.h"
 
-#include <cstdlib>
+#include <type_traits>
 
 #include "engine/Planes.h"
 #include "host/core/Multiversion.h"
 
 namespace {
 
+// Holds a sample times 255: lanes as narrow as the depth allows.
+template <class Sample>
+using TProduct = std::conditional_t<sizeof(Sample) == 1, std::uint16_t, std::uint32_t>;
+
+ENGINE_INLINE Lane Distance(Lane a, Lane b) { return ToLane(a > b ? a - b : b - a); }
+
 // The weight of the contour, 0 to 255, of a sample between its neighbours.
 template <class Sample>
-ENGINE_INLINE int ContourWeight(int sample, int below, int right, int intensity) {
-    const int edge = (std::abs(sample - right) + std::abs(sample - below)) * intensity;
-    return sizeof(Sample) == 2 ? pixel::Clamp(edge, 0, 65535) >> 8 : pixel::Clamp(edge, 0, 255);
+ENGINE_INLINE Lane ContourWeight(Lane sample, Lane below, Lane right, Lane intensity) {
+    using Product = TProduct<Sample>;
+    const auto difference =
+        static_cast<Product>(Product{Distance(sample, right)} + Distance(sample, below));
+    const auto edge = static_cast<Product>(difference * intensity);
+    constexpr Product most = sizeof(Sample) == 2 ? 65535 : 255;
+    const Product clamped = edge < most ? edge : most;
+    return static_cast<Lane>(sizeof(Sample) == 2 ? clamped >> 8 : clamped);
 }
 
-ENGINE_INLINE int BlendColour(int sample, int contour, int weight) {
-    return (weight * contour + (255 - weight) * sample) >> 8;
+template <class Sample>
+ENGINE_INLINE Lane BlendColour(Lane sample, Lane contour, Lane weight) {
+    using Product = TProduct<Sample>;
+    const auto kept = static_cast<Product>(Product{ToLane(255 - weight)} * sample);
+    const auto taken = static_cast<Product>(Product{weight} * contour);
+    return static_cast<Lane>(static_cast<Product>(taken + kept) >> 8);
 }
 
 // A grey sample takes the mean of the contour's channels, whose sum is given.
-ENGINE_INLINE int BlendGrey(int sample, int contour_sum, int weight) {
-    return (contour_sum * weight / 3 + (255 - weight) * sample) >> 8;
+template <class Sample>
+ENGINE_INLINE Lane BlendGrey(Lane sample, int contour_sum, Lane weight) {
+    return ToLane((contour_sum * weight / 3 + (255 - weight) * sample) >> 8);
 }
 
 // `contour`: the contour's samples in memory order, or for grey layouts the sum of them.
@@ -40,11 +56,13 @@ CMDTEXTURE_MULTIVERSION void ContourRow(const typename Traits::Sample* row,
             const Lane* sample = here.channel[c];
             Lane* out = under.channel[c];
             for (int x = 0; x < count; ++x) {
-                const int weight =
-                    ContourWeight<Sample>(sample[x], out[x], sample[x + 1], intensity);
-                out[x] =
-                    ToLane(Traits::kColourChannels == 3 ? BlendColour(sample[x], contour[c], weight)
-                                                        : BlendGrey(sample[x], contour[c], weight));
+                const Lane weight =
+                    ContourWeight<Sample>(sample[x], out[x], sample[x + 1], ToLane(intensity));
+                if constexpr (Traits::kColourChannels == 3) {
+                    out[x] = BlendColour<Sample>(sample[x], ToLane(contour[c]), weight);
+                } else {
+                    out[x] = BlendGrey<Sample>(sample[x], contour[c], weight);
+                }
             }
         }
         // Colour images take their alpha from the row below, where it already lies.
@@ -72,23 +90,26 @@ void CContour1::ReadParameters() {
 }
 
 void CContour1::ComputeGrey() {
-    const int weight = AtDepth<1>([this](auto traits) {
-        return ContourWeight<typename decltype(traits)::Sample>(grey[0], grey[1], grey[3],
-                                                                intensity);
+    outGrey = AtDepth<1>([this](auto traits) {
+        using Sample = typename decltype(traits)::Sample;
+        const Lane weight = ContourWeight<Sample>(ToLane(grey[0]), ToLane(grey[1]), ToLane(grey[3]),
+                                                  ToLane(intensity));
+        return BlendGrey<Sample>(ToLane(grey[0]), contourRed + contourGreen + contourBlue, weight);
     });
-    outGrey = BlendGrey(grey[0], contourRed + contourGreen + contourBlue, weight);
 }
 
 void CContour1::ComputeRGB() {
-    const auto blend = [this](const std::int32_t* k, int contour) {
-        return AtDepth<3>([&](auto traits) {
-            using Sample = typename decltype(traits)::Sample;
-            return BlendColour(k[0], contour, ContourWeight<Sample>(k[0], k[1], k[3], intensity));
-        });
-    };
-    outRed = blend(red, contourRed);
-    outGreen = blend(green, contourGreen);
-    outBlue = blend(blue, contourBlue);
+    AtDepth<3>([this](auto traits) {
+        using Sample = typename decltype(traits)::Sample;
+        const auto blend = [this](const std::int32_t* k, int contour) {
+            const Lane weight =
+                ContourWeight<Sample>(ToLane(k[0]), ToLane(k[1]), ToLane(k[3]), ToLane(intensity));
+            return BlendColour<Sample>(ToLane(k[0]), ToLane(contour), weight);
+        };
+        outRed = blend(red, contourRed);
+        outGreen = blend(green, contourGreen);
+        outBlue = blend(blue, contourBlue);
+    });
 }
 
 bool CContour1::ComputeRow(const std::uint8_t* row, const std::uint8_t* below, std::uint8_t* to,

@@ -59,16 +59,22 @@ ENGINE_INLINE int Brightness(const Lane (&channel)[kChannels][TPlanes<kChannels>
     }
 }
 
-// How far each pixel of a block is pushed, in 1/256 pixel.
-struct SPush {
-    alignas(64) int right[kBlockPixels];
-    alignas(64) int down[kBlockPixels];
+// A block of pixels on its way: the positions they are taken from, in 1/256 pixel, the colour
+// channels of the four source pixels there, one byte a channel, and the shares of the right and
+// lower ones.
+struct SMixture {
+    alignas(64) int position_x[kBlockPixels];
+    alignas(64) int position_y[kBlockPixels];
+    alignas(64) std::uint32_t corner[4][kBlockPixels];
+    alignas(64) int share_right[kBlockPixels];
+    alignas(64) int share_down[kBlockPixels];
 };
 
+// The positions, and the shares of those that need no folding, for `count` pixels from (x0, y).
 template <class Traits>
-CMDTEXTURE_MULTIVERSION void PushBlock(const typename Traits::Sample* row,
-                                       const typename Traits::Sample* below, int count,
-                                       int intensity, SPush& push) {
+CMDTEXTURE_MULTIVERSION void PlaceBlock(const typename Traits::Sample* row,
+                                        const typename Traits::Sample* below, int x0, int y,
+                                        int count, int intensity, SMixture& mixture) {
     using Sample = typename Traits::Sample;
     constexpr int n = Traits::kChannels;
     TPlanes<n> here, under;
@@ -79,18 +85,14 @@ CMDTEXTURE_MULTIVERSION void PushBlock(const typename Traits::Sample* row,
         sum[x] = static_cast<std::int16_t>(Brightness<Sample>(here.channel, x));
     }
     for (int x = 0; x < count; ++x) {
-        push.right[x] = intensity * (sum[x + 1] - sum[x]);
-        push.down[x] = intensity * (Brightness<Sample>(under.channel, x) - sum[x]);
+        const int px = (x0 + x) * 256 + intensity * (sum[x + 1] - sum[x]);
+        const int py = y * 256 + intensity * (Brightness<Sample>(under.channel, x) - sum[x]);
+        mixture.position_x[x] = px;
+        mixture.position_y[x] = py;
+        mixture.share_right[x] = px & 255;
+        mixture.share_down[x] = py & 255;
     }
 }
-
-// What a block of pixels is mixed from: the colour channels of the four source pixels of each, one
-// byte a channel, and the shares of the right and lower ones.
-struct SMixture {
-    alignas(64) std::uint32_t corner[4][kBlockPixels];
-    alignas(64) int share_right[kBlockPixels];
-    alignas(64) int share_down[kBlockPixels];
-};
 
 template <class Traits>
 ENGINE_INLINE std::uint32_t PackChannels(const typename Traits::Sample* pixel) {
@@ -116,37 +118,38 @@ ENGINE_INLINE std::uint32_t PackInside(const typename Traits::Sample* pixel) {
     }
 }
 
-// Collects the mixture of `count` pixels from column `first` of row y, and for grey images with
+// Collects the source pixels of a block of `count` pixels from column x0, and for grey images with
 // alpha the alpha samples.
 template <class Traits>
-void CollectBlock(const CRowIteratorBands& source, int y, int first, int count, const SPush& push,
-                  SMixture& mixture, TPlanes<Traits::kChannels>& out) {
+void CollectBlock(const CRowIteratorBands& source, int x0, int count, SMixture& mixture,
+                  TPlanes<Traits::kChannels>& out) {
     using Sample = typename Traits::Sample;
     constexpr int n = Traits::kChannels;
     const int width = source.GetWidth(), height = source.GetHeight();
-    // Positions from 1 to below these need no folding, and all four pixels lie inside their rows.
-    const auto inside_x = static_cast<unsigned>(std::max(width - 2, 0)) * 256;
-    const auto inside_y = static_cast<unsigned>(height - 1) * 256;
+    const std::uint8_t* const pixels = source.Row<std::uint8_t>(0);
+    const std::ptrdiff_t stride = source.Stride();
+    const auto pixel_at = [=](int column, int row) {
+        return reinterpret_cast<const Sample*>(pixels + stride * row) + std::ptrdiff_t{column} * n;
+    };
+    // Positions from 1 to below these need no folding, and what follows their pixels is in the row.
+    const int inside_x = std::max(width - 2, 0) * 256;
+    const int inside_y = (height - 1) * 256;
     for (int x = 0; x < count; ++x) {
-        const int px = (first + x) * 256 + push.right[x];
-        const int py = y * 256 + push.down[x];
+        const int px = mixture.position_x[x];
+        const int py = mixture.position_y[x];
         int row = py >> 8;
-        if (px >= 1 && static_cast<unsigned>(px) < inside_x && py >= 1 &&
-            static_cast<unsigned>(py) < inside_y) {
-            const Sample* upper = source.Row<Sample>(row) + std::ptrdiff_t{px >> 8} * n;
-            const Sample* lower = source.Row<Sample>(row + 1) + std::ptrdiff_t{px >> 8} * n;
+        if (px >= 1 && px < inside_x && py >= 1 && py < inside_y) {
+            const Sample* upper = pixel_at(px >> 8, row);
+            const Sample* lower = pixel_at(px >> 8, row + 1);
             mixture.corner[0][x] = PackInside<Traits>(upper);
             mixture.corner[1][x] = PackInside<Traits>(upper + n);
             mixture.corner[2][x] = PackInside<Traits>(lower);
             mixture.corner[3][x] = PackInside<Traits>(lower + n);
-            mixture.share_right[x] = px & 255;
-            mixture.share_down[x] = py & 255;
         } else {
             const SPlace place = PlaceAt<Traits>(px, py, width, height);
             row = place.row;
-            const Sample* upper = source.Row<Sample>(row) + std::ptrdiff_t{place.column} * n;
-            const Sample* lower =
-                source.Row<Sample>(row + place.step_down) + std::ptrdiff_t{place.column} * n;
+            const Sample* upper = pixel_at(place.column, row);
+            const Sample* lower = pixel_at(place.column, row + place.step_down);
             mixture.corner[0][x] = PackChannels<Traits>(upper);
             mixture.corner[1][x] = PackChannels<Traits>(upper + place.step_right * n);
             mixture.corner[2][x] = PackChannels<Traits>(lower);
@@ -154,9 +157,7 @@ void CollectBlock(const CRowIteratorBands& source, int y, int first, int count, 
             mixture.share_right[x] = place.share_right;
             mixture.share_down[x] = place.share_down;
         }
-        if constexpr (n == 2) {
-            out.channel[1][x] = source.Row<Sample>(row)[std::ptrdiff_t{first + x} * n + 1];
-        }
+        if constexpr (n == 2) out.channel[1][x] = pixel_at(x0 + x, row)[1];
     }
 }
 
@@ -189,14 +190,13 @@ void GlassRow(const CRowIteratorBands& source, int y, int first, int end, int in
     constexpr int n = Traits::kChannels;
     const Sample* row = source.Row<Sample>(y);
     const Sample* below = source.Row<Sample>(y + 1);
-    SPush push;
     SMixture mixture;
     TPlanes<n> out;
     for (int start = first; start < end; start += kBlockPixels) {
         const int count = std::min(kBlockPixels, end - start);
         const std::ptrdiff_t at = std::ptrdiff_t{start} * n;
-        PushBlock<Traits>(row + at, below + at, count, intensity, push);
-        CollectBlock<Traits>(source, y, start, count, push, mixture, out);
+        PlaceBlock<Traits>(row + at, below + at, start, y, count, intensity, mixture);
+        CollectBlock<Traits>(source, start, count, mixture, out);
         MixBlock<Traits>(mixture, count, out, to + at);
     }
 }

@@ -21,19 +21,18 @@ ENGINE_INLINE Lane MeanBrightness(Lane b, Lane g, Lane r) {
 // turns over the range, times the gain; 0 to 127 * 20.
 ENGINE_INLINE Lane BandFactor(Lane brightness, Lane periods, Lane gain) {
     const Lane phase = ToLane(ToLane(brightness * periods) >> 5);
-    const Lane turn = ToLane(phase % 255);
-    const Lane wave = ToLane(turn > 127 ? turn - 127 : 127 - turn);
-    return ToLane(wave * gain);
+    const auto turn = static_cast<std::int16_t>(phase % 255 - 127);
+    return ToLane(ToLane(turn < 0 ? -turn : turn) * gain);
 }
 
 // A sample scaled by factor / 1024 and kept at or below 255 or, `only_darker`, its own value.
 template <class Sample>
 ENGINE_INLINE Lane Banded(Lane sample, Lane factor, bool only_darker) {
     const Lane value = ToLane(pixel::ToByte<Sample>(sample));
-    // (value * factor) >> 10 as the upper half of a product of lanes.
-    const Lane scaled =
-        ToLane(static_cast<int>((std::uint32_t{ToLane(value << 6)} * factor) >> 16));
-    const Lane limit = only_darker ? value : Lane{255};
+    // (value * factor) >> 10 as the upper half of a product of lanes; at most 632.
+    const auto scaled =
+        static_cast<std::int16_t>((std::uint32_t{ToLane(value << 6)} * factor) >> 16);
+    const auto limit = static_cast<std::int16_t>(only_darker ? value : 255);
     return ToLane(pixel::FromByte<Sample>(scaled < limit ? scaled : limit));
 }
 
@@ -95,23 +94,17 @@ CMDTEXTURE_MULTIVERSION void SawtoothRow(const typename Traits::Sample* from,
                                          typename Traits::Sample* to, int pixels,
                                          SSawtooth sawtooth) {
     using Sample = typename Traits::Sample;
-    if constexpr (!Traits::kHasAlpha) {
-        for (int i = 0; i < pixels * Traits::kChannels; ++i) {
-            to[i] = static_cast<Sample>(sawtooth.Of<Sample>(from[i]));
-        }
-    } else {
-        constexpr int n = Traits::kChannels;
-        TPlanes<n> planes;
-        for (int done = 0; done < pixels; done += kBlockPixels) {
-            const int count = std::min(kBlockPixels, pixels - done);
-            Split<Traits>(from + done * n, count, planes);
-            for (int c = 0; c < n - 1; ++c) {
-                for (int x = 0; x < count; ++x) {
-                    planes.channel[c][x] = sawtooth.Of<Sample>(planes.channel[c][x]);
-                }
+    constexpr int n = Traits::kChannels;
+    TPlanes<n> planes;
+    for (int done = 0; done < pixels; done += kBlockPixels) {
+        const int count = std::min(kBlockPixels, pixels - done);
+        Split<Traits>(from + done * n, count, planes);
+        for (int c = 0; c < Traits::kColourChannels; ++c) {
+            for (int x = 0; x < count; ++x) {
+                planes.channel[c][x] = sawtooth.Of<Sample>(planes.channel[c][x]);
             }
-            Merge<Traits>(planes, count, to + done * n);
         }
+        Merge<Traits>(planes, count, to + done * n);
     }
 }
 
@@ -200,9 +193,15 @@ void CPeriodic5::ComputeRGB() {
 bool CPeriodic5::ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) {
     return VisitPixelFormat(pixelFormat, false, [&](auto traits) {
         using Sample = typename decltype(traits)::Sample;
-        SawtoothRow<decltype(traits)>(reinterpret_cast<const Sample*>(from),
-                                      reinterpret_cast<Sample*>(to), pixels,
-                                      SSawtooth(slope, step));
+        const auto* samples = reinterpret_cast<const Sample*>(from);
+        auto* results = reinterpret_cast<Sample*>(to);
+        const SSawtooth sawtooth(slope, step);
+        if constexpr (traits.kHasAlpha) {
+            SawtoothRow<decltype(traits)>(samples, results, pixels, sawtooth);
+        } else {  // all samples alike: a row of grey pixels
+            SawtoothRow<TPixelTraits<Sample, 1>>(samples, results, pixels * traits.kChannels,
+                                                 sawtooth);
+        }
         return true;
     });
 }

@@ -1,20 +1,17 @@
-# Sourced by ./run and ./check: installs the packages of packages.txt that are missing.
+# Sourced by ./run and ./check: installs the packages of packages.txt that are missing, and builds.
 
 install_missing_packages() {
-    local missing=() package
-    while read -r package; do
-        case "$package" in ''|'#'*) continue ;; esac
-        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-            missing+=("$package")
-        fi
-    done < packages.txt
-    [ ${#missing[@]} -eq 0 ] && return
-    local as_root=()
+    local wanted missing as_root=()
+    wanted=$(grep -v '^#' packages.txt | sort)
+    missing=$(comm -23 <(echo "$wanted") \
+        <(dpkg-query -W -f '${db:Status-Status} ${Package}\n' $wanted 2>/dev/null |
+            sed -n 's/^installed //p' | sort -u))
+    [ -z "$missing" ] && return
     [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-    echo "Installing ${missing[*]}" >&2
+    echo "Installing" $missing >&2
     "${as_root[@]}" apt-get update -q >&2
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -q --no-install-recommends "${missing[@]}" >&2
+        apt-get install -y -q --no-install-recommends $missing >&2
 }
 
 # build PRESET [TARGET...]: configures once, then builds what changed.

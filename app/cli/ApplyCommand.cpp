@@ -7,6 +7,7 @@
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/EffectRun.h"
+#include "app/cli/Library.h"
 #include "app/cli/Options.h"
 #include "app/cli/Pictures.h"
 #include "hostlib/job/ParameterValues.h"
@@ -19,6 +20,7 @@ struct SApplyOptions {
     SSessionOptions session;
     SParameterOptions parameters;
     SInputOptions input;
+    std::vector<std::string> resources;
     std::string effect, output, mask, canvas, at;
     bool overwrite = false, quiet = false, progress = false, json = false;
 };
@@ -39,10 +41,12 @@ class CStopwatch {
 
 // Names and types of the parameters are checked before anything is read; their ranges may depend
 // on the canvas and are checked again with it.
-void CheckParameters(const CSession& session, const SApplyOptions& options) {
+void CheckParameters(const CSession& session, const CFileResourceLibrary& library,
+                     const SApplyOptions& options) {
     const TRef<CCmdEffect> command = session.Effect(options.effect);
     PrepareCommand(*command, nullptr);
     SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+    CheckResourceNames(*command->BoundRepository(), library);
 }
 
 void PrintResult(const SApplyOptions& options, const ordered_json& values,
@@ -62,7 +66,8 @@ void PrintResult(const SApplyOptions& options, const ordered_json& values,
 
 void Apply(const SApplyOptions& options) {
     const CSession session(options.session);
-    CheckParameters(session, options);
+    const TRef<CFileResourceLibrary> library = OpenLibrary(options.resources);
+    CheckParameters(session, *library, options);
     const CPoint place = options.at.empty() ? CPoint{} : ParsePlace(options.at, "--at");
     CSize canvas = options.canvas.empty() ? CSize{} : ParseSize(options.canvas, "--canvas");
     const imagefile::SOutputRules rules{options.overwrite, options.input.file};
@@ -88,7 +93,7 @@ void Apply(const SApplyOptions& options) {
 
     progress.BeginPart(options.effect, 0.7);
     TRef<CCmdEffect> command = session.Effect(options.effect);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, {}, &progress));
+    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
     PrepareCommand(*command, context.Get());
     SetParameters(*command->BoundRepository(), options.effect, options.parameters);
     WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
@@ -136,6 +141,7 @@ void AddApplyCommand(CLI::App& program) {
     command->add_flag("--progress", options->progress, "Show progress, on a terminal or not")
         ->excludes(quiet);
     command->add_flag("--json", options->json, "Print what was done as a JSON object");
+    AddLibraryOption(*command, options->resources);
     AddSessionOptions(*command, options->session);
     command->callback([options] { Apply(*options); });
 }

@@ -11,3 +11,4 @@ void AddApplyCommand(CLI::App& program);
 void AddEditCommand(CLI::App& program);
 void AddGalleryCommand(CLI::App& program);
 void AddPresetCommand(CLI::App& program);
+void AddResourcesCommand(CLI::App& program);

@@ -6,6 +6,7 @@
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/EffectRun.h"
+#include "app/cli/Library.h"
 #include "app/cli/Options.h"
 #include "app/cli/Pictures.h"
 
@@ -18,6 +19,7 @@ struct SGalleryOptions {
     SSessionOptions session;
     SInputOptions input;
     std::string folder;
+    std::vector<std::string> resources;
     bool overwrite = false, quiet = false;
 };
 
@@ -32,16 +34,17 @@ std::filesystem::path MakeFolder(const std::string& name) {
 }
 
 CRowIteratorBands EffectOn(const CRowIteratorBands& source, CCmdEffect& command,
-                           CProgress& progress) {
+                           const TRef<IResourceLibrary>& library, CProgress& progress) {
     const TRef<CDocument> document(new CDocument({source.GetWidth(), source.GetHeight()}));
     document->SetActiveImage(source);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, {}, &progress));
+    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
     PrepareCommand(command, context.Get());
     return RunEffect(command, *context);
 }
 
 void Gallery(const SGalleryOptions& options) {
     const CSession session(options.session);
+    const TRef<IResourceLibrary> library = OpenLibrary(options.resources);
     CProgress progress(CProgress::StyleFor(options.quiet, false));
     progress.BeginPart("reading", 0.1);
     const imagefile::SImageFile input = ReadPicture(options.input, progress);
@@ -63,7 +66,7 @@ void Gallery(const SGalleryOptions& options) {
             session.Module().CreateCommand(session.Module().Names()[i]);
         progress.BeginPart(session.Module().Names()[i],
                            0.1 + share * (static_cast<double>(i) + 0.7));
-        const CRowIteratorBands result = EffectOn(input.pixels, *command, progress);
+        const CRowIteratorBands result = EffectOn(input.pixels, *command, library, progress);
         progress.BeginPart("writing", 0.1 + share * (static_cast<double>(i) + 1.0));
         WritePicture(files[i], result, input.metadata, rules, progress);
         sheet.Add(ToUtf8(command->GetResourceData()->GetDisplayName()), result);
@@ -87,6 +90,7 @@ void AddGalleryCommand(CLI::App& program) {
         ->required();
     command->add_flag("--overwrite", options->overwrite, "Replace existing files");
     command->add_flag("--quiet", options->quiet, "Show no progress");
+    AddLibraryOption(*command, options->resources);
     AddSessionOptions(*command, options->session);
     command->callback([options] { Gallery(*options); });
 }

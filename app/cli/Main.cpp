@@ -25,6 +25,9 @@ int Report(EExit exit, const std::string& what, const std::string& hint = {}) {
 int Run(CLI::App& program, int count, char** arguments) {
     try {
         program.parse(count, arguments);
+        if (program.get_subcommands().empty()) {
+            return Report(EExit::Usage, "a subcommand is missing", "see \"cmdtexture --help\"");
+        }
         std::cout.flush();
         if (!std::cout) return Report(EExit::Output, "standard output cannot be written");
         return static_cast<int>(EExit::Done);
@@ -50,12 +53,12 @@ int main(int count, char** arguments) {
     CLI::App program("Texture effects for images.", "cmdtexture");
     program.footer(kExitStatuses);
     program.set_version_flag("--version", "cmdtexture " CMDTEXTURE_VERSION);
-    program.require_subcommand(1);
     AddListCommand(program);
     AddDescribeCommand(program);
     AddApplyCommand(program);
     AddEditCommand(program);
     AddGalleryCommand(program);
     AddPresetCommand(program);
+    AddResourcesCommand(program);
     return Run(program, count, arguments);
 }

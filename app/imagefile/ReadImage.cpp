@@ -285,7 +285,7 @@ void CImageReader::DecodeRows(VipsImage* opened) {
             store(VIPS_REGION_ADDR(region.get(), 0, y), y);
         }
     }
-    progress_.SetProgress(height);
+    if (progress_.SetProgress(height)) Fail(ENFault::Cancelled, "cancelled");
 }
 
 }  // namespace

@@ -15,8 +15,12 @@ namespace imagefile {
 
 namespace {
 
-// Above this, PNG files of photos get hardly smaller for several times the time.
-constexpr int kPngCompression = 3;
+// Measured on photos: the next level takes twice the time for 3 per cent, the usual 6 takes ten
+// times for 10 per cent.
+constexpr int kPngCompression = 2;
+constexpr VipsForeignPngFilter kPngFilter = VIPS_FOREIGN_PNG_FILTER_AVG;
+// Deflate makes files 10 per cent smaller in ten times the time.
+constexpr VipsForeignTiffCompression kTiffCompression = VIPS_FOREIGN_TIFF_COMPRESSION_LZW;
 constexpr int kJpegQuality = 95;
 constexpr int kPercent = 100;
 
@@ -137,9 +141,9 @@ class CImageWriter {
         return stops_;
     }
 
-    // Offsets in a classic TIFF file have 32 bits; noise may grow a little when it is compressed.
+    // Offsets in a classic TIFF file have 32 bits; LZW makes noise up to half as long again.
     gboolean NeedsBigTiff() const {
-        constexpr double kMaxBytes = 3.9e9;
+        constexpr double kMaxBytes = 2.8e9;
         const double pixels = static_cast<double>(pixels_.GetWidth()) * pixels_.GetHeight();
         return pixels * rows_.Format().PixelBytes() > kMaxBytes;
     }
@@ -196,9 +200,13 @@ void CImageWriter::SaveWebp() {
     SWebpExtras extras;
     if (metadata_) {
         VipsImage* header = metadata_->header.get();
-        CExif exif = CExif::FromBytes(Blob(header, VIPS_META_EXIF_NAME)).value_or(CExif());
-        exif.Describe(pixels_.GetWidth(), pixels_.GetHeight(), header->Xres, header->Yres);
-        exif_bytes = exif.Bytes();
+        // WebP has no place for the resolution but here; 1 pixel per millimetre stands for none.
+        auto exif = CExif::FromBytes(Blob(header, VIPS_META_EXIF_NAME));
+        if (!exif && (header->Xres != 1.0 || header->Yres != 1.0)) exif.emplace();
+        if (exif) {
+            exif->Describe(pixels_.GetWidth(), pixels_.GetHeight(), header->Xres, header->Yres);
+            exif_bytes = exif->Bytes();
+        }
         extras = {Blob(header, VIPS_META_ICC_NAME), exif_bytes, Blob(header, VIPS_META_XMP_NAME)};
     }
     const int channels = rows_.Format().Channels();
@@ -298,7 +306,7 @@ void CImageWriter::SaveByVips() {
     int failed = 0;
     if (kind_.kind == ENKind::Png) {
         failed = vips_pngsave_target(image.get(), target.get(), "compression", kPngCompression,
-                                     "filter", VIPS_FOREIGN_PNG_FILTER_SUB, nullptr);
+                                     "filter", kPngFilter, nullptr);
     } else if (kind_.kind == ENKind::Jpeg) {
         failed = vips_jpegsave_target(image.get(), target.get(), "Q", kJpegQuality,
                                       "subsample_mode", VIPS_FOREIGN_SUBSAMPLE_OFF, nullptr);

@@ -111,7 +111,8 @@ class HOST_API CCmdEffect : public VCommandWithPreview {
                             ICommandExecutionContext* context) override;
 
     // Turns the source into the destination: the one operation that makes an effect. The mask may
-    // be null, the status is not. Called by the base only; nothing outside the destination is written.
+    // be null, the status is not. Called by the base only; nothing outside the destination is
+    // written.
     virtual CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
                                         CRowIteratorBands& destination, const CRowIterator* mask,
                                         const SHostArguments& arguments,

@@ -36,6 +36,10 @@ struct IResourceLibrary : IUnknown {
     // What there is of a kind now, in the order in which it is shown. A library that cannot be
     // browsed has nothing to show.
     virtual std::vector<SResourceEntry> Entries(int /*type*/) { return {}; }
+    // A small version to choose by, at most 128 pixels a side where the library can tell.
+    virtual CErrorAutoThrow LoadThumbnail(int type, const CString& name, CRowIteratorBands& image) {
+        return LoadImage(type, name, image);
+    }
 };
 
 // What a command runs in: the document, the resources, and who hears of progress. Any of them may

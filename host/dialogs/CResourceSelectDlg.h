@@ -48,8 +48,8 @@ class HOST_API CResourceSelectDlg : public CWnd {
     void SetCurView(int view);
     int GetCurView() const;
 
-    // The shown entry: its name, empty for none, and its image, error 104 for none, 105 when it
-    // cannot be read.
+    // The shown entry: its name, empty for none, and its image in small, error 104 for none, 105
+    // when it cannot be read.
     CString GetCurItem() const;
     CErrorAutoThrow LoadCurImage(CRowIteratorBands& image) const;
     // The image of any entry, with the same errors.

@@ -33,15 +33,19 @@ class HOST_API CStatusControl {
     int IncrementProgress(int by);
 
   private:
+    struct SShare {  // of the whole job: where it begins and ends
+        double start = 0.0;
+        double end = 1.0;
+    };
     bool Report();
-    double BeginStep();
+    SShare BeginStep();
+    double StepStart(int step) const;
 
     IProgressSink* sink_ = nullptr;
-    double start_ = 0.0;  // where this control's share of the whole job begins and how long it is
-    double length_ = 1.0;
+    SShare share_;
     int steps_ = 1;
     int begun_ = 0;
-    double run_start_ = 0.0;
+    SShare run_;
     int range_ = 1;
     int position_ = 0;
     bool in_run_ = false;

@@ -36,13 +36,19 @@ template <class Action>
 void CPreviewSession::Guarded(Action&& action) {
     try {
         action();
-    } catch (...) {
-        windows_.failure = std::current_exception();
-        dialog_.EndDialog(IDCANCEL);
+    } catch (const CNException& error) {
+        EndWith(error);
+    } catch (const std::exception& error) {
+        EndWith(CNException(TolmErrorCode::NotCreated, error.what()));
     }
     const bool enabled = DropperEnabled();
     if (enabled != dropper_reported_ && windows_.view) windows_.view->DropperChanged(enabled);
     dropper_reported_ = enabled;
+}
+
+void CPreviewSession::EndWith(const CNException& error) {
+    windows_.failure = error;
+    dialog_.EndDialog(IDCANCEL);
 }
 
 void CPreviewSession::Notify(unsigned message, int code, int id, void* data) {

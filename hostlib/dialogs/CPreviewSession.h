@@ -63,6 +63,7 @@ class CPreviewSession final : public IDialogModel {
     void Notify(unsigned message, int code, int id, void* data = nullptr);
     template <class Action>
     void Guarded(Action&& action);
+    void EndWith(const CNException& error);
     template <class Change>
     void ChangeAll(Change&& change);
     void ShowParameters();

@@ -104,5 +104,6 @@ CErrorAutoThrow CResourceSelectDlg::LoadItemImage(int entry, CRowIteratorBands& 
     if (!Library() || !state || entry < 0 || entry >= static_cast<int>(state->entries.size())) {
         return TolmErrorCode::NotFound;
     }
-    return Library()->LoadImage(type_, state->entries[static_cast<std::size_t>(entry)].text, image);
+    const CString& name = state->entries[static_cast<std::size_t>(entry)].text;
+    return Library()->LoadThumbnail(type_, name, image);
 }

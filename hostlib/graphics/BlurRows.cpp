@@ -67,30 +67,47 @@ CMDTEXTURE_INLINE Out Finish(float sum) {
     return static_cast<Out>(static_cast<int>(sum + 0.5F));
 }
 
-template <class Sum, class... Terms>
-CMDTEXTURE_INLINE void AddTerms(Sum* sums, int length, Terms... terms) {
+// out[i] = store(sums[i] + the terms) for one tile.
+template <class Sum, class Out, class Store, class... Terms>
+CMDTEXTURE_INLINE void AddTerms(const Sum* sums, Out* out, int length, Store store,
+                                Terms... terms) {
     for (int i = 0; i < length; ++i) {
-        sums[i] = static_cast<Sum>(sums[i] + static_cast<Sum>((terms.At(i) + ...)));
+        out[i] = store(static_cast<Sum>(sums[i] + static_cast<Sum>((terms.At(i) + ...))));
     }
     // Keeps gcc 12 from interleaving this loop with the next group's, which it cannot vectorise.
-    asm volatile("" : : "r"(sums) : "memory");
+    asm volatile("" : : "r"(out) : "memory");
 }
 
-// Sums up `count` terms, term(k, at) being the k-th one from sample `at` on. Four are added in one
-// go, so that loading and storing the sums costs little.
+// Sums up `count` terms, term(k, at) being the k-th one from sample `at` on. Up to four are added
+// in one go, so that loading and storing the sums costs little; the last ones go into the result.
 template <class Sum, class In, class Out, class Term>
 CMDTEXTURE_INLINE void Weigh(int count, Out* out, std::ptrdiff_t length, Term term) {
     alignas(64) Sum sums[kTile];
+    const auto keep = [](Sum sum) __attribute__((always_inline)) { return sum; };
+    const auto finish = [](Sum sum) __attribute__((always_inline)) { return Finish<In, Out>(sum); };
     for (std::ptrdiff_t at = 0; at < length; at += kTile) {
         const int tile = static_cast<int>(std::min<std::ptrdiff_t>(kTile, length - at));
         std::fill_n(sums, tile, StartOf<Sum>(count));
         int k = 0;
-        for (; k + 4 <= count; k += 4) {
-            AddTerms(sums, tile, term(k, at), term(k + 1, at), term(k + 2, at), term(k + 3, at));
+        for (; k + 4 < count; k += 4) {
+            AddTerms(sums, sums, tile, keep, term(k, at), term(k + 1, at), term(k + 2, at),
+                     term(k + 3, at));
         }
-        for (; k + 2 <= count; k += 2) AddTerms(sums, tile, term(k, at), term(k + 1, at));
-        if (k < count) AddTerms(sums, tile, term(k, at));
-        for (int i = 0; i < tile; ++i) out[at + i] = Finish<In, Out>(sums[i]);
+        Out* end = out + at;
+        switch (count - k) {
+            case 4:
+                AddTerms(sums, end, tile, finish, term(k, at), term(k + 1, at), term(k + 2, at),
+                         term(k + 3, at));
+                break;
+            case 3:
+                AddTerms(sums, end, tile, finish, term(k, at), term(k + 1, at), term(k + 2, at));
+                break;
+            case 2:
+                AddTerms(sums, end, tile, finish, term(k, at), term(k + 1, at));
+                break;
+            default:
+                AddTerms(sums, end, tile, finish, term(k, at));
+        }
     }
 }
 

@@ -7,7 +7,7 @@ namespace {
 
 // Rise of white over black at depth 1, in pixels: a usual texture is then clearly seen and the
 // picture still rules.
-constexpr float kRise = 1.5F;
+constexpr float kRise = 2.2F;
 
 bool Fit(const CRowIteratorBands& source, const CRowIteratorBands& bump,
          const CRowIteratorBands& third, const CRowIteratorBands& destination) {
@@ -29,6 +29,6 @@ CErrorAutoThrow BumpMap2(CStatusControl* status, const CBumpMapEffectSettings& s
     if (mode != 1 || area) return TolmErrorCode::NotAvailable;
     if (!Fit(source, bump, third, destination)) return TolmErrorCode::UnusableInput;
     const CReliefLighting lighting(settings);
-    return LightByHeights(status, lighting, kRise, bump, destination,
+    return LightByHeights(status, lighting, {{bump, kRise}}, destination,
                           [&](int y) { CopyShownRow(source, y, destination, y); });
 }

@@ -11,8 +11,13 @@
 
 namespace {
 
-// Rise of white over black at depth 1, in pixels.
-constexpr float kRise = 2.0F;
+// The relief has two scales: the picture's detail, and its broad shapes, which give it body. Rise
+// of white over black at depth 1: in pixels for the detail, in their blur for the shapes.
+constexpr float kDetailRise = 2.4F;
+constexpr float kShapeRise = 1.1F;
+// The blur that leaves the broad shapes: a share of the picture's smaller side, so that a picture
+// gets the same body at any resolution.
+constexpr double kShapeShare = 1.0 / 50;
 // Blur of the relief at smoothness 100, in pixels.
 constexpr double kSoftest = 8.0;
 constexpr int kBlock = 32;
@@ -53,7 +58,8 @@ CRowIteratorBands Material(CStatusControl* status, const CRowIteratorBands& patt
     const CRect seen{left, top, left + std::min(size.cx, place.Width()),
                      top + std::min(size.cy, place.Height())};
     CRowIteratorBands resampled;
-    ResamplePart(status, from, resampled, size, seen, true, false).ThrowIfFailed();
+    CStatusControl step(status);
+    ResamplePart(&step, from, resampled, size, seen, true, false).ThrowIfFailed();
 
     CRowIteratorBands material;
     material.Create(seen.Width(), seen.Height(), result.GetPixelFormat(), {place.left, place.top})
@@ -87,10 +93,16 @@ CRowIteratorBands Heights(CStatusControl* status, const CRowIteratorBands& bump,
     return heights;
 }
 
-CRowIteratorBands Softened(CStatusControl* status, const CRowIteratorBands& heights,
-                           int smoothness) {
+double Softness(const CSculptureSettings& settings) {
+    return std::min(settings.smoothness, 100) / 100.0 * kSoftest;
+}
+double ShapeBlur(const CRowIteratorBands& bump) {
+    return std::clamp(std::min(bump.GetWidth(), bump.GetHeight()) * kShapeShare, 2.0, 64.0);
+}
+
+CRowIteratorBands Blurred(CStatusControl* status, const CRowIteratorBands& heights, double sigma) {
     CStatusControl step(status);
-    CIoGaussianBlur blur(std::min(smoothness, 100) / 100.0 * kSoftest, 3);
+    CIoGaussianBlur blur(sigma, 3);
     blur.SetStatusControl(&step);
     CRowIteratorBands soft;
     blur(soft, heights).ThrowIfFailed();
@@ -98,12 +110,12 @@ CRowIteratorBands Softened(CStatusControl* status, const CRowIteratorBands& heig
 }
 
 CErrorAutoThrow Light(CStatusControl* status, const CSculptureSettings& settings,
-                      const CRowIteratorBands& material, const CRowIteratorBands& heights,
+                      const CRowIteratorBands& material, std::initializer_list<SHeights> heights,
                       const CRowIteratorBands& bump, CRowIteratorBands& made) {
     const CNPixelFormat format = made.GetPixelFormat();
     const int channels = format.Channels();
     const int alpha = (channels - 1) * format.SampleBytes();
-    return LightByHeights(status, CReliefLighting(settings), kRise, heights, made, [&](int y) {
+    return LightByHeights(status, CReliefLighting(settings), heights, made, [&](int y) {
         TileRow(material, made, y, 0, made.GetWidth());
         if (!format.IsAlphaChannelPresent()) return;
         CopySampleRow(bump.Row<std::uint8_t>(y) + alpha, channels,
@@ -157,15 +169,20 @@ CErrorAutoThrow CIoSculptureEffect::ApplyEffect(CStatusControl* status,
     if (!bump_.IsAttached() || !MaskFits(mask_, bump_)) return TolmErrorCode::UnusableInput;
     return CatchErrors([&]() -> CErrorAutoThrow {
         const bool soft = settings_.smoothness > 0;
-        if (status) status->SetNumberOfSteps(3 + (soft ? 1 : 0) + (mask_.IsAttached() ? 1 : 0));
+        if (status) status->SetNumberOfSteps(4 + (soft ? 1 : 0) + (mask_.IsAttached() ? 1 : 0));
         CRowIteratorBands bump = bump_;
         bump.SetChannelAccess(ENChannel::All, 0).ThrowIfFailed();
         PrepareDestination(destination, bump).ThrowIfFailed();
         const CRowIteratorBands material =
             Material(status, pattern_, settings_, destination, color_spec);
         CRowIteratorBands heights = Heights(status, bump, settings_.invert != 0, color_spec);
-        if (soft) heights = Softened(status, heights, settings_.smoothness);
-        Light(status, settings_, material, heights, bump, destination).ThrowIfFailed();
+        if (soft) heights = Blurred(status, heights, Softness(settings_));
+        const double broad = ShapeBlur(bump);
+        const CRowIteratorBands shapes = Blurred(status, heights, broad);
+        const float shape_rise = kShapeRise * static_cast<float>(broad);
+        Light(status, settings_, material, {{heights, kDetailRise}, {shapes, shape_rise}}, bump,
+              destination)
+            .ThrowIfFailed();
         if (mask_.IsAttached()) KeepUnmasked(status, bump, mask_, destination).ThrowIfFailed();
         return {};
     });

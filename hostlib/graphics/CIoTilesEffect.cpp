@@ -12,7 +12,7 @@
 namespace {
 
 // Rise of a bevel per pixel at depth 1.
-constexpr double kBevelSlope = 0.45;
+constexpr double kBevelSlope = 0.4;
 // A pixel's light is the mean over so many points of it each way: outlines come out smooth.
 constexpr int kPoints = 3;
 
@@ -21,7 +21,7 @@ constexpr int kPoints = 3;
 class CBevel {
   public:
     CBevel(double inradius, double smoothness, double slope)
-        : width_(inradius * (0.35 + 0.65 * smoothness)), smoothness_(smoothness), slope_(slope) {}
+        : width_(inradius * (0.22 + 0.68 * smoothness)), smoothness_(smoothness), slope_(slope) {}
     // Rise per pixel at a distance from the outline.
     double SlopeAt(double inside) const {
         if (inside <= 0 || inside >= width_) return 0;
@@ -75,9 +75,11 @@ class CTileLight {
         constexpr float kShare = 1.0F / (kPoints * kPoints);
         for (int part = 0; part < kPoints; ++part) {
             std::vector<float> cover(points);
-            const double at_y = top_ + y + (part + 0.5) / kPoints;
+            // Within the first period, so that every repeat is the same to the bit.
+            const double at_y = (top_ + y) % grid_.PeriodY() + (part + 0.5) / kPoints;
             for (std::size_t i = 0; i < points; ++i) {
-                const double at_x = left_ + (static_cast<double>(i) + 0.5) / kPoints;
+                const int column = (left_ + static_cast<int>(i / kPoints)) % grid_.PeriodX();
+                const double at_x = column + (static_cast<double>(i % kPoints) + 0.5) / kPoints;
                 const STilePlace place = grid_.PlaceOf(at_x, at_y);
                 const double slope = bevel_.SlopeAt(place.inside);
                 slope_x[i] = static_cast<float>(slope * place.grow_x);

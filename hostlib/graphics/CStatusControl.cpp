@@ -5,9 +5,8 @@
 CStatusControl::CStatusControl(CStatusControl* parent) {
     if (!parent) return;
     sink_ = parent->sink_;
-    start_ = parent->BeginStep();
-    length_ = parent->length_ / parent->steps_;
-    run_start_ = start_;
+    share_ = parent->BeginStep();
+    run_.start = share_.start;
 }
 
 void CStatusControl::SetNumberOfSteps(int steps) {
@@ -16,16 +15,22 @@ void CStatusControl::SetNumberOfSteps(int steps) {
     in_run_ = false;
 }
 
-// Where the next step lies in the whole job. More steps than announced share the last one.
-double CStatusControl::BeginStep() {
+// Steps end exactly where the next ones begin, so that rounding never makes progress fall.
+double CStatusControl::StepStart(int step) const {
+    if (step >= steps_) return share_.end;
+    return share_.start + (share_.end - share_.start) * step / steps_;
+}
+
+// The next step's share. More steps than announced share the last one.
+CStatusControl::SShare CStatusControl::BeginStep() {
     const int step = std::min(begun_, steps_ - 1);
     ++begun_;
     in_run_ = false;
-    return start_ + length_ * step / steps_;
+    return {StepStart(step), StepStart(step + 1)};
 }
 
 void CStatusControl::SetProgressRange(int range) {
-    run_start_ = BeginStep();
+    run_ = BeginStep();
     range_ = std::max(range, 1);
     position_ = 0;
     in_run_ = true;
@@ -41,5 +46,5 @@ int CStatusControl::IncrementProgress(int by) { return SetProgress(position_ + b
 bool CStatusControl::Report() {
     if (!sink_) return false;
     const double done = in_run_ ? std::clamp(position_ / static_cast<double>(range_), 0.0, 1.0) : 0;
-    return sink_->OnProgress(run_start_ + done * length_ / steps_);
+    return sink_->OnProgress(done < 1 ? run_.start + done * (run_.end - run_.start) : run_.end);
 }

@@ -15,7 +15,7 @@ namespace {
 // The most that a point of the grid is displaced, in cells: stones stay convex.
 constexpr double kFarthest = 0.24;
 // How much of the picture's detail is left within a stone, and how much stones differ in tone.
-constexpr float kDetail = 0.18F;
+constexpr float kDetail = 0.10F;
 constexpr float kTone = 0.05F;
 // Light falls on the stones' worn edges from the upper left.
 constexpr float kEdgeLight = 0.30F;
@@ -193,9 +193,9 @@ inline void PaintPixel(typename Traits::Sample* pixel, float x, float y, float w
         const float in_corner = std::max(look.radius - inside, 0.0F);
         corner += in_corner * in_corner;
     }
-    const float inside = look.radius - std::sqrt(corner) - look.half_grout - look.wander * wander;
-    const float cover = std::clamp(inside + 0.5F, 0.0F, 1.0F);
-    const float worn = std::clamp(1.0F - inside * look.worn, 0.0F, 1.0F);
+    const float grout = look.half_grout + look.wander * wander;
+    const float cover = std::clamp(look.radius - std::sqrt(corner) - grout + 0.5F, 0.0F, 1.0F);
+    const float worn = std::clamp(1.0F - (nearest - grout) * look.worn, 0.0F, 1.0F);
     const float shade = stone.tone * (1.0F + light * worn * worn);
     constexpr float kMaximum = static_cast<float>(Traits::kMaximum);
     for (int c = 0; c < Traits::kColourChannels; ++c) {
@@ -228,7 +228,7 @@ void PaintRows(const CRowIteratorBands& source, CRowIteratorBands& destination,
     int from = 0;
     for (int y = first; y < last; ++y) {
         CopyShownRow(source, y, destination, y);
-        field.Row(y, wander.data());
+        field.Row(0, y, wander.data(), destination.GetWidth());
         while (stones.Reach(from).last <= y) ++from;
         for (int row = from; row < stones.Rows() && stones.Reach(row).first <= y; ++row) {
             for (int column = 0; column < stones.Columns(); ++column) {
@@ -252,7 +252,7 @@ CErrorAutoThrow MakeAntiqueMosaic(CStatusControl* status, const CRowIteratorBand
     const CWanderField field(random, std::max(cell / 3, 1.5), size.cx);
     const double half = std::min(grid.grout_width / 2, cell / 4);
     const auto f = [](double value) { return static_cast<float>(value); };
-    const SLook look{f(half), f(grid.grout_diffusion * half * 0.9),
+    const SLook look{f(half), f(grid.grout_diffusion * std::min(half * 0.9, cell * 0.14)),
                      f(std::min(cell * 0.3, 1 + 2 * half)), f(1 / std::max(cell * 0.14, 1.2)),
                      SMortar(destination.GetPixelFormat())};
     if (status) status->SetNumberOfSteps(2);

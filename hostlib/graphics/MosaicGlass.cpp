@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "host/core/Multiversion.h"
 #include "hostlib/graphics/MosaicParts.h"
@@ -11,18 +12,15 @@
 // tile over the mortar.
 namespace {
 
-// Along one axis: where each pixel centre lies in its tile, from its middle.
+// Along one axis: how far each pixel's centre is from the middle of its tile.
 struct SAxis {
-    std::vector<float> from_middle;  // in pixels
-    std::vector<float> middle;       // of the tile
-    float half = 0;                  // a tile's half size
+    std::vector<float> from_middle;
+    double half;  // a tile's half size
 
-    SAxis(int size, int tiles) : half(static_cast<float>(size / 2.0 / tiles)) {
+    SAxis(int size, int tiles) : half(size / 2.0 / tiles) {
         for (int i = 0; i < size; ++i) {
             const double tile = std::floor((i + 0.5) * tiles / size);
-            const double at = (tile + 0.5) * size / tiles;
-            middle.push_back(static_cast<float>(at));
-            from_middle.push_back(static_cast<float>(i + 0.5 - at));
+            from_middle.push_back(static_cast<float>(i + 0.5 - (tile + 0.5) * size / tiles));
         }
     }
 };
@@ -31,46 +29,47 @@ struct SLook {
     float half_x, half_y;
     float half_grout, wander, radius;
     float bend;            // of the lens
-    float rim_width, rim;  // width of the shaded rim in pixels, strength
+    float rim_share, rim;  // 1 / width of the shaded rim in pixels; its strength
     float gleam;           // strength of the reflection in the glass
     SMortar mortar;
 };
 
-// What the first pass finds for a row.
-struct SRow {
-    std::vector<float> x, y, shade, gleam, cover, wander;
-    explicit SRow(int width)
-        : x(static_cast<std::size_t>(width)), y(x), shade(x), gleam(x), cover(x), wander(x) {}
+// Pixels of a row that are worked on together, small enough to stay in the nearest cache.
+constexpr int kPart = 512;
+struct SPart {
+    float wander[kPart];
+    // Where the pixels look to, and how much of them is tile, how lit, how much a reflection.
+    float x[kPart], y[kPart], cover[kPart], shade[kPart], gleam[kPart];
+    float seen[3 * kPart + 3];  // colours, which are written as four floats
 };
 
-CMDTEXTURE_MULTIVERSION void LookThrough(const float* from_middle, const float* middle, float dy,
-                                         float middle_y, const SLook* look, const float* wander,
-                                         float* at_x, float* at_y, float* shade, float* gleam,
-                                         float* cover, int width) {
+CMDTEXTURE_MULTIVERSION void LookThrough(const float* from_middle, float dy, int x, int y,
+                                         const SLook* look, SPart* part, int pixels) {
     const SLook by = *look;
     const float v = dy / by.half_y;
     const float core_y = std::abs(dy) - (by.half_y - by.radius);
-    for (int x = 0; x < width; ++x) {
-        const float dx = from_middle[x];
+    const float out_y = std::max(core_y, 0.0F);
+    for (int i = 0; i < pixels; ++i) {
+        const float dx = from_middle[i];
         const float u = dx / by.half_x;
         const float square = u * u + v * v;
-        const float lens = 1.0F + by.bend * (square - 0.4F);
-        at_x[x] = middle[x] + dx * lens - 0.5F;
-        at_y[x] = middle_y + dy * lens - 0.5F;
+        const float bent = by.bend * (square - 0.4F);
+        part->x[i] = static_cast<float>(x + i) + dx * bent;
+        part->y[i] = static_cast<float>(y) + dy * bent;
 
         const float core_x = std::abs(dx) - (by.half_x - by.radius);
-        const float out_x = std::max(core_x, 0.0F), out_y = std::max(core_y, 0.0F);
+        const float out_x = std::max(core_x, 0.0F);
         const float round =
             std::sqrt(out_x * out_x + out_y * out_y) + std::min(std::max(core_x, core_y), 0.0F);
-        const float inside = by.radius - round - by.half_grout - by.wander * wander[x];
-        cover[x] = std::clamp(inside + 0.5F, 0.0F, 1.0F);
+        const float inside = by.radius - round - by.half_grout - by.wander * part->wander[i];
+        part->cover[i] = std::clamp(inside + 0.5F, 0.0F, 1.0F);
 
-        const float depth = std::clamp(1.0F - inside / by.rim_width, 0.0F, 1.0F);
+        const float depth = std::clamp(1.0F - inside * by.rim_share, 0.0F, 1.0F);
         const float facing = -(u + v) * 0.5F;
-        shade[x] = 1.0F + by.rim * depth * depth * (facing * 1.1F - 0.35F);
+        part->shade[i] = 1.0F + by.rim * depth * depth * (facing * 1.1F - 0.35F);
         const float gu = u + 0.42F, gv = v + 0.46F;
         const float spot = std::max(1.0F - (gu * gu + gv * gv) * 7.0F, 0.0F);
-        gleam[x] = by.gleam * spot * spot;
+        part->gleam[i] = by.gleam * spot * spot;
     }
 }
 
@@ -84,12 +83,15 @@ class CPicture {
         return image_.Row<Sample>(Inside(y, image_.GetHeight())) +
                Inside(x, image_.GetWidth()) * shown_.step + shown_.first;
     }
-    // Whether `count` pixels each way from (x, y) need no looking after.
+    // Whether `count` pixels right of and below (x, y) lie inside.
     bool Holds(int x, int y, int count) const {
         return x >= 0 && y >= 0 && x + count <= image_.GetWidth() &&
                y + count <= image_.GetHeight();
     }
     int Step() const { return shown_.step; }
+    std::ptrdiff_t Stride() const {
+        return image_.Stride() / static_cast<std::ptrdiff_t>(sizeof(Sample));
+    }
 
   private:
     int Inside(int at, int size) const {
@@ -101,18 +103,22 @@ class CPicture {
 };
 
 // Weights of the pixels around a place that is `t` on the way from the second to the third: linear
-// for two, cubic through the samples (Catmull and Rom) for four.
+// for two; for four the cubic through the samples (Catmull and Rom), as polynomials in t.
 inline void Weights(float t, float (&w)[2]) {
     w[0] = 1 - t;
     w[1] = t;
 }
+constexpr float kCubic[4][4] = {{-0.5F, 1.5F, -1.5F, 0.5F},
+                                {1.0F, -2.5F, 2.0F, -0.5F},
+                                {-0.5F, 0.0F, 0.5F, 0.0F},
+                                {0.0F, 1.0F, 0.0F, 0.0F}};
 inline void Weights(float t, float (&w)[4]) {
-    w[0] = t * (t * (1 - 0.5F * t) - 0.5F);
-    w[1] = 1 + t * t * (1.5F * t - 2.5F);
-    w[2] = t * (0.5F + t * (2 - 1.5F * t));
-    w[3] = t * t * (0.5F * t - 0.5F);
+    for (int k = 0; k < 4; ++k) {
+        w[k] = ((kCubic[0][k] * t + kCubic[1][k]) * t + kCubic[2][k]) * t + kCubic[3][k];
+    }
 }
 
+// What is seen at a place: the weighted mean of kTaps by kTaps pixels, of each column first.
 template <class Sample, int kColours, int kTaps>
 inline void See(const CPicture<Sample>& picture, float at_x, float at_y, float* seen) {
     const float low_x = std::floor(at_x), low_y = std::floor(at_y);
@@ -121,50 +127,140 @@ inline void See(const CPicture<Sample>& picture, float at_x, float at_y, float* 
     float wx[kTaps], wy[kTaps];
     Weights(at_x - low_x, wx);
     Weights(at_y - low_y, wy);
-    for (int c = 0; c < kColours; ++c) seen[c] = 0;
-    const bool whole = picture.Holds(x, y, kTaps);
-    for (int j = 0; j < kTaps; ++j) {
-        float line[kColours] = {};
-        const Sample* row = whole ? picture.At(x, y + j) : nullptr;
+    for (int c = 0; c < kColours; ++c) {
+        seen[c] = 0;
         for (int i = 0; i < kTaps; ++i) {
-            const Sample* pixel = whole ? row + i * picture.Step() : picture.At(x + i, y + j);
-            for (int c = 0; c < kColours; ++c) line[c] += wx[i] * static_cast<float>(pixel[c]);
+            float column = 0;
+            for (int j = 0; j < kTaps; ++j) {
+                column += wy[j] * static_cast<float>(picture.At(x + i, y + j)[c]);
+            }
+            seen[c] += wx[i] * column;
         }
-        for (int c = 0; c < kColours; ++c) seen[c] += wy[j] * line[c];
+    }
+}
+
+// Four samples at once, spread out to 32 bits by shuffling zeros between them (little-endian): the
+// compiler would convert such short vectors one by one.
+using Floats = float __attribute__((vector_size(16)));
+using Ints = std::int32_t __attribute__((vector_size(16)));
+using Words = std::uint16_t __attribute__((vector_size(16)));
+using Bytes = std::uint8_t __attribute__((vector_size(16)));
+inline Floats Load(const std::uint8_t* samples) {
+    std::int32_t four;
+    std::memcpy(&four, samples, sizeof four);
+    const auto bytes = reinterpret_cast<Bytes>(Ints{four, 0, 0, 0});
+    const Bytes spread = __builtin_shufflevector(bytes, Bytes{}, 0, 16, 16, 16, 1, 16, 16, 16, 2,
+                                                 16, 16, 16, 3, 16, 16, 16);
+    return __builtin_convertvector(reinterpret_cast<Ints>(spread), Floats);
+}
+inline Floats Load(const std::uint16_t* samples) {
+    std::int32_t four[2];
+    std::memcpy(four, samples, sizeof four);
+    const auto words = reinterpret_cast<Words>(Ints{four[0], four[1], 0, 0});
+    const Words spread = __builtin_shufflevector(words, Words{}, 0, 8, 1, 8, 2, 8, 3, 8);
+    return __builtin_convertvector(reinterpret_cast<Ints>(spread), Floats);
+}
+inline Floats CubicWeights(float t) {
+    const auto row = [](int i) {
+        return Floats{kCubic[i][0], kCubic[i][1], kCubic[i][2], kCubic[i][3]};
+    };
+    return ((row(0) * t + row(1)) * t + row(2)) * t + row(3);
+}
+
+// The samples of column kColumn (and some that follow them) of a row of 4 * kStep.
+template <int kStep, int kColumn>
+inline Floats Column(const Floats (&row)[kStep]) {
+    constexpr int kFirst = kColumn * kStep / 4, kAt = kColumn * kStep % 4;
+    return __builtin_shufflevector(row[kFirst], row[std::min(kFirst + 1, kStep - 1)], kAt, kAt + 1,
+                                   kAt + 2, kAt + 3);
+}
+
+// See of cubic weights for places well inside the picture, to the bit: the same sums in the same
+// order, of all samples of the columns at once. The first of the four floats are the colours.
+template <class Sample, int kStep>
+inline Floats SeeInside(const Sample* corner, std::ptrdiff_t stride, float at_x, float at_y) {
+    const Floats wx = CubicWeights(at_x), wy = CubicWeights(at_y);
+    Floats sums[kStep] = {};
+    for (int j = 0; j < 4; ++j, corner += stride) {
+        for (int k = 0; k < kStep; ++k) sums[k] += wy[j] * Load(corner + 4 * k);
+    }
+    return wx[0] * Column<kStep, 0>(sums) + wx[1] * Column<kStep, 1>(sums) +
+           wx[2] * Column<kStep, 2>(sums) + wx[3] * Column<kStep, 3>(sums);
+}
+
+// Places inside the picture fast, the others one by one.
+template <class Sample, int kColours, int kStep>
+CMDTEXTURE_MULTIVERSION void SeeCubic(const CPicture<Sample>* picture, SPart* part, int pixels) {
+    const CPicture<Sample> from = *picture;
+    const Sample* origin = from.At(0, 0);
+    const std::ptrdiff_t stride = from.Stride();
+    for (int i = 0; i < pixels; ++i) {
+        float* seen = part->seen + i * kColours;
+        const float low_x = std::floor(part->x[i]), low_y = std::floor(part->y[i]);
+        const int x = static_cast<int>(low_x) - 1, y = static_cast<int>(low_y) - 1;
+        if (from.Holds(x, y, 4)) {
+            const Floats colours = SeeInside<Sample, kStep>(origin + y * stride + x * kStep, stride,
+                                                            part->x[i] - low_x, part->y[i] - low_y);
+            std::memcpy(seen, &colours, sizeof colours);
+        } else {
+            See<Sample, kColours, 4>(from, part->x[i], part->y[i], seen);
+        }
+    }
+}
+
+template <class Sample, int kColours, int kTaps>
+void SeePlain(const CPicture<Sample>& picture, bool nearest, SPart& part, int pixels) {
+    const auto place = [&](float at) { return nearest ? std::floor(at + 0.5F) : at; };
+    for (int i = 0; i < pixels; ++i) {
+        See<Sample, kColours, kTaps>(picture, place(part.x[i]), place(part.y[i]),
+                                     part.seen + i * kColours);
     }
 }
 
 template <class Sample, int kColours>
-void SeeRow(const CPicture<Sample>& picture, const SRow& row, int resample, float* seen) {
-    const int width = static_cast<int>(row.x.size());
-    for (int i = 0; i < width; ++i, seen += kColours) {
-        const auto at = static_cast<std::size_t>(i);
-        if (resample == 2) {
-            See<Sample, kColours, 4>(picture, row.x[at], row.y[at], seen);
-        } else if (resample == 1) {
-            See<Sample, kColours, 2>(picture, row.x[at], row.y[at], seen);
-        } else {
-            See<Sample, kColours, 2>(picture, std::floor(row.x[at] + 0.5F),
-                                     std::floor(row.y[at] + 0.5F), seen);
-        }
+void SeePart(const CPicture<Sample>& picture, int resample, SPart& part, int pixels) {
+    if (resample != 2) {
+        SeePlain<Sample, kColours, 2>(picture, resample == 0, part, pixels);
+    } else if (picture.Step() == kColours) {
+        SeeCubic<Sample, kColours, kColours>(&picture, &part, pixels);
+    } else if (picture.Step() == kColours + 1) {
+        SeeCubic<Sample, kColours, kColours + 1>(&picture, &part, pixels);
+    } else {
+        SeePlain<Sample, kColours, 4>(picture, false, part, pixels);
     }
 }
 
 template <class Traits>
-CMDTEXTURE_MULTIVERSION void Compose(const float* seen, const float* shade, const float* gleam,
-                                     const float* cover, const SMortar* mortar,
-                                     typename Traits::Sample* out, int width) {
+CMDTEXTURE_MULTIVERSION void Compose(const SPart* part, const SMortar* mortar,
+                                     typename Traits::Sample* out, int pixels) {
     constexpr float kMaximum = static_cast<float>(Traits::kMaximum);
     const SMortar by = *mortar;
-    for (int x = 0; x < width; ++x) {
+    for (int i = 0; i < pixels; ++i) {
         for (int c = 0; c < Traits::kColourChannels; ++c) {
-            const float sample = seen[x * Traits::kColourChannels + c] * shade[x];
-            const float lit = std::clamp(sample + gleam[x] * (kMaximum - sample), 0.0F, kMaximum);
-            const float mixed = by.colour[c] + cover[x] * (lit - by.colour[c]);
-            out[x * Traits::kChannels + c] =
+            const float sample = part->seen[i * Traits::kColourChannels + c] * part->shade[i];
+            const float lit =
+                std::clamp(sample + part->gleam[i] * (kMaximum - sample), 0.0F, kMaximum);
+            const float mixed = by.colour[c] + part->cover[i] * (lit - by.colour[c]);
+            out[i * Traits::kChannels + c] =
                 static_cast<typename Traits::Sample>(static_cast<int>(mixed + 0.5F));
         }
     }
+}
+
+SLook LookOf(const SMosaicGrid& grid, const SGlass& glass, double half_x, double half_y,
+             CNPixelFormat format) {
+    const double smaller = std::min(half_x, half_y);
+    const double half = std::min(grid.grout_width / 2, smaller / 2);
+    // Bent glass shades its rim a little of itself.
+    const double rim = 1 - (1 - glass.rim) * (1 - 0.5 * glass.curvature);
+    const auto f = [](double value) { return static_cast<float>(value); };
+    return {f(half_x), f(half_y),
+            // Without grout, tiles meet: not even the joint's soft edge is seen.
+            half > 0 ? f(half) : -1.0F,
+            f(grid.grout_diffusion * std::min(half * 0.9, smaller * 0.22)),
+            f(std::min(smaller * 0.7, 1.5 * half + 0.55 * rim * smaller)), f(glass.curvature * 1.4),
+            f(1 / std::max(smaller * (0.25 + 0.35 * rim), 1.0)), f(rim), f(0.35 * glass.curvature),
+            SMortar(format)};
 }
 
 }  // namespace
@@ -176,40 +272,27 @@ CErrorAutoThrow MakeGlassMosaic(CStatusControl* status, const CRowIteratorBands&
     const SAxis across(width, grid.columns), down(source.GetHeight(), grid.rows);
     const double smaller = std::min(across.half, down.half);
     const CWanderField field(random, std::max(smaller * 2 / 3, 1.5), width);
-    const double half = std::min(grid.grout_width / 2, smaller / 2);
-    const auto f = [](double value) { return static_cast<float>(value); };
-    const SLook look{across.half,
-                     down.half,
-                     f(half),
-                     f(grid.grout_diffusion * half * 0.9),
-                     f(std::min(smaller * (0.35 + 0.3 * glass.rim), half + smaller * 0.5)),
-                     f(glass.curvature * 0.9),
-                     f(std::max(smaller * (0.25 + 0.35 * glass.rim), 1.0)),
-                     f(glass.rim),
-                     f(0.35 * glass.curvature),
-                     SMortar(destination.GetPixelFormat())};
+    const SLook look = LookOf(grid, glass, across.half, down.half, destination.GetPixelFormat());
     return VisitPixelFormat(
         destination.GetPixelFormat(), CErrorAutoThrow(TolmErrorCode::UnusableInput),
         [&](auto traits) {
             using Traits = decltype(traits);
             using Sample = typename Traits::Sample;
-            constexpr int kColours = Traits::kColourChannels;
             const CPicture<Sample> picture(source, glass.wrap);
             return ForEachRowBlock(status, source.GetHeight(), 16, [&](int first, int last) {
-                SRow row(width);
-                std::vector<float> seen(static_cast<std::size_t>(width) * kColours);
+                SPart part;
                 for (int y = first; y < last; ++y) {
-                    CopyShownRow(source, y, destination, y);
-                    field.Row(y, row.wander.data());
-                    const auto at = static_cast<std::size_t>(y);
-                    LookThrough(across.from_middle.data(), across.middle.data(),
-                                down.from_middle[at], down.middle[at], &look, row.wander.data(),
-                                row.x.data(), row.y.data(), row.shade.data(), row.gleam.data(),
-                                row.cover.data(), width);
-                    SeeRow<Sample, kColours>(picture, row, glass.resample, seen.data());
-                    Compose<Traits>(seen.data(), row.shade.data(), row.gleam.data(),
-                                    row.cover.data(), &look.mortar, destination.Row<Sample>(y),
-                                    width);
+                    if (Traits::kHasAlpha) CopyShownRow(source, y, destination, y);
+                    const float dy = down.from_middle[static_cast<std::size_t>(y)];
+                    for (int x = 0; x < width; x += kPart) {
+                        const int pixels = std::min(kPart, width - x);
+                        field.Row(x, y, part.wander, pixels);
+                        LookThrough(across.from_middle.data() + x, dy, x, y, &look, &part, pixels);
+                        SeePart<Sample, Traits::kColourChannels>(picture, glass.resample, part,
+                                                                 pixels);
+                        Compose<Traits>(&part, &look.mortar,
+                                        destination.Row<Sample>(y) + x * Traits::kChannels, pixels);
+                    }
                 }
             });
         });

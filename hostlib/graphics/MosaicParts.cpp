@@ -13,7 +13,7 @@ CWanderField::CWanderField(CRuntimeRandom& random, double spacing, int width) : 
     }
 }
 
-void CWanderField::Row(int y, float* values) const {
+void CWanderField::Row(int x, int y, float* values, int pixels) const {
     const double at = y / spacing_;
     const double t = at - std::floor(at);
     const auto down = static_cast<float>(t * t * (3 - 2 * t));
@@ -23,9 +23,11 @@ void CWanderField::Row(int y, float* values) const {
     float line[kLattice + 1];
     for (int i = 0; i < kLattice; ++i) line[i] = from[i] + down * (to[i] - from[i]);
     line[kLattice] = line[0];
-    for (std::size_t x = 0; x < point_.size(); ++x) {
-        const float left = line[point_[x]];
-        values[x] = left + across_[x] * (line[point_[x] + 1] - left);
+    const int* point = point_.data() + x;
+    const float* across = across_.data() + x;
+    for (int i = 0; i < pixels; ++i) {
+        const float left = line[point[i]];
+        values[i] = left + across[i] * (line[point[i] + 1] - left);
     }
 }
 

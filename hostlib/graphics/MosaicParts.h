@@ -21,7 +21,8 @@ class CWanderField {
   public:
     // Draws kLattice * kLattice numbers. `spacing` of the lattice in pixels, `width` of a row.
     CWanderField(CRuntimeRandom& random, double spacing, int width);
-    void Row(int y, float* values) const;
+    // The field at `pixels` columns of row `y`, from column `x`.
+    void Row(int x, int y, float* values, int pixels) const;
 
   private:
     static constexpr int kLattice = 64;

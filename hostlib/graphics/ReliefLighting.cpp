@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <vector>
 
 #include "host/core/Multiversion.h"
 #include "hostlib/graphics/ParallelRows.h"
@@ -16,6 +15,8 @@ using SCoefficients = CReliefLighting::SCoefficients;
 // The brightest shade a slope can get over the plane's, reached only in the limit: it keeps low
 // light from burning out every slope.
 constexpr float kBrightest = 1.6F;
+// How much of the plane's light a slope loses that no light falls on: some comes from around.
+constexpr float kShadow = 0.8F;
 
 // Shade and gloss of one point. The shade is Lambert's cosine over that of the flat plane, pulled
 // together above 1; the gloss is Blinn's halfway cosine from the plane's to its peak, given a lobe
@@ -28,7 +29,7 @@ inline void LightPoint(float slope_x, float slope_y, const SCoefficients& by, fl
     const float bright = std::max(cosine, 0.0F);
     const float dark = std::min(cosine, 0.0F);
     const float pulled = bright / (1.0F + bright * (1.0F / kBrightest));
-    shade = std::max(by.flat + by.contrast * (pulled + dark), 0.0F);
+    shade = std::max(by.flat + by.contrast * (pulled + kShadow * dark), 0.0F);
 
     const float halfway = (by.half_z - slope_x * by.half_x - slope_y * by.half_y) * normal_z;
     const float t = std::clamp((halfway - by.half_z) * by.gloss_scale, 0.0F, 1.0F);
@@ -76,22 +77,45 @@ CMDTEXTURE_MULTIVERSION void ApplyLights(typename Traits::Sample* row, const flo
     }
 }
 
-// Slopes of a row of heights by Scharr's operator, 3 10 3 across and a difference along: nearly
-// round, so that shading does not depend on a slope's direction to the pixels. The rows begin one
-// pixel left of the first slope.
+// Adds the slopes of a row of heights by Scharr's operator, 3 10 3 across and a difference along:
+// nearly round, so that shading does not depend on a slope's direction to the pixels. The rows
+// begin one pixel left of the first slope.
 template <class Sample>
-CMDTEXTURE_MULTIVERSION void SlopesOfRows(const Sample* above, const Sample* at,
-                                          const Sample* below, float rise, float* slope_x,
-                                          float* slope_y, int pixels) {
+CMDTEXTURE_MULTIVERSION void AddSlopes(const Sample* above, const Sample* at, const Sample* below,
+                                       float rise, float* slope_x, float* slope_y, int pixels) {
     const float scale = rise / 32.0F;
     for (int x = 0; x < pixels; ++x) {
         const int right = 3 * (above[x + 2] + below[x + 2]) + 10 * at[x + 2];
         const int left = 3 * (above[x] + below[x]) + 10 * at[x];
         const int bottom = 3 * (below[x] + below[x + 2]) + 10 * below[x + 1];
         const int top = 3 * (above[x] + above[x + 2]) + 10 * above[x + 1];
-        slope_x[x] = scale * static_cast<float>(right - left);
-        slope_y[x] = scale * static_cast<float>(bottom - top);
+        slope_x[x] += scale * static_cast<float>(right - left);
+        slope_y[x] += scale * static_cast<float>(bottom - top);
     }
+}
+
+// Pixels of a row that are lit together, small enough to stay in the nearest cache.
+constexpr int kPart = 512;
+
+// Lights `pixels` of the destination's row y, from column x.
+void LightPart(const CReliefLighting& lighting, std::initializer_list<SHeights> heights,
+               CRowIteratorBands& destination, int x, int y, int pixels) {
+    float slope_x[kPart] = {}, slope_y[kPart] = {}, shade[kPart], gloss[kPart];
+    VisitDepth(heights.begin()->image.GetPixelFormat().Is16bit(), [&](auto sample) {
+        using Sample = decltype(sample);
+        constexpr float kWhite = sizeof(Sample) == 2 ? 65535.0F : 255.0F;
+        for (const SHeights& layer : heights) {
+            const auto row = [&](int dy) { return layer.image.Row<Sample>(y + dy) + x; };
+            AddSlopes<Sample>(row(0), row(1), row(2), layer.rise * lighting.HeightScale() / kWhite,
+                              slope_x, slope_y, pixels);
+        }
+    });
+    lighting.LightRow(slope_x, slope_y, shade, gloss, pixels);
+    const CNPixelFormat format = destination.GetPixelFormat();
+    lighting.ApplyRow(
+        format,
+        destination.Row<std::uint8_t>(y) + std::size_t(x) * std::size_t(format.PixelBytes()), shade,
+        gloss, pixels);
 }
 
 }  // namespace
@@ -145,30 +169,17 @@ void CReliefLighting::ApplyRow(CNPixelFormat format, void* row, const float* sha
 }
 
 CErrorAutoThrow LightByHeights(CStatusControl* status, const CReliefLighting& lighting,
-                               float height, const CRowIteratorBands& heights,
+                               std::initializer_list<SHeights> heights,
                                CRowIteratorBands& destination,
                                const std::function<void(int y)>& paint) {
     constexpr int kBlock = 16;
-    const CNPixelFormat format = destination.GetPixelFormat();
-    const bool deep = heights.GetPixelFormat().Is16bit();
-    const float rise = height * lighting.HeightScale() / (deep ? 65535.0F : 255.0F);
     const int width = destination.GetWidth();
     return ForEachRowBlock(status, destination.GetHeight(), kBlock, [&](int first, int last) {
-        const auto count = static_cast<std::size_t>(width);
-        std::vector<float> rows(4 * count);
-        float* slope_x = rows.data();
-        float* slope_y = slope_x + count;
-        float* shade = slope_y + count;
-        float* gloss = shade + count;
         for (int y = first; y < last; ++y) {
             paint(y);
-            VisitDepth(deep, [&](auto sample) {
-                using Sample = decltype(sample);
-                SlopesOfRows<Sample>(heights.Row<Sample>(y), heights.Row<Sample>(y + 1),
-                                     heights.Row<Sample>(y + 2), rise, slope_x, slope_y, width);
-            });
-            lighting.LightRow(slope_x, slope_y, shade, gloss, width);
-            lighting.ApplyRow(format, destination.Row<std::uint8_t>(y), shade, gloss, width);
+            for (int x = 0; x < width; x += kPart) {
+                LightPart(lighting, heights, destination, x, y, std::min(kPart, width - x));
+            }
         }
     });
 }

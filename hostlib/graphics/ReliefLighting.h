@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 
 #include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/CStatusControl.h"
@@ -41,10 +42,17 @@ class CReliefLighting {
     float height_scale_;
 };
 
-// Lights `destination` by a height image: grey, 8 or 16 bits, white high, one pixel larger on every
-// side. `height` is the rise in pixels from black to white. For every row y, paint(y), called on
-// any thread, first puts the unlit pixels into the destination.
+// A height image: grey, 8 or 16 bits, white high. `rise` is the height of white over black in
+// pixels at depth 1.
+struct SHeights {
+    const CRowIteratorBands& image;
+    float rise;
+};
+
+// Lights `destination` by the sum of height images of one depth, each one pixel larger than it on
+// every side. For every row y, paint(y), called on any thread, first puts the unlit pixels into the
+// destination.
 CErrorAutoThrow LightByHeights(CStatusControl* status, const CReliefLighting& lighting,
-                               float height, const CRowIteratorBands& heights,
+                               std::initializer_list<SHeights> heights,
                                CRowIteratorBands& destination,
                                const std::function<void(int y)>& paint);

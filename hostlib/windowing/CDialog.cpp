@@ -65,7 +65,7 @@ int CDialog::DoModal() {
     const std::unique_ptr<IDialogView> view = toolkit->Open(*model);
     const CShown shown(*windows_, view.get());
     const int result = view->RunModal();
-    if (windows_->failure) std::rethrow_exception(windows_->failure);
+    if (windows_->failure) throw CNException(*windows_->failure);
     return result;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <exception>
 #include <map>
+#include <optional>
 
 #include "hostlib/windowing/IToolkit.h"
 
@@ -10,8 +10,8 @@ struct SDialogState {
     bool loaded = false;
     SDialogTemplate description;
     std::map<int, SControlState> controls;
-    IDialogView* view = nullptr;  // null while nobody shows the dialog
-    std::exception_ptr failure;   // what ended the dialog, if it was a fault
+    IDialogView* view = nullptr;         // null while nobody shows the dialog
+    std::optional<CNException> failure;  // what ended the dialog, if it was a fault
 
     SControlState* Find(int id);
     // The controls in their first state, as the template describes them.

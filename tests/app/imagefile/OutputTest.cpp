@@ -206,6 +206,33 @@ TEST(Output, FullAndReadOnlyFileSystemsAreTold) {
     EXPECT_EQ(umount(folder.Path().c_str()), 0);
 }
 
+TEST(Output, MissingPermissionsAreTold) {
+    const Folder folder;
+    for (const char* name : {"secret.png", "mine.png"}) files::Write(folder / name, kPicture);
+    files::fs::permissions(folder / "secret.png", files::fs::perms::none);
+    files::fs::permissions(folder / "mine.png", files::fs::perms(0444));
+    files::fs::permissions(folder.Path(), files::fs::perms(0777));
+    // For root everything is permitted: it becomes somebody else for a while.
+    const auto become = [is_root = geteuid() == 0](uid_t user) {
+        EXPECT_TRUE(!is_root || seteuid(user) == 0);
+    };
+    become(65534);
+    EXPECT_THAT(files::ReadFault(folder / "secret.png"),
+                AllOf(StartsWith("unreadable: "), HasSubstr("Permission denied")));
+    EXPECT_THAT(FaultOf([&] {
+                    files::Write(folder / "mine.png", kPicture, {true, {}});
+                }),
+                AllOf(StartsWith("output: "), HasSubstr("cannot be replaced: Permission denied")));
+    become(0);
+    files::fs::permissions(folder.Path(), files::fs::perms(0555));
+    become(65534);
+    EXPECT_THAT(
+        FaultOf([&] { imagefile::CheckOutput(folder / "new.png", {}); }),
+        AllOf(StartsWith("output: "), HasSubstr("cannot be written to: Permission denied")));
+    become(0);
+    files::fs::permissions(folder.Path(), files::fs::perms(0700));
+}
+
 // A name is nothing but a name, to be read and to be written.
 TEST(Output, NamesAreOnlyNames) {
     const Folder folder;

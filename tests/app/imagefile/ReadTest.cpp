@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include "Files.h"
 
 namespace {
@@ -129,15 +127,6 @@ TEST(Read, RefusesByName) {
                     AllOf(StartsWith(std::string(refused.fault) + ": "),
                           HasSubstr(std::string(refused.name) + ": "), HasSubstr(refused.says)));
     }
-}
-
-TEST(Read, FilesWithoutPermissionAreRefused) {
-    if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
-    const Folder folder;
-    SetContent(folder / "x.png", PngHeader(4, 4));
-    files::fs::permissions(folder / "x.png", files::fs::perms::none);
-    EXPECT_THAT(ReadFault(folder / "x.png"),
-                AllOf(StartsWith("unreadable: "), HasSubstr("Permission denied")));
 }
 
 // Sizes are judged by the header, however little follows it.

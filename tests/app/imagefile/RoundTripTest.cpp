@@ -108,34 +108,41 @@ TEST(RoundTrip, OrientationIsApplied) {
     }
 }
 
-// The last call tells that all is done; a stop at any call leaves no file.
+// Asks to stop as soon as the work has come so far.
+class StoppingSink : public IProgressSink {
+  public:
+    explicit StoppingSink(double at) : at_(at) {}
+    bool OnProgress(double fraction) override { return fraction >= at_; }
+
+  private:
+    double at_;
+};
+
+// The last call tells that all is done; a stop leaves no file, even one at the very end.
 TEST(RoundTrip, ReportsProgressAndStops) {
     for (const char* name : {"x.png", "x.jpg", "x.tif", "x.webp"}) {
         const Folder folder;
         const CRowIteratorBands picture = Noise(ENPixelFormat::Colour8, 300, 400, 1);
-        pictures::CountingSink whole;
-        CStatusControl whole_status(&whole);
-        WriteImage(folder / name, picture, nullptr, {}, &whole_status);
-        EXPECT_EQ(whole.Last(), 1.0) << name;
-        EXPECT_FALSE(whole.EverFell());
-        EXPECT_GE(whole.Calls(), 3) << name;
-        pictures::CountingSink reading;
-        CStatusControl reading_status(&reading);
+        pictures::CountingSink writing, reading;
+        CStatusControl writing_status(&writing), reading_status(&reading);
+        WriteImage(folder / name, picture, nullptr, {}, &writing_status);
         ReadImage(folder / name, {}, &reading_status);
-        EXPECT_EQ(reading.Last(), 1.0);
-        for (const int call : {1, whole.Calls() / 2, whole.Calls()}) {
+        for (const pictures::CountingSink* sink : {&writing, &reading}) {
+            EXPECT_EQ(sink->Last(), 1.0) << name;
+            EXPECT_FALSE(sink->EverFell()) << name;
+            EXPECT_GE(sink->Calls(), 2) << name;
+        }
+        for (const double at : {0.0, 0.01, 1.0}) {
             const Folder empty;
-            pictures::CountingSink sink(call);
-            CStatusControl status(&sink);
+            StoppingSink sink(at);
+            CStatusControl status(&sink), again(&sink);
             EXPECT_THAT(
                 files::FaultOf([&] { WriteImage(empty / name, picture, nullptr, {}, &status); }),
                 HasSubstr("cancelled"));
-            EXPECT_TRUE(empty.Names().empty()) << name << " stopped at call " << call;
+            EXPECT_TRUE(empty.Names().empty()) << name << " stopped at " << at;
+            EXPECT_THAT(files::FaultOf([&] { ReadImage(folder / name, {}, &again); }),
+                        HasSubstr("cancelled"));
         }
-        pictures::CountingSink sink(2);
-        CStatusControl status(&sink);
-        EXPECT_THAT(files::FaultOf([&] { ReadImage(folder / name, {}, &status); }),
-                    HasSubstr("cancelled"));
     }
 }
 

@@ -144,7 +144,7 @@ TEST(GaussianBlur, ABlurFarLargerThanThePictureIsStillExact) {
     for (const ENPixelFormat format : {ENPixelFormat::Colour8, ENPixelFormat::Colour16}) {
         for (const CSize size : {CSize{1, 1}, {40, 1}, {1, 40}, {9, 70}, {70, 9}}) {
             const CRowIteratorBands source = Noise(format, size.cx, size.cy, 8);
-            for (const double sigma : {50.0, 333.0, 5000.0}) {
+            for (const double sigma : {50.0, 700.0}) {
                 EXPECT_LE(LargestError(source, sigma), Tolerance(format))
                     << pictures::Name(format) << " " << size.cx << " x " << size.cy << " sigma "
                     << sigma;
@@ -166,7 +166,7 @@ TEST(GaussianBlur, WithoutAWidthItCopies) {
 // The row loops are compiled for several processors; the plain ones are the measure of all.
 TEST(GaussianBlur, EveryProcessorAndNumberOfThreadsGivesTheSame) {
     for (const ENPixelFormat format : kAllFormats) {
-        for (const CSize size : {CSize{67, 300}, {1100, 70}, {5, 33}}) {
+        for (const CSize size : {CSize{23, 150}, {2060, 20}, {5, 33}}) {
             const CRowIteratorBands source = Noise(format, size.cx, size.cy, 6);
             for (const double sigma : kSigmas) {
                 const CRowIteratorBands blurred = Blurred(source, sigma);
@@ -222,7 +222,12 @@ TEST(GaussianBlur, TheDestinationKeepsMemoryThatFits) {
         EXPECT_EQ(fits.Row<std::uint8_t>(0), memory);
         EXPECT_FALSE(blur(itself, second_handle).Failed());
         EXPECT_EQ(Difference(itself, expected), "") << "onto the source's own pixels";
-        EXPECT_FALSE(blur(other, other).Failed());
+        CRowIteratorBands view;  // another store over the same memory
+        view.Attach(fits.Row<std::uint8_t>(0), fits.Stride(), 30, 50, ENPixelFormat::Colour8)
+            .ThrowIfFailed();
+        fits.Copy(source, 0).ThrowIfFailed();
+        EXPECT_FALSE(blur(view, fits).Failed());
+        EXPECT_EQ(Difference(view, expected), "") << "onto the source's memory";
     }
     CRowIteratorBands destination;
     EXPECT_EQ(CIoGaussianBlur(1, 3)(destination, CRowIteratorBands()).Code(),

@@ -1,0 +1,52 @@
+#include <fmt/format.h>
+
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "app/cli/Commands.h"
+#include "app/cli/Library.h"
+#include "app/cli/Options.h"
+#include "app/imagefile/CImageFile.h"
+
+namespace {
+
+struct SResourcesOptions {
+    SSessionOptions session;
+    std::vector<std::string> folders;
+    bool json = false;
+};
+
+void List(const SResourcesOptions& options) {
+    const auto library = OpenLibrary(options.folders);
+    auto rows = nlohmann::ordered_json::array();
+    for (const auto& [type, kind] : {std::pair(CFileResourceLibrary::kPatterns, "pattern"),
+                                     std::pair(CFileResourceLibrary::kTextures, "texture")}) {
+        for (const auto& entry : library->Files(type)) {
+            rows.push_back({{"kind", kind},
+                            {"name", entry.name},
+                            {"category", entry.category},
+                            {"file", entry.file.string()}});
+        }
+    }
+    if (options.json) {
+        std::cout << rows.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+                  << '\n';
+        return;
+    }
+    for (const auto& row : rows) {
+        std::cout << fmt::format("{:<8} {:<20} {}\n", row["kind"].get<std::string>(),
+                                 row["name"].get<std::string>(),
+                                 row["category"].get<std::string>());
+    }
+}
+
+}  // namespace
+
+void AddResourcesCommand(CLI::App& program) {
+    auto* command = program.add_subcommand(
+        "resources", "List the patterns of Sculpture and the textures of Texture");
+    auto options = std::make_shared<SResourcesOptions>();
+    command->add_flag("--json", options->json, "Print a JSON array");
+    AddLibraryOption(*command, options->folders);
+    command->callback([options] { List(*options); });
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/commands/ICommandExecutionContext.h"
+#include "host/core/TUnknownImpl.h"
+
+// Patterns and textures in folders. A folder of the library holds `patterns/` and `textures/`, or
+// pictures directly, which then serve as both; a picture's name is its file's name without the
+// extension, its category the folder it lies in below, if any. Folders are looked through in order,
+// so a picture of an earlier one hides its namesake in a later one. What is there is read anew each
+// time.
+class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResourceLibrary> {
+  public:
+    static constexpr int kPatterns = 10;
+    static constexpr int kTextures = 44;
+
+    struct SFile {
+        std::string name;
+        std::string category;
+        std::filesystem::path file;
+    };
+
+    explicit CFileResourceLibrary(std::vector<std::filesystem::path> folders)
+        : folders_(std::move(folders)) {}
+
+    CErrorAutoThrow LoadImage(int type, const CString& name, CRowIteratorBands& image) override;
+    std::vector<SResourceEntry> Entries(int type) override;
+    CErrorAutoThrow LoadThumbnail(int type, const CString& name, CRowIteratorBands& image) override;
+
+    // Every picture of a type, ordered by category and name.
+    std::vector<SFile> Files(int type) const;
+    // The picture of a name, letter case ignored; of the empty name, the first.
+    std::optional<SFile> Find(int type, const std::string& name) const;
+
+  private:
+    std::vector<std::filesystem::path> folders_;
+};

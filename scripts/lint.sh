@@ -1,0 +1,12 @@
+#!/bin/bash
+# Checks the format of every source file and lints the given ones (all without arguments). Needs
+# clang-format and clang-tidy 14 and a configured release build.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+if [ $# -eq 0 ]; then
+    mapfile -t files < <(git ls-files '*.cpp' | grep -v '^fuzz/')
+else
+    files=("$@")
+fi
+printf '%s\0' "${files[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet

@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include "app/cli/Program.h"
+
+namespace {
+
+using pictures::Difference;
+using pictures::kAllFormats;
+using pictures::Make;
+using pictures::Noise;
+using pictures::Sample;
+
+const std::vector<std::string> kEffects = {
+    "Blinds",        "FineLeather",  "Fur",       "MosaicAntique", "MosaicGlass",
+    "PolishedStone", "RoughLeather", "Sandstone", "Sculpture",     "SoftPlastic",
+    "StrawWall",     "Texture",      "Tiles",     "Weave"};
+
+class Apply : public ::testing::Test {
+  protected:
+    // Applies an effect to in.png; the result is out.png unless the arguments say otherwise.
+    Program::Result Run(const std::string& effect, std::vector<std::string> more = {},
+                        const std::string& in = "in.png", const std::string& out = "out.png") {
+        std::vector<std::string> all = {
+            "apply", effect, program_.Path(in), "-o", program_.Path(out), "--overwrite"};
+        all.insert(all.end(), more.begin(), more.end());
+        auto result = program_.Run(all);
+        EXPECT_EQ(result.status, 0) << effect << ": " << result.err;
+        return result;
+    }
+    Program program_;
+};
+
+TEST_F(Apply, BlindsGiveTheirWorkedValues) {
+    program_.WriteImage("in.png",
+                        Make(ENPixelFormat::Colour8, 4, 1, [](int, int, int) { return 200; }));
+    struct {
+        const char *colour, *opacity;
+        int expected[4];
+    } const cases[] = {{"#000000", "100", {0, 66, 133, 200}},
+                       {"#000000", "50", {100, 134, 167, 200}},
+                       {"#FFFFFF", "100", {255, 237, 219, 200}}};
+    for (const auto& [colour, opacity, expected] : cases) {
+        Run("Blinds",
+            {"-p", "Width=4", "-p", "Horizontal=false", "-p", "LightFromLeftTop=false", "-p",
+             std::string("Color=") + colour, "-p", std::string("Opacity=") + opacity});
+        const auto out = program_.ReadImage("out.png");
+        for (int x = 0; x < 4; ++x) EXPECT_EQ(Sample(out, x, 0, 1), expected[x]) << colour << x;
+    }
+}
+
+// A cut-out placed on the canvas comes out as that part of the whole.
+TEST_F(Apply, PatternsAreAnchoredToTheCanvas) {
+    const auto whole = Noise(ENPixelFormat::Colour8, 60, 50, 3);
+    const CRect part{13, 9, 44, 41};
+    program_.WriteImage("whole.png", whole);
+    program_.WriteImage("in.png", Make(ENPixelFormat::Colour8, part.Width(), part.Height(),
+                                       [&](int x, int y, int c) {
+                                           return Sample(whole, part.left + x, part.top + y, c);
+                                       }));
+    struct {
+        std::string effect;
+        std::vector<std::string> values;
+    } const cases[] = {{"Blinds", {"-p", "Width=7"}},
+                       {"Blinds", {"-p", "Width=11", "-p", "Horizontal=false"}},
+                       {"Weave", {"-p", "WeaveWidth=5", "-p", "GapWidth=3"}}};
+    for (const auto& [effect, values] : cases) {
+        Run(effect, values, "whole.png", "whole-out.png");
+        auto placed = values;
+        placed.insert(placed.end(), {"--canvas", "60x50", "--at", "13,9"});
+        Run(effect, placed);
+        const auto result = program_.ReadImage("whole-out.png");
+        EXPECT_EQ(Difference(program_.ReadImage("out.png"),
+                             Make(ENPixelFormat::Colour8, part.Width(), part.Height(),
+                                  [&](int x, int y, int c) {
+                                      return Sample(result, part.left + x, part.top + y, c);
+                                  })),
+                  "")
+            << effect;
+    }
+}
+
+// Under a black mask nothing changes, in any format; under a white one everything does.
+TEST_F(Apply, AMaskLimitsTheEffect) {
+    program_.WriteImage("black.png",
+                        Make(ENPixelFormat::Grey8, 21, 17, [](int, int, int) { return 0; }));
+    program_.WriteImage("white.png",
+                        Make(ENPixelFormat::Grey16, 21, 17, [](int, int, int) { return 65535; }));
+    for (const std::string kind : {".png", ".tif"}) {
+        for (const ENPixelFormat format : kAllFormats) {
+            const auto source = Noise(format, 21, 17, 8);
+            program_.WriteImage("in" + kind, source);
+            Run("Blinds", {"--mask", program_.Path("black.png")}, "in" + kind, "out" + kind);
+            EXPECT_EQ(Difference(program_.ReadImage("out" + kind), source), "") << kind;
+            Run("Blinds", {"--mask", program_.Path("white.png")}, "in" + kind, "masked" + kind);
+            Run("Blinds", {}, "in" + kind, "out" + kind);
+            EXPECT_EQ(
+                Difference(program_.ReadImage("out" + kind), program_.ReadImage("masked" + kind)),
+                "");
+        }
+    }
+}
+
+// Every effect runs on every format, keeps it, and gives the same picture again. Alpha stays as it
+// is, but for the two that move it by their own rules.
+TEST_F(Apply, EveryEffectTakesEveryFormat) {
+    for (const std::string& effect : kEffects) {
+        for (const ENPixelFormat format : kAllFormats) {
+            const CNPixelFormat kind = format;
+            const auto source = Noise(format, 33, 29, 11);
+            program_.WriteImage("in.png", source);
+            Run(effect, {"-p", effect == "Weave"              ? "WeaveWidth=6"
+                               : effect == "Blinds"           ? "Width=9"
+                               : effect == "Tiles"            ? "Depth=2"
+                               : effect.starts_with("Mosaic") ? "GroutWidth=1"
+                               : effect == "Texture"          ? "Depth=2"
+                               : effect == "Sculpture"        ? "Depth=2"
+                                                              : "Blur=3"});
+            const auto out = program_.ReadImage("out.png");
+            ASSERT_EQ(out.GetPixelFormat(), kind) << effect;
+            EXPECT_NE(Difference(out, source), "") << effect << " did nothing";
+            const bool moves_alpha = effect == "RoughLeather" || effect == "Sandstone" ||
+                                     effect == "PolishedStone" || effect == "SoftPlastic" ||
+                                     effect == "FineLeather" || effect == "StrawWall" ||
+                                     effect == "Fur";
+            if (!kind.IsAlphaChannelPresent() || moves_alpha) continue;
+            const int alpha = kind.Channels() - 1;
+            for (int y = 0; y < 29; ++y) {
+                for (int x = 0; x < 33; ++x) {
+                    ASSERT_EQ(Sample(out, x, y, alpha), Sample(source, x, y, alpha))
+                        << effect << " " << pictures::Name(kind);
+                }
+            }
+        }
+    }
+}
+
+TEST_F(Apply, OddNamesAreNames) {
+    const auto source = Noise(ENPixelFormat::Colour8, 5, 5, 1);
+    for (const std::string name :
+         {"a[b=1].png", "line\nfeed.png", "50%d.png", "png:x.png", "\xff.png"}) {
+        program_.WriteImage(name, source);
+        Run("Blinds", {"--json"}, name, "out-" + name);
+        EXPECT_EQ(program_.ReadImage("out-" + name).GetWidth(), 5);
+    }
+}
+
+TEST_F(Apply, TheGalleryShowsEveryEffect) {
+    program_.WriteImage("in.png", Noise(ENPixelFormat::Colour8, 40, 30, 2));
+    const auto result =
+        program_.Run({"gallery", program_.Path("in.png"), "-d", program_.Path("g")});
+    ASSERT_EQ(result.status, 0) << result.err;
+    for (const std::string& effect : kEffects) {
+        EXPECT_EQ(program_.ReadImage("g/" + effect + ".png").GetWidth(), 40) << effect;
+    }
+    EXPECT_GT(program_.ReadImage("g/contact-sheet.png").GetWidth(), 1000);
+    EXPECT_EQ(program_.Run({"gallery", program_.Path("in.png"), "-d", program_.Path("g")}).status,
+              5);
+}
+
+}  // namespace

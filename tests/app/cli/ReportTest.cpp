@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "app/cli/Program.h"
+
+namespace {
+
+using nlohmann::json;
+
+TEST(List, GivesTheFourteenEffectsInOrder) {
+    const Program program;
+    const auto result = program.Run({"list", "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const json rows = json::parse(result.out);
+    ASSERT_EQ(rows.size(), 14U);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(rows[i]["commandId"], 36001 + 2 * static_cast<int>(i));
+        EXPECT_EQ(rows[i]["guid"].get<std::string>().size(), 36U);
+    }
+    EXPECT_EQ(rows[0]["name"], "Blinds");
+    EXPECT_EQ(rows[13]["guid"], "F2EB6F66-1BFD-4368-BA17-A757345A12F6");
+    EXPECT_EQ(rows[1]["displayName"], "Fine Leather");
+}
+
+TEST(Describe, FollowsCanvasScaleAndLanguage) {
+    const Program program;
+    const auto parameter = [&](std::vector<std::string> arguments, int index) {
+        arguments.insert(arguments.begin(), "describe");
+        arguments.push_back("--json");
+        const auto result = program.Run(arguments);
+        EXPECT_EQ(result.status, 0) << result.err;
+        return json::parse(result.out)["parameters"][static_cast<std::size_t>(index)];
+    };
+    EXPECT_EQ(parameter({"blinds"}, 0)["maximum"], 32767);
+    EXPECT_EQ(parameter({"blinds", "--canvas", "300x1200"}, 0)["maximum"], 1200);
+    EXPECT_EQ(parameter({"Weave", "--canvas", "40x30"}, 3)["default"], 20);
+    EXPECT_EQ(parameter({"FineLeather", "--range-scale", "33"}, 3)["maximum"], 1330);
+    EXPECT_EQ(parameter({"FineLeather"}, 2)["default"], "#DCDCDC");
+    EXPECT_TRUE(parameter({"FineLeather"}, 2)["minimum"].is_null());
+    const json shape = parameter({"Tiles"}, 10);
+    EXPECT_EQ(shape["type"], "enumeration");
+    EXPECT_EQ(shape["members"], json({"triangles", "squares", "hexagons"}));
+    EXPECT_EQ(parameter({"Sculpture"}, 6)["type"], "string");
+    EXPECT_NE(parameter({"Fur", "--language", "DE"}, 2)["label"],
+              parameter({"Fur", "--language", "en"}, 2)["label"]);
+}
+
+TEST(Presets, AreSavedShownListedAndApplied) {
+    const Program program;
+    const std::string image = program.WriteImage(
+        "in.png", pictures::Make(ENPixelFormat::Colour8, 40, 30, [](int, int, int) { return 90; }));
+    ASSERT_EQ(program.Run({"preset", "save", "Blinds", "Wide", "-p", "Width=33"}).status, 0);
+    EXPECT_EQ(program.Run({"preset", "save", "Blinds", "Wide"}).status, 5);
+    EXPECT_EQ(program.Run({"preset", "list"}).out, "Blinds\tWide\n");
+    const auto shown = program.Run({"preset", "show", "Blinds", "Wide"});
+    EXPECT_EQ(json::parse(shown.out)["Width"], 33);
+    const auto applied = program.Run({"apply", "Blinds", image, "-o", program.Path("out.png"),
+                                      "--preset", "Wide", "-p", "Opacity=40", "--json"});
+    ASSERT_EQ(applied.status, 0) << applied.err;
+    const json report = json::parse(applied.out);
+    EXPECT_EQ(report["parameters"]["Width"], 33);
+    EXPECT_EQ(report["parameters"]["Opacity"], 40);
+    EXPECT_EQ(report["layout"], "colour");
+    EXPECT_EQ(report["depth"], 8);
+    // What the report gives as parameters is a preset again.
+    program.WriteText("again.json", report["parameters"].dump());
+    EXPECT_EQ(program
+                  .Run({"apply", "Blinds", image, "-o", program.Path("again.png"), "--preset",
+                        program.Path("again.json")})
+                  .status,
+              0);
+    EXPECT_EQ(pictures::Difference(program.ReadImage("again.png"), program.ReadImage("out.png")),
+              "");
+}
+
+TEST(Help, IsThereForEverySubcommand) {
+    const Program program;
+    for (const std::string name : {"list", "describe", "apply", "gallery", "preset", "resources"}) {
+        const auto result = program.Run({name, "--help"});
+        EXPECT_EQ(result.status, 0) << name;
+        EXPECT_NE(result.out.find("Usage"), std::string::npos) << name;
+    }
+    EXPECT_EQ(program.Run({"--version"}).out.substr(0, 11), "cmdtexture ");
+}
+
+TEST(Resources, AreListedAndExtended) {
+    const Program program;
+    const json shipped = json::parse(program.Run({"resources", "--json"}).out);
+    const auto count = [](const json& rows, const char* kind) {
+        return std::count_if(rows.begin(), rows.end(),
+                             [&](const json& row) { return row["kind"] == kind; });
+    };
+    EXPECT_GE(count(shipped, "pattern"), 8);
+    EXPECT_GE(count(shipped, "texture"), 8);
+    program.WriteImage("mine.png", pictures::Noise(ENPixelFormat::Grey8, 8, 8, 1));
+    const json more =
+        json::parse(program.Run({"resources", "--json", "--resources", program.Path("")}).out);
+    EXPECT_EQ(more.size(), shipped.size() + 2) << "a plain folder serves both kinds";
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+#include <fstream>
+
+#include "EffectDialog.h"
+#include "hostlib/job/CommandLine.h"
+#include "hostlib/job/Presets.h"
+
+namespace {
+
+using Session = DialogTest;
+
+void ExpectWithinRanges(const EffectDialog& effect) {
+    for (const IParameter* parameter : parameters::All(effect.Repository())) {
+        if (parameter->Type() == EParameterType::Colour) {
+            EXPECT_LE(parameter->Number(), 0xFFFFFF);
+        } else if (parameter->Type() != EParameterType::String) {
+            EXPECT_GE(parameter->Number(), parameter->Minimum()) << ToUtf8(parameter->Name());
+            EXPECT_LE(parameter->Number(), parameter->Maximum()) << ToUtf8(parameter->Name());
+        }
+    }
+}
+
+TEST_F(Session, RandomValuesArePossibleOnesAndCanBeUndone) {
+    for (const std::string& name : EffectDialog::Module().Names()) {
+        SCOPED_TRACE(name);
+        EffectDialog effect(name, {6000, 4000});
+        effect.Play([&](IDialogModel& dialog) {
+            const auto start = effect.Values();
+            std::vector<nlohmann::ordered_json> states;
+            for (int i = 0; i < 30; ++i) {
+                states.push_back(effect.Values());
+                EXPECT_EQ(effect.PreviewsOf([&] { dialog.Randomise(); }), 1);
+                ExpectWithinRanges(effect);
+                const bool mosaic = name.starts_with("Mosaic");
+                if (mosaic && effect.Number("Symmetric")) {
+                    EXPECT_EQ(effect.Number("NumRows"), effect.Number("NumColumns"));
+                }
+            }
+            EXPECT_NE(effect.Values(), start);
+            for (; !states.empty(); states.pop_back()) {
+                EXPECT_TRUE(dialog.CanUndo());
+                dialog.Undo();
+                EXPECT_EQ(effect.Values(), states.back());
+            }
+            EXPECT_FALSE(dialog.CanUndo());
+            EXPECT_EQ(effect.PreviewsOf([&] { dialog.Undo(); }), 0);
+        });
+    }
+}
+
+TEST_F(Session, ResetsOneParameterOrAll) {
+    EffectDialog effect("Tiles");
+    const auto defaults = effect.Values();
+    effect.Play([&](IDialogModel& dialog) {
+        dialog.Type(2961, L"10");
+        dialog.Choose(2952, 2);
+        dialog.PickColour(2964, 0x00FF00);
+        EXPECT_EQ(effect.PreviewsOf([&] { dialog.Reset(2960); }), 1);
+        EXPECT_EQ(dialog.Control(2961).text, L"315") << "the field shows what its dial does";
+        EXPECT_EQ(effect.Number("TileShape"), 0);
+        EXPECT_EQ(effect.PreviewsOf([&] { dialog.Reset(2960); }), 0) << "it is the default";
+        EXPECT_EQ(effect.PreviewsOf([&] { dialog.ResetAll(); }), 1);
+        EXPECT_EQ(effect.Values(), defaults);
+        EXPECT_EQ(dialog.Control(2952).selected, 0);
+        dialog.Undo();
+        EXPECT_EQ(effect.Number("TileShape"), 0);
+        EXPECT_EQ(dialog.Control(2952).selected, 2);
+        dialog.Undo();
+        EXPECT_EQ(effect.Number("Angle"), 10);
+    });
+}
+
+TEST_F(Session, PresetsByName) {
+    EffectDialog effect("Blinds");
+    effect.Play([&](IDialogModel& dialog) {
+        EXPECT_TRUE(dialog.PresetNames().empty());
+        dialog.Type(1011, L"77");
+        EXPECT_FALSE(dialog.SavePreset("wide", false).Failed());
+        EXPECT_TRUE(dialog.SavePreset("wide", false).Failed()) << "it exists";
+        dialog.Type(1011, L"88");
+        EXPECT_FALSE(dialog.SavePreset("wide", true).Failed());
+        EXPECT_EQ(dialog.PresetNames(), std::vector<std::string>{"wide"});
+        dialog.ResetAll();
+        EXPECT_EQ(effect.PreviewsOf([&] { EXPECT_FALSE(dialog.LoadPreset("wide").Failed()); }), 1);
+        EXPECT_EQ(effect.Number("Width"), 88);
+        EXPECT_EQ(dialog.Control(1011).text, L"88");
+        dialog.Undo();
+        EXPECT_EQ(effect.Number("Width"), 20);
+        EXPECT_FALSE(dialog.DeletePreset("wide").Failed());
+        EXPECT_TRUE(dialog.PresetNames().empty());
+    });
+}
+
+TEST_F(Session, LastValuesComeBackAfterOk) {
+    const auto opened_with = [](EffectDialog& effect) {
+        effect.Play([](IDialogModel& dialog) { dialog.Cancel(); });
+        return effect.Number("Width");
+    };
+    {
+        EffectDialog effect("Blinds");
+        effect.Play([](IDialogModel& dialog) { dialog.Type(1011, L"50"); });
+        EffectDialog next("Blinds");
+        EXPECT_EQ(opened_with(next), 20) << "a cancelled dialog is forgotten";
+    }
+    EffectDialog effect("Blinds");
+    effect.Play([](IDialogModel& dialog) {
+        dialog.Type(1011, L"250");
+        dialog.Type(1094, L"60");
+        dialog.Ok();
+    });
+    EffectDialog next("Blinds");
+    EXPECT_EQ(opened_with(next), 250);
+    EffectDialog given("Blinds");
+    given.Parameter("Opacity").SetNumber(30);
+    EXPECT_EQ(opened_with(given), 20) << "values that came with the command stand";
+    EffectDialog small("Blinds", {100, 100});
+    EXPECT_EQ(opened_with(small), 20) << "250 is not possible on this canvas";
+    EXPECT_EQ(small.Number("Opacity"), 60) << "but the other value is";
+
+    std::ofstream(Folder() / "cmdtexture" / "last" / "Blinds.json") << "{\"Width\": ";
+    EffectDialog broken("Blinds");
+    EXPECT_EQ(opened_with(broken), 20);
+}
+
+TEST_F(Session, TheSnapshotStaysAsItIs) {
+    EffectDialog effect("Blinds");
+    SPreviewSnapshot snapshot;
+    effect.Play([&](IDialogModel& dialog) {
+        dialog.Type(1011, L"40");
+        snapshot = dialog.Snapshot();
+        dialog.Type(1011, L"50");
+    });
+    ASSERT_TRUE(snapshot.command);
+    EXPECT_EQ(parameters::Find(*snapshot.command->BoundRepository(), "Width").Number(), 40);
+    CStatusControl status;
+    CRowIteratorBands result;
+    EXPECT_FALSE(
+        snapshot.command
+            ->Preview(&status, snapshot.source, result, &snapshot.selection, snapshot.context.Get())
+            .Failed());
+    EXPECT_EQ(result.GetWidth(), 300);
+}
+
+TEST_F(Session, CommandLinesNameWhatIsNotDefault) {
+    EffectDialog effect("Blinds");
+    effect.Play([&](IDialogModel& dialog) {
+        EXPECT_EQ(dialog.CommandLine("in.png", "out.png"),
+                  "cmdtexture apply Blinds in.png -o out.png");
+        dialog.Type(1011, L"30");
+        dialog.Click(1212);
+        dialog.PickColour(1571, 0x0000FF);
+        EXPECT_EQ(dialog.CommandLine("my photo.png", "-o'clock.png"),
+                  "cmdtexture apply Blinds 'my photo.png' -o './-o'\\''clock.png' -p Width=30 "
+                  "-p Horizontal=false -p 'Color=#FF0000'");
+    });
+    EffectDialog sculpture("Sculpture");
+    sculpture.Parameter("PatternName").SetText(FromUtf8("schöner $stein"));
+    EXPECT_EQ(ApplyCommandLine("Sculpture", "a", "", sculpture.Repository()),
+              "cmdtexture apply Sculpture a -o '' -p 'PatternName=schöner $stein'");
+}
+
+}  // namespace
