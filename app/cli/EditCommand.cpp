@@ -7,6 +7,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/EffectRun.h"
 #include "app/cli/Interruption.h"
+#include "app/cli/Library.h"
 #include "app/cli/Options.h"
 #include "app/cli/Pictures.h"
 
@@ -16,6 +17,7 @@ struct SEditOptions {
     SSessionOptions session;
     SParameterOptions parameters;
     SInputOptions input;
+    std::vector<std::string> resources;
     std::string effect, output, mask, canvas, at;
     bool overwrite = false;
 };
@@ -70,7 +72,8 @@ std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, 
 
 void Edit(const SEditOptions& options) {
     const CSession session(options.session);
-    TRef<CCmdEffect> command = session.Effect(options.effect);
+    const TRef<CFileResourceLibrary> library = OpenLibrary(options.resources);
+    CheckParameters(session, *library, options.effect, options.parameters);
     imagefile::SOutputRules rules{options.overwrite, options.input.file};
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, {});
     CDesktopLibrary desktop(session.Installation(), {options.input.file, options.output,
@@ -82,7 +85,8 @@ void Edit(const SEditOptions& options) {
     const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, size);
     const TRef<CDocument> document = OpenDocument(options, input, progress);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, {}, &progress));
+    const TRef<CCmdEffect> command = session.Effect(options.effect);
+    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
     PrepareCommand(*command, context.Get());
     SetParameters(*command->BoundRepository(), options.effect, options.parameters);
 
@@ -127,6 +131,7 @@ void AddEditCommand(CLI::App& program) {
     command->add_option("--at", options->at, "Place of the image on the document; default: 0,0")
         ->type_name("X,Y");
     command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
+    AddLibraryOption(*command, options->resources);
     AddSessionOptions(*command, options->session);
     command->callback([options] { Edit(*options); });
 }
