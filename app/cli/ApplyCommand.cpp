@@ -38,16 +38,6 @@ class CStopwatch {
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-// Names and types of the parameters are checked before anything is read; their ranges may depend
-// on the canvas and are checked again with it.
-void CheckParameters(const CSession& session, const CFileResourceLibrary& library,
-                     const SApplyOptions& options) {
-    const TRef<CCmdEffect> command = session.Effect(options.effect);
-    PrepareCommand(*command, nullptr);
-    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
-    CheckResourceNames(*command->BoundRepository(), library);
-}
-
 void PrintResult(const SApplyOptions& options, const ordered_json& values,
                  const CCmdEffect& command, const CRowIteratorBands& image, ordered_json seconds) {
     const ordered_json result = {{"effect", ToUtf8(command.GetResourceData()->GetComponentName())},
@@ -66,7 +56,7 @@ void PrintResult(const SApplyOptions& options, const ordered_json& values,
 void Apply(const SApplyOptions& options) {
     const CSession session(options.session);
     const TRef<CFileResourceLibrary> library = OpenLibrary(options.document.resources);
-    CheckParameters(session, *library, options);
+    CheckParameters(session, *library, options.effect, options.parameters);
     CheckDocumentOptions(options.document);
     const imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
     CheckPictureOutput(options.output, rules, {});

@@ -57,8 +57,8 @@ std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, 
 
 void Edit(const SEditOptions& options) {
     const CSession session(options.session);
-    TRef<CCmdEffect> command = session.Effect(options.effect);
     const TRef<CFileResourceLibrary> library = OpenLibrary(options.document.resources);
+    CheckParameters(session, *library, options.effect, options.parameters);
     CheckDocumentOptions(options.document);
     imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, {});
@@ -71,6 +71,7 @@ void Edit(const SEditOptions& options) {
     const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, size);
     const TRef<CDocument> document = OpenDocument(options.document, input, progress);
+    const TRef<CCmdEffect> command = session.Effect(options.effect);
     const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
     PrepareCommand(*command, context.Get());
     SetParameters(*command->BoundRepository(), options.effect, options.parameters);

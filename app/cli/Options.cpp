@@ -71,3 +71,11 @@ void SetParameters(IParameterRepository& repository, const std::string& effect,
         throw CCliError(EExit::Usage, error.what());
     }
 }
+
+void CheckParameters(const CSession& session, const CFileResourceLibrary& library,
+                     const std::string& effect, const SParameterOptions& options) {
+    const TRef<CCmdEffect> command = session.Effect(effect);
+    PrepareCommand(*command, nullptr);
+    SetParameters(*command->BoundRepository(), effect, options);
+    CheckResourceNames(*command->BoundRepository(), library);
+}

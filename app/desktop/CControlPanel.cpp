@@ -140,8 +140,9 @@ void CControlPanel::AddRow(const STemplateRow& row, QGridLayout& grid) {
         }
         grid.addWidget(label, line, 0);
     }
-    grid.addWidget(all, line, own_text ? 0 : 1, 1, own_text ? 2 : 1);
     const int main = MainControl(row);
+    const bool across = own_text && main != 0;
+    grid.addWidget(all, line, across ? 0 : 1, 1, across ? 2 : 1);
     if (main == 0) return;
     const QString name = ToQt(own_text ? model_.Control(main).text : row.label);
     grid.addWidget(MakeReset(main, name), line, 2);

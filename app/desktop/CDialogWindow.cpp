@@ -28,6 +28,7 @@ constexpr int kTickMilliseconds = 50;
 constexpr int kProgressSteps = 1000;
 constexpr int kProgressHeight = 3;
 constexpr int kDescriptionLines = 3;
+constexpr int kButtonRoom = 10;  // beside a button's text
 constexpr double kButtonScale = 1.25;
 constexpr double kScreenShare = 0.92;  // of the screen that a window may take
 
@@ -168,6 +169,7 @@ QPushButton* CDialogWindow::AddButton(QWidget& bar, const char* name, const QStr
     auto* button = new QPushButton(text);
     button->setObjectName(name);
     button->setAutoDefault(false);
+    button->setMinimumWidth(button->sizeHint().width() + kButtonRoom);
     const QString keys = key.toString(QKeySequence::NativeText);
     button->setToolTip(keys.isEmpty() ? tip : tip.isEmpty() ? keys : tip + " (" + keys + ")");
     connect(button, &QPushButton::clicked, this, action);
@@ -261,8 +263,14 @@ void CDialogWindow::changeEvent(QEvent* event) {
     model_.Activate(isActiveWindow(), other && other != this && other->parentWidget() == this);
 }
 
-// The key O shows the original wherever the focus is in this window.
+// The key O shows the original wherever the focus is in this window, and undo is the dialog's, not
+// that of the text in a field.
 bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && isActiveWindow() &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo)) {
+        event->ignore();
+        return true;
+    }
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     if (!key || !isActiveWindow()) return QDialog::eventFilter(watched, event);
     const auto* pressed = static_cast<QKeyEvent*>(event);

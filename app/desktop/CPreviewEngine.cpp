@@ -27,18 +27,19 @@ double Pixels(const CRowIteratorBands& picture) {
 
 }  // namespace
 
-// The progress of one stage, and what stops it.
+// The progress of one stage, and what stops it. One that `yields` stops at once for a newer
+// request; the others only when they take long.
 class CPreviewEngine::CStage final : public IProgressSink {
   public:
-    CStage(CPreviewEngine& engine, int request, bool exact)
-        : engine_(engine), request_(request), exact_(exact) {
+    CStage(CPreviewEngine& engine, int request, bool yields)
+        : engine_(engine), request_(request), yields_(yields) {
         engine.progress_ = 0;
     }
 
     bool Stop() const {
         if (engine_.IsGivenUp(request_)) return true;
         if (!engine_.IsOvertaken(request_)) return false;
-        return exact_ || Clock::now() - start_ > kReducedPatience;
+        return yields_ || Clock::now() - start_ > kReducedPatience;
     }
     bool OnProgress(double fraction) override {
         engine_.progress_ = fraction;
@@ -49,7 +50,7 @@ class CPreviewEngine::CStage final : public IProgressSink {
   private:
     CPreviewEngine& engine_;
     const int request_;
-    const bool exact_;
+    const bool yields_;
     const Clock::time_point start_ = Clock::now();
 };
 
@@ -135,7 +136,7 @@ void CPreviewEngine::Perform(const SJob& job) {
     const int level = ReducedLevel();
     if (level > 0 && !RunReduced(job, level)) return;
     if (level > 0 && WaitForQuiet(job)) return;
-    RunExact(job);
+    RunExact(job, level > 0);
 }
 
 // The picture's and the selection's halvings are made once, before the first preview.
@@ -176,10 +177,14 @@ bool CPreviewEngine::RunReduced(const SJob& job, int level) {
     CRowIteratorBands result;
     const CErrorAutoThrow error = snapshot.command->Preview(
         &status, snapshot.source, result, &snapshot.selection, snapshot.context.Get());
-    const double measured = stage.Seconds() / Pixels(snapshot.source);
-    seconds_per_pixel_ = error.Failed() ? std::max(seconds_per_pixel_ * 2, measured) : measured;
-    if (error.Failed()) return !stage.Stop();
+    if (error.Failed()) {
+        seconds_per_pixel_ *= 2;
+        if (!stage.Stop()) return true;
+        CountOvertaken(job.request);
+        return false;
+    }
     auto picture = CPyramid::Make(result, level, original_->FullSize());
+    seconds_per_pixel_ = stage.Seconds() / Pixels(snapshot.source);
     {
         const std::lock_guard lock(mutex_);
         ++counters_.reduced;
@@ -192,27 +197,34 @@ bool CPreviewEngine::RunReduced(const SJob& job, int level) {
 bool CPreviewEngine::WaitForQuiet(const SJob& job) {
     std::unique_lock lock(mutex_);
     wake_.wait_for(lock, kQuiet, [&] { return ending_ || IsOvertaken(job.request); });
-    if (IsOvertaken(job.request)) ++counters_.overtaken;
+    lock.unlock();
+    CountOvertaken(job.request);
     return IsOvertaken(job.request) || IsGivenUp(job.request);
 }
 
-void CPreviewEngine::RunExact(const SJob& job) {
+void CPreviewEngine::CountOvertaken(int request) {
+    const std::lock_guard lock(mutex_);
+    if (IsOvertaken(request)) ++counters_.overtaken;
+}
+
+// `yields`: something of this request is shown already.
+void CPreviewEngine::RunExact(const SJob& job, bool yields) {
     const SPreviewSnapshot& snapshot = job.snapshot;
-    CStage stage(*this, job.request, true);
+    CStage stage(*this, job.request, yields);
     CStatusControl status(&stage);
     CRowIteratorBands result;
     const CErrorAutoThrow error = snapshot.command->Preview(
         &status, snapshot.source, result, &snapshot.selection, snapshot.context.Get());
-    if (!error.Failed()) seconds_per_pixel_ = stage.Seconds() / Pixels(snapshot.source);
     const auto stop = [&] { return stage.Stop(); };
     auto picture =
         error.Failed() ? nullptr : CPyramid::Make(result, 0, original_->FullSize(), stop);
-    if (stage.Stop()) {
-        const std::lock_guard lock(mutex_);
-        if (IsOvertaken(job.request)) ++counters_.overtaken;
-        return;
+    if (IsGivenUp(job.request)) return;
+    if (!picture && stage.Stop()) {
+        if (!yields) seconds_per_pixel_ *= 2;
+        return CountOvertaken(job.request);
     }
     if (picture) {
+        seconds_per_pixel_ = stage.Seconds() / Pixels(snapshot.source);
         const std::lock_guard lock(mutex_);
         ++counters_.finished;
     }

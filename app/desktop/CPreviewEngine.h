@@ -70,9 +70,10 @@ class CPreviewEngine {
     void PrepareSource(const SPreviewSnapshot& snapshot);
     int ReducedLevel() const;
     bool RunReduced(const SJob& job, int level);
-    void RunExact(const SJob& job);
+    void RunExact(const SJob& job, bool yields);
     bool WaitForQuiet(const SJob& job);
     bool IsOvertaken(int request) const;
+    void CountOvertaken(int request);
     bool IsGivenUp(int request) const;
     void Publish(SShown shown);
 

@@ -16,11 +16,15 @@ namespace {
 
 constexpr int kNoScreen = 7;
 
-// Qt would abort, and dump core, when it finds no screen.
+// Qt would abort, and dump core, when it finds no screen. What is wrong it says in a warning
+// before.
 void OnMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    static QString reason;
+    if (text.contains("could not connect")) reason = text;
     if (type == QtFatalMsg) {
+        const QString what = reason.isEmpty() ? text.section('\n', 0, 0) : reason;
         std::fprintf(stderr, "cmdtexture: error: no window can be shown: %s\n",
-                     text.section('\n', 0, 0).toUtf8().constData());
+                     what.toUtf8().constData());
         _exit(kNoScreen);
     }
     if (type == QtCriticalMsg) std::fprintf(stderr, "%s\n", text.toUtf8().constData());

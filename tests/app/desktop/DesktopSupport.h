@@ -12,7 +12,7 @@
 #include "hostlib/job/CEffectModule.h"
 #include "support/Pictures.h"
 
-// The threads of this process that compute previews.
+// The threads of this process that compute previews, and those that they started.
 inline int PreviewThreads() {
     int found = 0;
     for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
