@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <chrono>
+#include <thread>
+
+#include "Program.h"
+
+namespace {
+
+// The variables that tell of a screen, for the program's runs in a scope.
+class Screen {
+  public:
+    Screen(const char* display, const char* platform) {
+        unsetenv("WAYLAND_DISPLAY");
+        display ? setenv("DISPLAY", display, 1) : unsetenv("DISPLAY");
+        platform ? setenv("QT_QPA_PLATFORM", platform, 1) : unsetenv("QT_QPA_PLATFORM");
+    }
+    ~Screen() {
+        unsetenv("DISPLAY");
+        unsetenv("QT_QPA_PLATFORM");
+    }
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+};
+
+TEST(Edit, WithoutAScreenSaysSo) {
+    const Program program;
+    const std::string in =
+        program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour8, 40, 30, 1));
+    for (const char* display : {static_cast<const char*>(nullptr), ":4711"}) {
+        const Screen screen(display, display ? "xcb" : nullptr);
+        const Program::Result run = program.Run({"edit", "Fur", in, "-o", program.Path("out.png")});
+        EXPECT_EQ(run.status, 7) << run.err;
+        EXPECT_NE(run.err.find("cmdtexture: error: no window can be shown"), std::string::npos)
+            << run.err;
+    }
+    EXPECT_EQ(program.Files(), std::vector<std::string>{"in.png"});
+}
+
+TEST(Edit, RefusesBeforeItOpensAWindow) {
+    const Program program;
+    const Screen screen(nullptr, "offscreen");
+    const std::string in =
+        program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour8, 40, 30, 1));
+    EXPECT_EQ(program.Run({"edit", "Fur", in, "-o", in}).status, 5);
+    EXPECT_EQ(program.Run({"edit", "Fuzz", in}).status, 2);
+    EXPECT_EQ(program.Run({"edit", "Fur", in, "-p", "Length=0"}).status, 2);
+    EXPECT_EQ(program.Run({"edit", "Fur", program.Path("none.png")}).status, 3);
+}
+
+TEST(Edit, ASignalClosesTheWindowAndLeavesNothing) {
+    const Program program;
+    const Screen screen(nullptr, "offscreen");
+    const std::string in =
+        program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour8, 400, 300, 1));
+    const pid_t child = program.Start({"edit", "Fur", in, "-o", program.Path("out.png")});
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+    kill(child, SIGINT);
+    const Program::Result run = program.Finish(child);
+    EXPECT_EQ(run.status, 130) << run.err;
+    EXPECT_EQ(program.Files(), std::vector<std::string>{"in.png"});
+}
+
+}  // namespace
