@@ -356,8 +356,7 @@ TEST_F(Window, LibraryIsBrowsedAndCancelledBack) {
             CResourceBrowser browser(model, 3489, "Choose", &window);
             auto* list = browser.findChild<QListWidget*>();
             ASSERT_EQ(list->count(), 3);
-            QTest::qWait(20);
-            EXPECT_FALSE(list->item(2)->icon().isNull());
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !list->item(2)->icon().isNull(); }, 5000));
             list->setCurrentRow(2);
             EXPECT_EQ(model.Control(3489).selected, 2);
             accept ? browser.accept() : browser.reject();
