@@ -107,8 +107,9 @@ TEST(Helpers, FlatteningRoundsToNearest) {
 
 TEST(Helpers, TilesRepeatFromTheirPlaceOnTheCanvas) {
     for (const CSize tile_size : {CSize{1, 1}, {3, 2}, {50, 50}}) {
-        const CRowIteratorBands tile = Tight(Make(ENPixelFormat::Grey8, tile_size.cx, tile_size.cy,
-                                                  [](int x, int y, int) { return (x + 10 * y) % 256; }));
+        const CRowIteratorBands tile =
+            Tight(Make(ENPixelFormat::Grey8, tile_size.cx, tile_size.cy,
+                       [](int x, int y, int) { return (x + 10 * y) % 256; }));
         for (const CPoint origin : {CPoint{0, 0}, {4, 1}, {-1, -7}}) {
             CRowIteratorBands image = Tight(Noise(ENPixelFormat::Grey8, 11, 7, 1));
             image.SetOrigin(origin);
@@ -120,7 +121,8 @@ TEST(Helpers, TilesRepeatFromTheirPlaceOnTheCanvas) {
                 for (int x = 0; x < 11; ++x) {
                     const int expected = x >= 2 && y >= 3 && y < 6
                                              ? (in_tile(x + origin.x, tile_size.cx) +
-                                                10 * in_tile(y + origin.y, tile_size.cy)) % 256
+                                                10 * in_tile(y + origin.y, tile_size.cy)) %
+                                                   256
                                              : Sample(before, x, y, 0);
                     ASSERT_EQ(Sample(image, x, y, 0), expected) << x << ", " << y;
                 }

@@ -58,7 +58,8 @@ TEST(AntiqueMosaic, StonesTakeTheColourOfTheirPlace) {
         const CRowIteratorBands made = Stones(source, 5, 4, 2, 50, 0);
         for (int y = 10; y < 80; y += 20) {
             for (int x = 10; x < 100; x += 20) {
-                ASSERT_NEAR(Sample(made, x, y, 0), cell(x, y), 0.05 * cell(x, y) + 1) << Name(format);
+                ASSERT_NEAR(Sample(made, x, y, 0), cell(x, y), 0.05 * cell(x, y) + 1)
+                    << Name(format);
             }
         }
     }
