@@ -40,27 +40,22 @@ bool DescribesPixels(std::string_view name) {
                                                          "background",
                                                          "loop",
                                                          "delay"};
-    constexpr std::string_view kThumbnail = "exif-ifd1-";
-    return std::find(kNames.begin(), kNames.end(), name) != kNames.end() ||
-           name.starts_with(kThumbnail);
+    return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
 }
 
-struct SCopy {
-    VipsImage* to;
-    const char* only;  // names that begin so
-};
+bool IsExif(std::string_view name) { return name.starts_with("exif-"); }
 
-void* CopyField(VipsImage* /*from*/, const char* name, GValue* value, void* data) {
-    const auto* copy = static_cast<const SCopy*>(data);
-    if (!DescribesPixels(name) && std::string_view(name).starts_with(copy->only)) {
-        vips_image_set(copy->to, name, value);
-    }
-    return nullptr;
-}
-
-void CopyFields(VipsImage* from, VipsImage* to, const char* only = "") {
-    SCopy copy = {to, only};
-    vips_image_map(from, &CopyField, &copy);
+void CopyFields(VipsImage* from, VipsImage* to, bool (*takes)(std::string_view name)) {
+    struct SCopy {
+        VipsImage* to;
+        bool (*takes)(std::string_view name);
+    } copy = {to, takes};
+    const auto copy_field = [](VipsImage*, const char* name, GValue* value, void* data) -> void* {
+        const auto* wanted = static_cast<const SCopy*>(data);
+        if (wanted->takes(name)) vips_image_set(wanted->to, name, value);
+        return nullptr;
+    };
+    vips_image_map(from, copy_field, &copy);
 }
 
 void* FindText(VipsImage* /*image*/, const char* name, GValue* /*value*/, void* /*data*/) {
@@ -83,31 +78,41 @@ void AddExif(VipsImage* header, const CExif& exif) {
         return;
     }
     const TVips<VipsImage> owner(opened);
-    CopyFields(opened, header, "exif-");
+    CopyFields(opened, header, &IsExif);
 }
 
-// Fills in what the library leaves out: the EXIF data of TIFF files, and the resolution that WebP
+// EXIF data are made anew, upright and without a thumbnail: the library would write those of the
+// turned picture again. It leaves out the EXIF data of TIFF files, and the resolution that WebP
 // files have in their EXIF data alone.
 CMetadata TakeMetadata(VipsImage* opened, ENKind kind, int descriptor) {
     TVips<VipsImage> header(vips_image_new());
-    CopyFields(opened, header.get());
-    vips_autorot_remove_angle(header.get());
+    CopyFields(opened, header.get(),
+               [](std::string_view name) { return !DescribesPixels(name) && !IsExif(name); });
     header->Xres = opened->Xres;
     header->Yres = opened->Yres;
-    const auto exif = kind == ENKind::Tiff ? CExif::FromTiffFile(descriptor)
-                                           : CExif::FromBytes(Blob(opened, VIPS_META_EXIF_NAME));
-    if (exif && kind == ENKind::Tiff) AddExif(header.get(), *exif);
+    auto exif = kind == ENKind::Tiff ? CExif::FromTiffFile(descriptor)
+                                     : CExif::FromBytes(Blob(opened, VIPS_META_EXIF_NAME));
     if (const auto resolution = exif ? exif->Resolution() : std::nullopt;
         resolution && kind == ENKind::Webp) {
         header->Xres = resolution->x;
         header->Yres = resolution->y;
     }
-    if (vips_image_get_orientation_swap(opened)) std::swap(header->Xres, header->Yres);
+    int width = opened->Xsize, height = opened->Ysize;
+    if (vips_image_get_orientation_swap(opened)) {
+        std::swap(header->Xres, header->Yres);
+        std::swap(width, height);
+    }
+    if (exif) {
+        exif->Describe(width, height, header->Xres, header->Yres);
+        AddExif(header.get(), *exif);
+    }
     return std::make_shared<const SMetadata>(SMetadata{std::move(header)});
 }
 
 void GiveMetadata(const SMetadata& metadata, VipsImage* image) {
-    CopyFields(metadata.header.get(), image);
+    CopyFields(metadata.header.get(), image,
+               [](std::string_view name) { return !DescribesPixels(name); });
+    vips_image_set_int(image, VIPS_META_ORIENTATION, 1);
     image->Xres = metadata.header->Xres;
     image->Yres = metadata.header->Yres;
 }

@@ -215,6 +215,10 @@ void CImageReader::Decode() {
                  ", for which the memory cannot be had");
     }
     result_.metadata = TakeMetadata(opened.get(), kind_->kind, descriptor_.Get());
+    if (!Blob(opened.get(), VIPS_META_EXIF_NAME).empty() &&
+        Blob(result_.metadata->header.get(), VIPS_META_EXIF_NAME).empty()) {
+        Warn("the EXIF data are not valid and are left out");
+    }
     DecodeRows(opened.get());
     opened.reset();  // a decoder may still complain when it is closed
     JudgeWarnings(true);

@@ -143,6 +143,31 @@ TEST(Metadata, ExifIsReadInEitherOrderAndWrittenUpright) {
     for (const auto& [field, value] : expected) EXPECT_EQ(Field(metadata, field), value) << field;
 }
 
+// A viewer would turn the picture a second time, and show the small picture of before.
+TEST(Metadata, TurnedPicturesAreWrittenUprightAndWithoutThumbnail) {
+    const Folder folder;
+    const auto picture = files::VipsPicture(40, 30, 3, VIPS_FORMAT_UCHAR, VIPS_INTERPRETATION_sRGB);
+    ASSERT_EQ(vips_jpegsave(picture.get(), (folder / "x.jpg").c_str(), nullptr), 0);
+    const std::string plain = files::Content(folder / "x.jpg");
+    const std::string exif = std::string("Exif\0\0", 6) + BigEndianExif();
+    files::SetContent(folder / "x.jpg", plain.substr(0, 2) + "\xff\xe1" + Big(exif.size() + 2, 2) +
+                                            exif + plain.substr(2));
+    const imagefile::SImageFile source = ReadImage(folder / "x.jpg");
+    EXPECT_EQ(source.pixels.GetWidth(), 30);
+    for (const char* name : {"y.jpg", "y.png", "y.tif", "y.webp"}) {
+        SCOPED_TRACE(name);
+        EXPECT_THAT(WriteImage(folder / name, source.pixels, source.metadata, {}), IsEmpty());
+        const imagefile::TVips<VipsImage> written(
+            vips_image_new_from_file((folder / name).c_str(), nullptr));
+        EXPECT_EQ(vips_image_get_orientation(written.get()), 1);
+        EXPECT_EQ(vips_image_get_typeof(written.get(), "exif-ifd1-XResolution"), 0U);
+        EXPECT_EQ(vips_image_get_typeof(written.get(), "jpeg-thumbnail-data"), 0U);
+        const imagefile::SImageFile again = ReadImage(folder / name);
+        EXPECT_EQ(again.pixels.GetWidth(), 30);
+        EXPECT_EQ(Field(again.metadata, "exif-ifd0-Make"), "Maker");
+    }
+}
+
 // Whatever byte is wrong or missing, nothing outside the data is read.
 TEST(Metadata, DamagedExifIsHarmless) {
     const std::string whole = BigEndianExif();
