@@ -1,5 +1,7 @@
 #pragma once
 
+#include <mutex>
+
 #include "host/core/CString.h"
 #include "host/core/HostApi.h"
 
@@ -17,11 +19,13 @@ class HOST_API CWinApp {
     // Called for the command ID_HELP, the one entry of a module's message map.
     virtual void OnHelp();
 
-    // The name under which windows and messages present the application.
-    const CString& AppName() const { return name_; }
-    void SetAppName(CString name) { name_ = std::move(name); }
+    // The name under which windows and messages present the application. Any thread may ask or
+    // tell: every exporter that is made tells it.
+    CString AppName() const;
+    void SetAppName(CString name);
 
   private:
+    mutable std::mutex mutex_;
     CString name_;
 };
 

@@ -20,4 +20,14 @@ bool CWinApp::InitInstance() { return true; }
 int CWinApp::ExitInstance() { return 0; }
 void CWinApp::OnHelp() {}
 
+CString CWinApp::AppName() const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return name_;
+}
+
+void CWinApp::SetAppName(CString name) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    name_ = std::move(name);
+}
+
 CWinApp* AfxGetApp() { return g_app; }

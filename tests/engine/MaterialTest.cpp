@@ -208,10 +208,15 @@ TEST(Materials, CancelAnywhere) {
                  call += call < 70 || call > counter.Calls() - 20 ? 1 : 97) {
                 pictures::CountingSink sink(call);
                 CRowIteratorBands result;
-                EXPECT_EQ(run(sink, result), TolmErrorCode::Cancelled)
+                const auto code = run(sink, result);
+                // A blur asks once a block that the calling thread takes, so a run may ask less
+                // often than the one before.
+                const bool asked = sink.Calls() >= call;
+                EXPECT_TRUE(asked || blur != 0);
+                EXPECT_EQ(code, asked ? TolmErrorCode::Cancelled : TolmErrorCode::Success)
                     << material.name << " call " << call << " of " << counter.Calls();
                 const bool destroys = material.define == DefineTransfo1T7;
-                EXPECT_TRUE(!destroys || !result.IsAttached());
+                EXPECT_TRUE(!asked || !destroys || !result.IsAttached());
             }
         }
     }

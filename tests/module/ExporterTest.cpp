@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "host/commands/IComponentExporter.h"
+#include "host/windowing/CWinApp.h"
 #include "module/CComponentExporter.h"
 #include "support/LoadedModule.h"
 #include "support/Pictures.h"
@@ -123,6 +124,7 @@ TEST(TwoThreads, GiveTheSameBytesAsOne) {
             EXPECT_EQ(pictures::Difference(b, second), "") << name;
         }
     }
+    EXPECT_EQ(AfxGetApp()->AppName(), CString(L"CmdTexture")) << "which each exporter told";
 }
 
 }  // namespace
