@@ -46,6 +46,24 @@ CString CParameterReader::Text(int index) const {
     return Read<IStringParameters>(repository_, index, CString());
 }
 
+void ReadRelief(const CParameterReader& parameters, const SReliefIndices& at,
+                SReliefSettings& settings) {
+    settings.angle = parameters.Integer(at.angle, settings.angle);
+    settings.elevation = parameters.Integer(at.elevation, settings.elevation);
+    settings.color = parameters.Colour(at.color, settings.color);
+    settings.intensity = parameters.Integer(at.intensity, settings.intensity);
+    settings.ambience = parameters.Integer(at.ambience, settings.ambience);
+    settings.depth = parameters.Integer(at.depth, settings.depth);
+    settings.shininess = parameters.Integer(at.shininess, settings.shininess);
+    settings.smoothness = parameters.Integer(at.smoothness, settings.smoothness);
+}
+
+SColorSpecRGB ColorSpec(ICommandExecutionContext* context) {
+    TRef<INGLGraphic> graphic;
+    CCmdHelpers(context).GetGraphic(graphic).Ignore();
+    return graphic ? graphic->GetColorSpec() : SColorSpecRGB();
+}
+
 int CanvasHeight(ICommandExecutionContext* context, const CRowIteratorBands& source) {
     TRef<INGLGraphic> graphic;
     CCmdHelpers(context).GetGraphic(graphic).Ignore();

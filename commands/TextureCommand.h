@@ -4,6 +4,7 @@
 
 #include "host/commands/CCmdEffect.h"
 #include "host/dialogs/CPreviewChild.h"
+#include "host/graphics/SReliefSettings.h"
 #include "module/CTolmResourceManager.h"
 #include "module/ParameterTable.h"
 #include "module/TComponentResourceData.h"
@@ -68,6 +69,17 @@ class CParameterReader {
   private:
     IParameterRepository* repository_;
 };
+
+// Reads the parameters of a relief, which lie at other indices in every command that has them; what
+// cannot be read keeps its value.
+struct SReliefIndices {
+    int ambience, angle, color, depth, elevation, intensity, shininess, smoothness;
+};
+void ReadRelief(const CParameterReader& parameters, const SReliefIndices& at,
+                SReliefSettings& settings);
+
+// The colour specification of the document; the usual one without a document.
+SColorSpecRGB ColorSpec(ICommandExecutionContext* context);
 
 // The height of the document's canvas; without a document, the bottom edge of the image.
 int CanvasHeight(ICommandExecutionContext* context, const CRowIteratorBands& source);

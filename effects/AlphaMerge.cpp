@@ -12,17 +12,15 @@ void HideAlpha(CRowIteratorBands& image, CNPixelFormat format, int modify_mode) 
 }
 
 CErrorAutoThrow MergeAlpha(CRowIteratorBands& source, CRowIteratorBands& destination,
-                           CNPixelFormat format) {
-    const int source_mode = source.GetImageModifyMode();
-    const int destination_mode = destination.GetImageModifyMode();
-    source.SetChannelAccess(ENChannel::Alpha, source_mode).Ignore();
+                           CNPixelFormat format, int modify_mode) {
+    source.SetChannelAccess(ENChannel::Alpha, source.GetImageModifyMode()).Ignore();
     CRowIteratorBands merged;
     CErrorAutoThrow error =
         AddAlphaChannel(nullptr, destination, merged, format, source, nullptr, true, nullptr);
     destination.Destroy();
-    source.SetChannelAccess(ENChannel::All, source_mode).Ignore();
+    source.SetChannelAccess(ENChannel::All, modify_mode).Ignore();
     if (error.Failed()) return error;
     destination.Consume(merged);
-    destination.SetChannelAccess(ENChannel::All, destination_mode).Ignore();
+    destination.SetChannelAccess(ENChannel::All, modify_mode).Ignore();
     return error;
 }

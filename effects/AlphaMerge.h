@@ -10,7 +10,7 @@ bool HasHideableAlpha(CNPixelFormat format);
 // Restricts the rows of an image of such a kind to its colour, or grey, channels.
 void HideAlpha(CRowIteratorBands& image, CNPixelFormat format, int modify_mode);
 // The destination, which holds colour only, becomes an image of `format` with the alpha of the
-// source; both show all channels again, in their modify modes. When the merge fails the
+// source; both show all channels again, in the given modify mode. When the merge fails the
 // destination is destroyed.
 CErrorAutoThrow MergeAlpha(CRowIteratorBands& source, CRowIteratorBands& destination,
-                           CNPixelFormat format);
+                           CNPixelFormat format, int modify_mode);

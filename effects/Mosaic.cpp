@@ -22,7 +22,8 @@ CErrorAutoThrow Recombine(const CRowIteratorBands& source, const CRowIteratorBan
 
 }  // namespace
 
-CErrorAutoThrow ApplyMosaic(CStatusControl* status, CIoDeformation& deformation,
+CErrorAutoThrow ApplyMosaic(CStatusControl* status,
+                            const std::function<void(CIoDeformation&)>& choose,
                             const CRowIteratorBands& source, CRowIteratorBands& destination,
                             bool transparent, CColorRef fill_colour) {
     CRowIteratorBands input = source;
@@ -33,12 +34,14 @@ CErrorAutoThrow ApplyMosaic(CStatusControl* status, CIoDeformation& deformation,
         if (error.Failed()) return error;
         input.Consume(flat);
     }
+    CIoDeformation deformation;
     deformation.SetStatusControl(status);
     deformation.SetResampleMode(kResampleMode);
     deformation.SetEdgeMode(kEdgeMode);
+    choose(deformation);
     CRuntimeRandom::OfThisThread().Seed(kSeed);
     CRowIteratorBands mosaic;
-    CErrorAutoThrow error = deformation(mosaic, input);
+    CErrorAutoThrow error = deformation(CIoData(mosaic, input));
     input.Detach();
     if (error.Failed()) return error;
     if (transparent) return Recombine(source, mosaic, destination);

@@ -29,7 +29,7 @@ CErrorAutoThrow MakeBump(const CRowIteratorBands& source, const CRowIteratorBand
     return RowIterator_Tile(bump, scaled);
 }
 
-// Softens the relief; `smoothness` is 0 to 100 and not 0.
+// Softens the relief; `smoothness` is 1 to 100.
 CErrorAutoThrow Soften(CStatusControl* status, int smoothness, CRowIteratorBands& bump) {
     CRowIteratorBands soft;
     CErrorAutoThrow error =
@@ -70,9 +70,6 @@ CErrorAutoThrow ApplyTexture(CStatusControl* status, CRowIteratorBands& source,
     CRowIteratorBands bump;
     CErrorAutoThrow error = MakeBump(source, texture, size, bump);
     if (!error.Failed()) error = destination.Copy(source, 0);
-    if (!error.Failed() && settings.smoothness != 0) {
-        error = Soften(status, settings.smoothness, bump);
-    }
     if (error.Failed()) return error;
 
     const int modify_mode = source.GetImageModifyMode();
@@ -82,9 +79,12 @@ CErrorAutoThrow ApplyTexture(CStatusControl* status, CRowIteratorBands& source,
         HideAlpha(source, format, modify_mode);
         HideAlpha(destination, format, modify_mode);
     }
-    error = BumpMap2(status, settings, source, bump, CRowIteratorBands(), destination, kBumpMode,
-                     nullptr);
-    if (merge && !error.Failed()) error = MergeAlpha(source, destination, format);
+    if (settings.smoothness != 0) error = Soften(status, settings.smoothness, bump);
+    if (!error.Failed()) {
+        error = BumpMap2(status, settings, source, bump, CRowIteratorBands(), destination,
+                         kBumpMode, nullptr);
+    }
+    if (merge && !error.Failed()) error = MergeAlpha(source, destination, format, modify_mode);
     if (merge) source.SetChannelAccess(ENChannel::All, modify_mode).Ignore();
     return error;
 }

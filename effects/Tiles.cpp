@@ -10,8 +10,8 @@ CErrorAutoThrow ApplyTiles(CStatusControl* status, CRowIteratorBands& source,
     if (merge) HideAlpha(source, format, 0);
     CIoTilesEffect tiles(settings);
     tiles.SetStatusControl(status);
-    CErrorAutoThrow error = tiles(destination, source);
-    if (merge && !error.Failed()) error = MergeAlpha(source, destination, format);
+    CErrorAutoThrow error = tiles(CIoData(destination, source));
+    if (merge && !error.Failed()) error = MergeAlpha(source, destination, format, modify_mode);
     if (merge) source.SetChannelAccess(ENChannel::All, modify_mode).Ignore();
     return error;
 }

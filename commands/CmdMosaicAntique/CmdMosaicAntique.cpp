@@ -41,10 +41,11 @@ CErrorAutoThrow CCmdMosaicAntique::ApplyEffect(CStatusControl* status, CRowItera
         const int grout_diffusion = parameters.Integer(5, 50);
         // Without diffusion there is no grout either.
         const int grout_width = grout_diffusion == 0 ? 0 : parameters.Integer(0, 2);
-        CIoDeformation deformation;
-        deformation.MosaicAdvanced(parameters.Integer(4, 50), parameters.Integer(3, 50),
-                                   grout_width, grout_diffusion, parameters.Integer(1, 70));
-        return ApplyMosaic(status, deformation, source, destination, SourceIsTransparent(),
+        const auto antique = [&](CIoDeformation& deformation) {
+            deformation.MosaicAdvanced(parameters.Integer(4, 50), parameters.Integer(3, 50),
+                                       grout_width, grout_diffusion, parameters.Integer(1, 70));
+        };
+        return ApplyMosaic(status, antique, source, destination, SourceIsTransparent(),
                            {parameters.Colour(6, 0)});
     });
 }

@@ -39,11 +39,12 @@ CErrorAutoThrow CCmdMosaicGlass::ApplyEffect(CStatusControl* status, CRowIterato
                                              ICommandExecutionContext* /*context*/) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
-        CIoDeformation deformation;
-        deformation.Glasses(parameters.Integer(1, 50), parameters.Integer(0, 50),
-                            parameters.Integer(2, 2), parameters.Integer(4, 50),
-                            parameters.Integer(6, 0), parameters.Integer(5, 0));
-        return ApplyMosaic(status, deformation, source, destination, SourceIsTransparent(),
+        const auto glasses = [&](CIoDeformation& deformation) {
+            deformation.Glasses(parameters.Integer(1, 50), parameters.Integer(0, 50),
+                                parameters.Integer(2, 2), parameters.Integer(4, 50),
+                                parameters.Integer(6, 0), parameters.Integer(5, 0));
+        };
+        return ApplyMosaic(status, glasses, source, destination, SourceIsTransparent(),
                            {parameters.Colour(7, 0)});
     });
 }

@@ -23,6 +23,15 @@ constexpr SParameterRow kParameters[] = {
      false, 0x8C0},
 };
 
+constexpr SReliefIndices kRelief{.ambience = 0,
+                                 .angle = 1,
+                                 .color = 2,
+                                 .depth = 3,
+                                 .elevation = 4,
+                                 .intensity = 5,
+                                 .shininess = 7,
+                                 .smoothness = 9};
+
 }  // namespace
 
 const SCommandDescription kDescription{L"Sculpture",
@@ -47,21 +56,15 @@ CErrorAutoThrow CCmdSculpture::Setup(ICommandExecutionContext* context) {
 CErrorAutoThrow CCmdSculpture::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
                                            CRowIteratorBands& destination, const CRowIterator* mask,
                                            const SHostArguments& /*arguments*/,
-                                           ICommandExecutionContext* /*context*/) {
+                                           ICommandExecutionContext* context) {
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
         CSculptureSettings settings;
-        settings.angle = parameters.Integer(1, 315);
-        settings.elevation = parameters.Integer(4, 30);
-        settings.color = parameters.Colour(2, 0xFFFFFF);
-        settings.intensity = parameters.Integer(5, 50);
-        settings.ambience = parameters.Integer(0, 0);
-        settings.depth = parameters.Integer(3, 20);
-        settings.shininess = parameters.Integer(7, 0);
-        settings.smoothness = parameters.Integer(9, 0);
+        ReadRelief(parameters, kRelief, settings);
         settings.size = parameters.Integer(8, 100);
         const CRowIteratorBands pattern = LoadPatternImage(context_.Get(), parameters.Text(6));
-        return ApplySculpture(status, source, destination, mask, pattern, settings, {});
+        return ApplySculpture(status, source, destination, mask, pattern, settings,
+                              ColorSpec(context));
     });
 }
 

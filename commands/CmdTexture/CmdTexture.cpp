@@ -23,6 +23,15 @@ constexpr SParameterRow kParameters[] = {
      false, 0x8C0},
 };
 
+constexpr SReliefIndices kRelief{.ambience = 0,
+                                 .angle = 1,
+                                 .color = 2,
+                                 .depth = 3,
+                                 .elevation = 4,
+                                 .intensity = 5,
+                                 .shininess = 6,
+                                 .smoothness = 8};
+
 }  // namespace
 
 const SCommandDescription kDescription{L"Texture",
@@ -48,16 +57,9 @@ CErrorAutoThrow CCmdTexture::ApplyEffect(CStatusControl* status, CRowIteratorBan
         const CParameterReader parameters(BoundRepository());
         context_ = context;
         CBumpMapEffectSettings settings;
-        settings.angle = parameters.Integer(1, 315);
-        settings.elevation = parameters.Integer(4, 30);
-        settings.color = parameters.Colour(2, 0xFFFFFF);
-        settings.intensity = parameters.Integer(5, 50);
-        settings.ambience = parameters.Integer(0, 0);
-        settings.depth = parameters.Integer(3, 1);
-        settings.shininess = parameters.Integer(6, 0);
-        settings.smoothness = parameters.Integer(8, 0);
+        ReadRelief(parameters, kRelief, settings);
         const CRowIteratorBands texture =
-            LoadTextureImage(context_.Get(), parameters.Text(9), SColorSpecRGB());
+            LoadTextureImage(context_.Get(), parameters.Text(9), ColorSpec(context));
         return ApplyTexture(status, source, destination, texture, settings,
                             parameters.Integer(7, 100));
     });

@@ -20,6 +20,15 @@ constexpr SParameterRow kParameters[] = {
     {11, L"TileSize", EParameterKind::Integer, 8, 32, 15, 2980, 2981, EMaximumRule::Scaled},
 };
 
+constexpr SReliefIndices kRelief{.ambience = 0,
+                                 .angle = 1,
+                                 .color = 3,
+                                 .depth = 4,
+                                 .elevation = 5,
+                                 .intensity = 6,
+                                 .shininess = 7,
+                                 .smoothness = 8};
+
 }  // namespace
 
 const SCommandDescription kDescription{L"Tiles",
@@ -43,14 +52,7 @@ CErrorAutoThrow CCmdTiles::ApplyEffect(CStatusControl* status, CRowIteratorBands
     return CatchErrors([&] {
         const CParameterReader parameters(BoundRepository());
         CTilesSettings settings;
-        settings.angle = parameters.Integer(1, 315);
-        settings.elevation = parameters.Integer(5, 30);
-        settings.color = parameters.Colour(3, 0xFFFFFF);
-        settings.intensity = parameters.Integer(6, 50);
-        settings.ambience = parameters.Integer(0, 0);
-        settings.depth = parameters.Integer(4, 1);
-        settings.shininess = parameters.Integer(7, 50);
-        settings.smoothness = parameters.Integer(8, 25);
+        ReadRelief(parameters, kRelief, settings);
         settings.tileShape = parameters.Member(10, 2);
         settings.tileAngularity = parameters.Integer(9, 31);
         settings.tileSize = parameters.Integer(11, 7);

@@ -7,6 +7,7 @@
 #include "host/core/IUnknown.h"
 #include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/CStatusControl.h"
+#include "host/graphics/SColorSpecRGB.h"
 
 // The graphic of a document: the canvas and the layer that commands work on.
 struct INGLGraphic : IUnknown {
@@ -20,6 +21,7 @@ struct INGLGraphic : IUnknown {
     // The selection as an 8-bit grey image of the layer's size, white where selected; unattached
     // when everything is selected.
     virtual CRowIterator GetSelection() const = 0;
+    virtual SColorSpecRGB GetColorSpec() const = 0;
 };
 
 // What a library holds under a name.

@@ -21,7 +21,7 @@ CErrorAutoThrow CCmdEffect::Preview(CStatusControl* status, const CRowIteratorBa
         const bool narrowed = source.GetPixelFormat().Is16bit() && !WorksAt16Bits();
         CRowIteratorBands input = source;
         if (narrowed) {
-            const CErrorAutoThrow error = ToEightBits(source, input);
+            CErrorAutoThrow error = ToEightBits(source, input);
             if (error.Failed()) return error;
         }
         transparent_ = source.GetPixelFormat().IsAlphaChannelPresent();

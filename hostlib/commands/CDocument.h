@@ -16,11 +16,14 @@ class HOST_API CDocument : public TUnknownImpl<CDocument, INGLGraphic> {
     void SetActiveImage(const CRowIteratorBands& image) override { image_ = image; }
     CRowIterator GetSelection() const override { return selection_; }
     void SetSelection(const CRowIterator& selection) { selection_ = selection; }
+    SColorSpecRGB GetColorSpec() const override { return color_spec_; }
+    void SetColorSpec(const SColorSpecRGB& color_spec) { color_spec_ = color_spec; }
 
   private:
     CSize canvas_;
     CRowIteratorBands image_;
     CRowIterator selection_;
+    SColorSpecRGB color_spec_;
 };
 
 // A context put together by the program: any part may be null. The sink is not owned.

@@ -77,7 +77,7 @@ std::vector<std::string> Names(const std::string& effect) {
 
 std::filesystem::path Save(const std::string& effect, const std::string& name,
                            const nlohmann::ordered_json& values, bool overwrite) {
-    const std::filesystem::path file = FileOf(effect, name);
+    std::filesystem::path file = FileOf(effect, name);
     std::error_code error;
     if (!overwrite && std::filesystem::exists(file, error)) {
         Fail(file, "a preset of this name exists");
