@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "app/cli/CContactSheet.h"
@@ -19,9 +20,46 @@ struct SGalleryOptions {
     SSessionOptions session;
     SInputOptions input;
     std::string folder;
+    std::string sheet;  // empty: contact-sheet.png in the folder
     std::vector<std::string> resources;
+    std::string effect;                // empty: all of them
+    std::vector<std::string> presets;  // files, or names of saved presets, of the effect
     bool overwrite = false, quiet = false;
 };
+
+// One picture of the gallery: an effect with its defaults, or with a preset over them.
+struct SEntry {
+    std::string effect;
+    SParameterOptions parameters;
+
+    std::string Name() const {
+        const std::string preset = std::filesystem::path(parameters.preset).stem();
+        return preset.empty() ? effect : effect + '-' + preset;
+    }
+};
+
+std::vector<SEntry> Entries(const CSession& session, const SGalleryOptions& options) {
+    std::vector<SEntry> entries;
+    if (options.effect.empty()) {
+        for (const std::string& name : session.Module().Names()) entries.push_back({name, {}});
+        return entries;
+    }
+    const TRef<CCmdEffect> command = session.Effect(options.effect);
+    const std::string name = ToUtf8(command->GetResourceData()->GetComponentName());
+    entries.push_back({name, {}});
+    for (const std::string& preset : options.presets) {
+        const SEntry added{name, {.values = {}, .preset = preset}};
+        const auto same = [&](const SEntry& other) { return other.Name() == added.Name(); };
+        if (std::any_of(entries.begin(), entries.end(), same)) {
+            throw CCliError(
+                EExit::Usage,
+                fmt::format("--preset {}: another picture is to be named {}", preset, added.Name()),
+                "give presets of different names");
+        }
+        entries.push_back(added);
+    }
+    return entries;
+}
 
 std::filesystem::path MakeFolder(const std::string& name) {
     std::error_code error;
@@ -33,43 +71,56 @@ std::filesystem::path MakeFolder(const std::string& name) {
     return name;
 }
 
-CRowIteratorBands EffectOn(const CRowIteratorBands& source, CCmdEffect& command,
-                           const TRef<IResourceLibrary>& library, CProgress& progress) {
-    const TRef<CDocument> document(new CDocument({source.GetWidth(), source.GetHeight()}));
-    document->SetActiveImage(source);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
-    PrepareCommand(command, context.Get());
-    return RunEffect(command, *context);
+// The entry's command, set for the document of the context.
+TRef<CCmdEffect> Prepare(const SEntry& entry, const CSession& session, CExecutionContext& context) {
+    TRef<CCmdEffect> command = session.Module().CreateCommand(entry.effect);
+    PrepareCommand(*command, &context);
+    SetParameters(*command->BoundRepository(), entry.effect, entry.parameters);
+    return command;
+}
+
+// The title of an entry on the contact sheet: what tells it from the others.
+std::string Title(const SEntry& entry, const CCmdEffect& command) {
+    const std::string preset = std::filesystem::path(entry.parameters.preset).stem();
+    return preset.empty() ? ToUtf8(command.GetResourceData()->GetDisplayName()) : preset;
 }
 
 void Gallery(const SGalleryOptions& options) {
     const CSession session(options.session);
-    const TRef<IResourceLibrary> library = OpenLibrary(options.resources);
+    const TRef<CFileResourceLibrary> library = OpenLibrary(options.resources);
+    const std::vector<SEntry> entries = Entries(session, options);
+    for (const SEntry& entry : entries) {
+        CheckParameters(session, *library, entry.effect, entry.parameters);
+    }
     CProgress progress(CProgress::StyleFor(options.quiet, false));
     progress.BeginPart("reading", 0.1);
     const imagefile::SImageFile input = ReadPicture(options.input, progress);
+    const TRef<CDocument> document(
+        new CDocument({input.pixels.GetWidth(), input.pixels.GetHeight()}));
+    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
+    std::vector<TRef<CCmdEffect>> commands;
+    for (const SEntry& entry : entries) commands.push_back(Prepare(entry, session, *context));
+
     const std::filesystem::path folder = MakeFolder(options.folder);
     const imagefile::SOutputRules rules{options.overwrite, options.input.file};
-    const std::string sheet_file = folder / "contact-sheet.png";
-    std::vector<std::string> files;
-    for (const std::string& name : session.Module().Names()) {
-        files.push_back(folder / (name + ".png"));
-        CheckPictureOutput(files.back(), rules, {});
-    }
+    const auto file = [&](const std::string& name) { return folder / (name + ".png"); };
+    for (const SEntry& entry : entries) CheckPictureOutput(file(entry.Name()), rules, {});
+    const std::filesystem::path sheet_file =
+        options.sheet.empty() ? file("contact-sheet") : std::filesystem::path(options.sheet);
     CheckPictureOutput(sheet_file, rules, {});
 
-    CContactSheet sheet(kColumns, kCell);
+    CContactSheet sheet(std::min(kColumns, static_cast<int>(entries.size()) + 1), kCell);
     sheet.Add("Original", input.pixels);
-    const double share = 0.85 / static_cast<double>(files.size());
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        const TRef<CCmdEffect> command =
-            session.Module().CreateCommand(session.Module().Names()[i]);
-        progress.BeginPart(session.Module().Names()[i],
-                           0.1 + share * (static_cast<double>(i) + 0.7));
-        const CRowIteratorBands result = EffectOn(input.pixels, *command, library, progress);
-        progress.BeginPart("writing", 0.1 + share * (static_cast<double>(i) + 1.0));
-        WritePicture(files[i], result, input.metadata, rules, progress);
-        sheet.Add(ToUtf8(command->GetResourceData()->GetDisplayName()), result);
+    double done = 0.1;
+    const double share = 0.85 / static_cast<double>(entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const std::string name = entries[i].Name();
+        progress.BeginPart(name, done + 0.7 * share);
+        document->SetActiveImage(input.pixels);
+        const CRowIteratorBands result = RunEffect(*commands[i], *context);
+        progress.BeginPart("writing", done += share);
+        WritePicture(file(name), result, input.metadata, rules, progress);
+        sheet.Add(Title(entries[i], *commands[i]), result);
     }
     progress.BeginPart("contact sheet", 1.0);
     WritePicture(sheet_file, sheet.Make(), nullptr, rules, progress);
@@ -88,6 +139,16 @@ void AddGalleryCommand(CLI::App& program) {
                      "Folder for the results, which are PNG files; made when it is missing")
         ->type_name("DIR")
         ->required();
+    auto* effect = command->add_option("--effect", options->effect,
+                                       "Show this effect only, at its defaults and with presets");
+    command
+        ->add_option("--preset", options->presets,
+                     "Show a saved preset or a preset file of the effect, too; may be repeated")
+        ->needs(effect);
+    command
+        ->add_option("--sheet", options->sheet,
+                     "File of the contact sheet; default: contact-sheet.png in DIR")
+        ->type_name("FILE");
     command->add_flag("--overwrite", options->overwrite, "Replace existing files");
     command->add_flag("--quiet", options->quiet, "Show no progress");
     AddLibraryOption(*command, options->resources);

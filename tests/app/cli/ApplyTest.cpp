@@ -157,4 +157,28 @@ TEST_F(Apply, TheGalleryShowsEveryEffect) {
               5);
 }
 
+TEST_F(Apply, TheGalleryShowsPresetsOfOneEffect) {
+    program_.WriteImage("in.png", Noise(ENPixelFormat::Colour8, 40, 30, 2));
+    const auto gallery = [&](const std::vector<std::string>& presets) {
+        std::vector<std::string> arguments = {
+            "gallery", program_.Path("in.png"),   "-d", program_.Path("g"), "--effect", "blinds",
+            "--sheet", program_.Path("sheet.jpg")};
+        for (const std::string& preset : presets) {
+            arguments.insert(arguments.end(), {"--preset", program_.Path(preset)});
+        }
+        return program_.Run(arguments).status;
+    };
+    program_.WriteText("wide.json", R"({"Width": 30})");
+    program_.WriteText("wrong.json", R"({"Width": 31000})");
+    EXPECT_EQ(gallery({"wide.json", "wide.json"}), 2) << "two pictures of one name";
+    EXPECT_EQ(gallery({"wide.json", "wrong.json"}), 2);
+    EXPECT_FALSE(std::filesystem::exists(program_.Path("g")));
+    ASSERT_EQ(gallery({"wide.json"}), 0);
+    EXPECT_EQ(program_.ReadImage("sheet.jpg").GetWidth(), 964) << "three pictures";
+    program_.Run({"apply", "Blinds", program_.Path("in.png"), "-o", program_.Path("one.png"), "-p",
+                  "Width=30"});
+    EXPECT_EQ(Difference(program_.ReadImage("g/Blinds-wide.png"), program_.ReadImage("one.png")),
+              "");
+}
+
 }  // namespace
