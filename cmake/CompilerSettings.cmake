@@ -16,9 +16,9 @@ endif()
 add_compile_options(-Wall -Wextra -Wconversion -Wshadow -Werror)
 # A fused multiply-add would change the last bit of a result on some processors only.
 add_compile_options(-ffp-contract=off)
-# Nobody reads the floating-point exception flags; minding them keeps loops with a comparison of
-# floats from being vectorised. Values do not change.
-add_compile_options(-fno-trapping-math)
+# Nobody reads the floating-point exception flags, nor errno after a root; minding them keeps loops
+# with a comparison of floats or a root from being vectorised. Values do not change.
+add_compile_options(-fno-trapping-math -fno-math-errno)
 add_compile_options(-fstack-protector-strong)
 add_compile_definitions($<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
 add_link_options(-Wl,-z,relro,-z,now)

@@ -139,71 +139,118 @@ inline void See(const CPicture<Sample>& picture, float at_x, float at_y, float* 
     }
 }
 
-// Four samples at once, spread out to 32 bits by shuffling zeros between them (little-endian): the
-// compiler would convert such short vectors one by one.
-using Floats = float __attribute__((vector_size(16)));
-using Ints = std::int32_t __attribute__((vector_size(16)));
+// Four floats for each of two pixels, side by side. All that works on them is inlined.
+using Floats = float __attribute__((vector_size(32)));
+
+// Four samples of each of two pixels as floats.
 using Words = std::uint16_t __attribute__((vector_size(16)));
-using Bytes = std::uint8_t __attribute__((vector_size(16)));
-inline Floats Load(const std::uint8_t* samples) {
-    std::int32_t four;
-    std::memcpy(&four, samples, sizeof four);
-    const auto bytes = reinterpret_cast<Bytes>(Ints{four, 0, 0, 0});
-    const Bytes spread = __builtin_shufflevector(bytes, Bytes{}, 0, 16, 16, 16, 1, 16, 16, 16, 2,
-                                                 16, 16, 16, 3, 16, 16, 16);
-    return __builtin_convertvector(reinterpret_cast<Ints>(spread), Floats);
+inline Floats ToFloats(Words samples) {
+    using Ints = std::int32_t __attribute__((vector_size(32)));
+    return __builtin_convertvector(__builtin_convertvector(samples, Ints), Floats);
 }
-inline Floats Load(const std::uint16_t* samples) {
+inline Floats Load(const std::uint8_t* left, const std::uint8_t* right) {
+    using Bytes = std::uint8_t __attribute__((vector_size(16)));
+    using Ints = std::int32_t __attribute__((vector_size(16)));
     std::int32_t four[2];
-    std::memcpy(four, samples, sizeof four);
-    const auto words = reinterpret_cast<Words>(Ints{four[0], four[1], 0, 0});
-    const Words spread = __builtin_shufflevector(words, Words{}, 0, 8, 1, 8, 2, 8, 3, 8);
-    return __builtin_convertvector(reinterpret_cast<Ints>(spread), Floats);
+    std::memcpy(&four[0], left, sizeof four[0]);
+    std::memcpy(&four[1], right, sizeof four[1]);
+    const auto bytes = reinterpret_cast<Bytes>(Ints{four[0], four[1], 0, 0});
+    // Zeros between the bytes make them words (little-endian).
+    const Bytes words = __builtin_shufflevector(bytes, Bytes{}, 0, 16, 1, 16, 2, 16, 3, 16, 4, 16,
+                                                5, 16, 6, 16, 7, 16);
+    return ToFloats(reinterpret_cast<Words>(words));
 }
-inline Floats CubicWeights(float t) {
+inline Floats Load(const std::uint16_t* left, const std::uint16_t* right) {
+    using Longs = std::int64_t __attribute__((vector_size(16)));
+    std::int64_t four[2];
+    std::memcpy(&four[0], left, sizeof four[0]);
+    std::memcpy(&four[1], right, sizeof four[1]);
+    return ToFloats(reinterpret_cast<Words>(Longs{four[0], four[1]}));
+}
+
+inline Floats Both(float left, float right) {
+    return Floats{left, left, left, left, right, right, right, right};
+}
+inline Floats CubicWeights(Floats t) {
     const auto row = [](int i) {
-        return Floats{kCubic[i][0], kCubic[i][1], kCubic[i][2], kCubic[i][3]};
+        const float* k = kCubic[i];
+        return Floats{k[0], k[1], k[2], k[3], k[0], k[1], k[2], k[3]};
     };
     return ((row(0) * t + row(1)) * t + row(2)) * t + row(3);
 }
+template <int kAt>
+inline Floats Spread(Floats weights) {
+    return __builtin_shufflevector(weights, weights, kAt, kAt, kAt, kAt, 4 + kAt, 4 + kAt, 4 + kAt,
+                                   4 + kAt);
+}
 
-// The samples of column kColumn (and some that follow them) of a row of 4 * kStep.
+// The samples of column kColumn (and some that follow them) of two rows of 4 * kStep.
 template <int kStep, int kColumn>
 inline Floats Column(const Floats (&row)[kStep]) {
     constexpr int kFirst = kColumn * kStep / 4, kAt = kColumn * kStep % 4;
-    return __builtin_shufflevector(row[kFirst], row[std::min(kFirst + 1, kStep - 1)], kAt, kAt + 1,
-                                   kAt + 2, kAt + 3);
+    const auto from = [](int i) { return i < 4 ? i : i + 4; };
+    constexpr int k[4] = {from(kAt), from(kAt + 1), from(kAt + 2), from(kAt + 3)};
+    return __builtin_shufflevector(row[kFirst], row[std::min(kFirst + 1, kStep - 1)], k[0], k[1],
+                                   k[2], k[3], 4 + k[0], 4 + k[1], 4 + k[2], 4 + k[3]);
 }
 
-// See of cubic weights for places well inside the picture, to the bit: the same sums in the same
-// order, of all samples of the columns at once. The first of the four floats are the colours.
+// Where a pixel looks to: the first of the samples around the place, and the way beyond them.
+template <class Sample>
+struct SPlace {
+    const Sample* corner;
+    float x, y;
+};
+
+// See of cubic weights for two places well inside the picture, to the bit: the same sums in the
+// same order, of all samples of the columns at once. The first of each four floats are the colours.
 template <class Sample, int kStep>
-inline Floats SeeInside(const Sample* corner, std::ptrdiff_t stride, float at_x, float at_y) {
-    const Floats wx = CubicWeights(at_x), wy = CubicWeights(at_y);
+inline Floats SeeInside(const SPlace<Sample>& left, const SPlace<Sample>& right,
+                        std::ptrdiff_t stride) {
+    const Floats wx = CubicWeights(Both(left.x, right.x));
+    const Floats wy = CubicWeights(Both(left.y, right.y));
     Floats sums[kStep] = {};
-    for (int j = 0; j < 4; ++j, corner += stride) {
-        for (int k = 0; k < kStep; ++k) sums[k] += wy[j] * Load(corner + 4 * k);
-    }
-    return wx[0] * Column<kStep, 0>(sums) + wx[1] * Column<kStep, 1>(sums) +
-           wx[2] * Column<kStep, 2>(sums) + wx[3] * Column<kStep, 3>(sums);
+    const auto add = [&](int j, Floats weight) {
+        for (int k = 0; k < kStep; ++k) {
+            sums[k] +=
+                weight * Load(left.corner + j * stride + 4 * k, right.corner + j * stride + 4 * k);
+        }
+    };
+    add(0, Spread<0>(wy));
+    add(1, Spread<1>(wy));
+    add(2, Spread<2>(wy));
+    add(3, Spread<3>(wy));
+    return Spread<0>(wx) * Column<kStep, 0>(sums) + Spread<1>(wx) * Column<kStep, 1>(sums) +
+           Spread<2>(wx) * Column<kStep, 2>(sums) + Spread<3>(wx) * Column<kStep, 3>(sums);
 }
 
-// Places inside the picture fast, the others one by one.
+// Pairs of places inside the picture fast, the others one by one.
 template <class Sample, int kColours, int kStep>
 CMDTEXTURE_MULTIVERSION void SeeCubic(const CPicture<Sample>* picture, SPart* part, int pixels) {
     const CPicture<Sample> from = *picture;
     const Sample* origin = from.At(0, 0);
     const std::ptrdiff_t stride = from.Stride();
-    for (int i = 0; i < pixels; ++i) {
-        float* seen = part->seen + i * kColours;
+    bool inside = true;
+    const auto place = [&](int i) {
         const float low_x = std::floor(part->x[i]), low_y = std::floor(part->y[i]);
         const int x = static_cast<int>(low_x) - 1, y = static_cast<int>(low_y) - 1;
-        if (from.Holds(x, y, 4)) {
-            const Floats colours = SeeInside<Sample, kStep>(origin + y * stride + x * kStep, stride,
-                                                            part->x[i] - low_x, part->y[i] - low_y);
-            std::memcpy(seen, &colours, sizeof colours);
+        inside = inside && from.Holds(x, y, 4);
+        return SPlace<Sample>{origin + y * stride + x * kStep, part->x[i] - low_x,
+                              part->y[i] - low_y};
+    };
+    for (int i = 0; i < pixels; i += 2) {
+        const int next = std::min(i + 1, pixels - 1);
+        inside = true;
+        const SPlace<Sample> left = place(i), right = place(next);
+        float* seen = part->seen + i * kColours;
+        if (inside) {
+            const Floats colours = SeeInside<Sample, kStep>(left, right, stride);
+            std::memcpy(seen, &colours, sizeof colours / 2);
+            std::memcpy(part->seen + next * kColours, reinterpret_cast<const float*>(&colours) + 4,
+                        sizeof colours / 2);
         } else {
             See<Sample, kColours, 4>(from, part->x[i], part->y[i], seen);
+            See<Sample, kColours, 4>(from, part->x[next], part->y[next],
+                                     part->seen + next * kColours);
         }
     }
 }
