@@ -65,24 +65,25 @@ void Apply(const SApplyOptions& options) {
     CStopwatch watch;
     ordered_json seconds;
     progress.BeginPart("reading", 0.15);
-    imagefile::SImageFile input = ReadPicture(options.document.input, progress);
-    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
-    CheckPictureOutput(options.output, rules, size);
-    const TRef<CDocument> document = OpenDocument(options.document, input, progress);
+    const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
+    CheckPictureOutput(options.output, rules, header.size);
+    const TRef<CDocument> document = MakeDocument(options.document, header.size);
+    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
+    const TRef<CCmdEffect> command = session.Effect(options.effect);
+    PrepareCommand(*command, context.Get());
+    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+    SPictures pictures = ReadPictures(options.document, progress);
+    FillDocument(*document, pictures);
     seconds["load"] = watch.Lap();
 
     progress.BeginPart(options.effect, 0.7);
-    TRef<CCmdEffect> command = session.Effect(options.effect);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
-    PrepareCommand(*command, context.Get());
-    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
     WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
     const CRowIteratorBands result = RunEffect(*command, *context);
     const ordered_json values = parameters::ToJson(*command->BoundRepository());
     seconds["effect"] = watch.Lap();
 
     progress.BeginPart("writing", 1.0);
-    WritePicture(options.output, result, input.metadata, rules, progress);
+    WritePicture(options.output, result, pictures.input.metadata, rules, progress);
     seconds["save"] = watch.Lap();
     if (options.json) PrintResult(options, values, *command, result, seconds);
 }

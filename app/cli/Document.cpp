@@ -30,16 +30,25 @@ void CheckDocumentOptions(const SDocumentOptions& options) {
     if (!options.at.empty()) ParsePlace(options.at, "--at");
 }
 
-TRef<CDocument> OpenDocument(const SDocumentOptions& options, imagefile::SImageFile& input,
-                             CProgress& progress) {
-    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
-    const TRef<CDocument> document(
+TRef<CDocument> MakeDocument(const SDocumentOptions& options, CSize size) {
+    return TRef<CDocument>(
         new CDocument(options.canvas.empty() ? size : ParseSize(options.canvas, "--canvas")));
+}
+
+SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress) {
+    SPictures pictures;
+    pictures.input = ReadPicture(options.input, progress);
+    CRowIteratorBands& pixels = pictures.input.pixels;
     if (!options.mask.empty()) {
-        document->SetSelection(ReadMask(options.mask, size, options.input, progress));
+        pictures.selection = ReadMask(options.mask, {pixels.GetWidth(), pixels.GetHeight()},
+                                      options.input, progress);
     }
-    if (!options.at.empty()) input.pixels.SetOrigin(ParsePlace(options.at, "--at"));
-    document->SetActiveImage(input.pixels);
-    input.pixels.Destroy();
-    return document;
+    if (!options.at.empty()) pixels.SetOrigin(ParsePlace(options.at, "--at"));
+    return pictures;
+}
+
+void FillDocument(CDocument& document, SPictures& pictures) {
+    document.SetSelection(pictures.selection);
+    document.SetActiveImage(pictures.input.pixels);
+    pictures.input.pixels.Destroy();
 }

@@ -21,6 +21,13 @@ struct SDocumentOptions {
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options);
 // Refuses a canvas or place that cannot be meant, before anything is read.
 void CheckDocumentOptions(const SDocumentOptions& options);
-// The document of a picture that was read; takes over its pixels.
-TRef<CDocument> OpenDocument(const SDocumentOptions& options, imagefile::SImageFile& input,
-                             CProgress& progress);
+// The document for a picture of a size, still without it.
+TRef<CDocument> MakeDocument(const SDocumentOptions& options, CSize size);
+// A picture and the selection for it, read; the picture lies where it was told to.
+struct SPictures {
+    imagefile::SImageFile input;
+    CRowIterator selection;
+};
+SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress);
+// Gives them to the document, which takes over the picture's pixels.
+void FillDocument(CDocument& document, SPictures& pictures);

@@ -1,8 +1,10 @@
 #include <fmt/format.h>
 
+#include <exception>
 #include <filesystem>
 
 #include "app/cli/CDesktopLibrary.h"
+#include "app/cli/CPictureLoader.h"
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Document.h"
@@ -55,41 +57,98 @@ std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, 
     }
 }
 
+// What was read, taken on the thread of the window as soon as it is there.
+class CArrival {
+  public:
+    CArrival(CPictureLoader& loader, CDocument& document) : loader_(loader), document_(document) {}
+
+    // For SDesktopOptions::picture_came.
+    bool Look() {
+        if (loader_.IsDone()) Take();
+        return came_;
+    }
+    // Waits for the picture and answers its metadata; throws what the reading threw.
+    imagefile::CMetadata Wait() {
+        if (!came_) Take();
+        if (error_) std::rethrow_exception(error_);
+        return metadata_;
+    }
+
+  private:
+    void Take() {
+        came_ = true;
+        try {
+            SPictures pictures = loader_.Take();
+            metadata_ = pictures.input.metadata;
+            FillDocument(document_, pictures);
+        } catch (...) {
+            error_ = std::current_exception();
+        }
+    }
+
+    CPictureLoader& loader_;
+    CDocument& document_;
+    bool came_ = false;
+    imagefile::CMetadata metadata_;
+    std::exception_ptr error_;
+};
+
+// Lets the user set the effect and choose a file; its name, empty when the user cancelled. A
+// picture that cannot be read ends it with the error, which the user sees in a window, too.
+std::string Converse(const SEditOptions& options, CDesktopLibrary& desktop, CCmdEffect& command,
+                     CExecutionContext& context, CArrival& arrival, CSize size,
+                     imagefile::SOutputRules& rules) {
+    std::string output;
+    while (output.empty()) {
+        const bool accepted = Edit(command, context);
+        try {
+            if (accepted || arrival.Look()) arrival.Wait();
+        } catch (const CCliError& error) {
+            desktop->ShowError(error.what());
+            throw;
+        }
+        if (!accepted) return {};
+        output = ChooseOutput(options, desktop, size, rules);
+    }
+    return output;
+}
+
 void Edit(const SEditOptions& options) {
     const CSession session(options.session);
     const TRef<CFileResourceLibrary> library = OpenLibrary(options.document.resources);
     CheckParameters(session, *library, options.effect, options.parameters);
     CheckDocumentOptions(options.document);
     imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
-    if (!options.output.empty()) CheckPictureOutput(options.output, rules, {});
-    CDesktopLibrary desktop(session.Installation(), {options.document.input.file, options.output,
-                                                     session.Language(), &interruption::Requested});
-
+    const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
+    if (!options.output.empty()) CheckPictureOutput(options.output, rules, header.size);
     CProgress progress(CProgress::StyleFor(false, false));
-    progress.BeginPart("reading", 0.15);
-    imagefile::SImageFile input = ReadPicture(options.document.input, progress);
-    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
-    if (!options.output.empty()) CheckPictureOutput(options.output, rules, size);
-    const TRef<CDocument> document = OpenDocument(options.document, input, progress);
-    const TRef<CCmdEffect> command = session.Effect(options.effect);
+    const TRef<CDocument> document = MakeDocument(options.document, header.size);
     const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
+    const TRef<CCmdEffect> command = session.Effect(options.effect);
     PrepareCommand(*command, context.Get());
     SetParameters(*command->BoundRepository(), options.effect, options.parameters);
-    CheckResourceNames(*command->BoundRepository(), *library);
 
-    std::string output;
-    while (output.empty()) {
-        if (!Edit(*command, *context)) {
-            fmt::print(stderr, "cmdtexture: cancelled; nothing was written\n");
-            return;
-        }
-        output = ChooseOutput(options, desktop, size, rules);
+    progress.BeginPart("reading", 0.15);
+    CPictureLoader loader(options.document, progress);
+    CArrival arrival(loader, *document);
+    CDesktopLibrary desktop(session.Installation(), {.input = options.document.input.file,
+                                                     .output = options.output,
+                                                     .language = session.Language(),
+                                                     .size = header.size,
+                                                     .depth = header.format.Is16bit() ? 16 : 8,
+                                                     .picture_came = [&] { return arrival.Look(); },
+                                                     .interrupted = &interruption::Requested});
+    const std::string output =
+        Converse(options, desktop, *command, *context, arrival, header.size, rules);
+    if (output.empty()) {
+        fmt::print(stderr, "cmdtexture: cancelled; nothing was written\n");
+        return;
     }
     WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
     progress.BeginPart(options.effect, 0.7);
     const CRowIteratorBands result = RunEffect(*command, *context);
     progress.BeginPart("writing", 1.0);
-    WritePicture(output, result, input.metadata, rules, progress);
+    WritePicture(output, result, arrival.Wait(), rules, progress);
 }
 
 }  // namespace

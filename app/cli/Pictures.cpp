@@ -51,7 +51,13 @@ int Brightness(const Sample* pixel, int colour_channels) {
 
 }  // namespace
 
-imagefile::SImageFile ReadPicture(const SInputOptions& options, CProgress& progress) {
+imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options) {
+    return WithCliErrors([&] {
+        return imagefile::ReadHeader(options.file, {options.lenient, options.max_pixels});
+    });
+}
+
+imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress) {
     return WithCliErrors([&] {
         CStatusControl status(&progress);
         auto picture =
@@ -62,7 +68,7 @@ imagefile::SImageFile ReadPicture(const SInputOptions& options, CProgress& progr
 }
 
 CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& options,
-                      CProgress& progress) {
+                      IProgressSink& progress) {
     SInputOptions mask_options = options;
     mask_options.file = file;
     const CRowIteratorBands read = ReadPicture(mask_options, progress).pixels;

@@ -17,10 +17,11 @@ struct SInputOptions {
     std::uint64_t max_pixels = imagefile::kDefaultMaxPixels;
 };
 
-imagefile::SImageFile ReadPicture(const SInputOptions& options, CProgress& progress);
+imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options);
+imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress);
 // Reads a selection mask for a picture of the given size: its brightness, white is full effect.
 CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& options,
-                      CProgress& progress);
+                      IProgressSink& progress);
 // Refuses an output that could not be written, before work is spent on it.
 void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& rules, CSize size);
 void WritePicture(const std::string& file, const CRowIteratorBands& pixels,

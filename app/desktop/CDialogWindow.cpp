@@ -58,15 +58,11 @@ CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options
     if (const QScreen* on = screen()) {
         resize(sizeHint().boundedTo(on->availableSize() * kScreenShare));
     }
-    const CSize size{snapshot.source.GetWidth(), snapshot.source.GetHeight()};
-    pane_->SetPictureSize(size);
-    facts_->setText(Text(EText::PictureFacts)
-                        .arg(size.cx)
-                        .arg(size.cy)
-                        .arg(snapshot.source.GetPixelFormat().Is16bit() ? 16 : 8));
+    loading_ = !snapshot.source.IsAttached();
+    ShowFacts(snapshot.source);
     connect(&tick_, &QTimer::timeout, this, [this] {
+        CheckLoading();
         ShowProgress();
-        CheckInterruption();
     });
     tick_.start(kTickMilliseconds);
     qApp->installEventFilter(this);
@@ -76,6 +72,24 @@ CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options
 CDialogWindow::~CDialogWindow() {
     qApp->removeEventFilter(this);
     engine_.reset();
+}
+
+void CDialogWindow::ShowFacts(const CRowIteratorBands& picture) {
+    const CSize size = loading_ ? options_.size : CSize{picture.GetWidth(), picture.GetHeight()};
+    const int depth = loading_ ? options_.depth : picture.GetPixelFormat().Is16bit() ? 16 : 8;
+    pane_->SetPictureSize(size);
+    facts_->setText(Text(EText::PictureFacts).arg(size.cx).arg(size.cy).arg(depth));
+    if (loading_) ShowStatus(Text(EText::Loading));
+}
+
+// A picture that does not come leaves nothing to set an effect on.
+void CDialogWindow::CheckLoading() {
+    if (!loading_ || ended_ || !options_.picture_came || !options_.picture_came()) return;
+    loading_ = false;
+    const CRowIteratorBands picture = model_.Snapshot().source;
+    if (!picture.IsAttached()) return model_.Cancel();
+    ShowFacts(picture);
+    PreviewChanged();
 }
 
 QWidget* CDialogWindow::MakeViewBar() {
@@ -314,12 +328,6 @@ void CDialogWindow::PickAt(QPoint pixel) {
     const QRgb picked = original->Image(0, QRect(pixel, QSize(1, 1))).pixel(0, 0);
     controls_->EndPicking();
     model_.PickFromPicture(CColorRef::FromRgb(qRed(picked), qGreen(picked), qBlue(picked)).value);
-}
-
-void CDialogWindow::CheckInterruption() {
-    if (ended_ || !options_.interrupted || !options_.interrupted()) return;
-    engine_->Cancel();
-    model_.Cancel();
 }
 
 void CDialogWindow::FillPresetMenu() {

@@ -57,13 +57,14 @@ class CDialogWindow final : public QDialog, public IDialogView {
     bool Ask(const QString& question);
     void Report(const CErrorAutoThrow& error);
 
+    void ShowFacts(const CRowIteratorBands& picture);
+    void CheckLoading();
     void ShowScale();
     void ShowProgress();
     void ShowStatus(const QString& text);
     void FetchPreview();
     void PickAt(QPoint pixel);
     void HoldOriginal(bool hold);
-    void CheckInterruption();
 
     IDialogModel& model_;
     const SDesktopOptions& options_;
@@ -76,5 +77,6 @@ class CDialogWindow final : public QDialog, public IDialogView {
     QEventLoop loop_;
     int result_;
     bool ended_ = false;
+    bool loading_ = false;                    // the document has no picture yet
     std::unique_ptr<CPreviewEngine> engine_;  // gone before everything that it notifies
 };

@@ -5,6 +5,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
+#include <QTimer>
 #include <QTranslator>
 #include <cstdio>
 
@@ -15,6 +16,7 @@
 namespace {
 
 constexpr int kNoScreen = 7;
+constexpr int kInterruptionMilliseconds = 50;
 
 // Qt would abort, and dump core, when it finds no screen. What is wrong it says in a warning
 // before.
@@ -54,6 +56,9 @@ class CDesktop final : public IDesktop {
         if (qt_texts_.load("qtbase_" + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
             QCoreApplication::installTranslator(&qt_texts_);
         }
+        if (!options.interrupted) return;
+        QObject::connect(&interruption_, &QTimer::timeout, [this] { CheckInterruption(); });
+        interruption_.start(kInterruptionMilliseconds);
     }
 
     IToolkit& Toolkit() override { return toolkit_; }
@@ -70,12 +75,19 @@ class CDesktop final : public IDesktop {
     }
 
   private:
+    // Cancels what waits for the user, the innermost dialog first.
+    void CheckInterruption() {
+        QWidget* waiting = QApplication::activeModalWidget();
+        if (waiting && options_.interrupted()) waiting->close();
+    }
+
     SDesktopOptions options_;
     int argument_count_ = 1;
     char name_[11] = "cmdtexture";
     char* arguments_[2] = {name_, nullptr};
     std::unique_ptr<QApplication> application_;
     QTranslator qt_texts_;
+    QTimer interruption_;
     CToolkit toolkit_;
 };
 

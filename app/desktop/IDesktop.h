@@ -4,14 +4,21 @@
 #include <memory>
 #include <string>
 
+#include "host/core/Geometry.h"
+
 struct IToolkit;
 
 // What a program says when it asks for windows.
 struct SDesktopOptions {
-    std::string input;                  // the picture's file, for titles and command lines
-    std::string output;                 // where the result will go; empty: not known yet
-    std::string language;               // code of the language of the toolkit's own texts
-    std::function<bool()> interrupted;  // whether the process was asked to stop; may be empty
+    std::string input;     // the picture's file, for titles and command lines
+    std::string output;    // where the result will go; empty: not known yet
+    std::string language;  // code of the language of the toolkit's own texts
+    CSize size = {};       // of the picture, and its bits a sample, for a document
+    int depth = 8;         // that gets its picture while the window is open
+    // Asked now and then, until true, while the document has no picture: whether it got one now, or
+    // will get none. May be empty.
+    std::function<bool()> picture_came = {};
+    std::function<bool()> interrupted = {};  // whether the process was asked to stop; may be empty
 };
 
 // Windows on a screen. It lives in a library of its own, so that programs without windows load no

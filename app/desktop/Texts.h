@@ -43,6 +43,7 @@ enum class EText {
     PictureFacts,
     Draft,
     Exact,
+    Loading,
     ListView = 60060,
     ThumbnailView,
     ChooseOne,

@@ -37,6 +37,13 @@ struct SImageFile {
     std::vector<std::string> warnings;  // "FILE: what happened", one line each
 };
 
+// What a file's first bytes tell: enough to prepare for a picture that takes long to decode.
+struct SImageHeader {
+    CSize size;  // of the upright picture
+    CNPixelFormat format;
+};
+SImageHeader ReadHeader(const std::filesystem::path& file, const SReadOptions& options = {});
+
 // Reads a file, told by its content and not by its name. Grey and colour of 8 and 16 bits keep
 // every sample, with and without alpha, which is straight; palettes and fewer bits become 8-bit
 // grey or colour. Reports a row at a time to `status`, which may be null.

@@ -40,11 +40,12 @@ class CImageReader {
                  CStatusControl* status)
         : file_(file), options_(options), progress_(status) {}
 
+    SImageHeader ReadHeader() {
+        Open();
+        return header_;
+    }
     SImageFile Read() {
-        StartVips();
-        OpenFile();
-        FindKind();
-        if (kind_->kind == ENKind::Png) CheckPng();
+        Open();
         Decode();
         return std::move(result_);
     }
@@ -65,12 +66,14 @@ class CImageReader {
         result_.warnings.push_back(DisplayName(file_) + ": " + what);
     }
 
+    void Open();
     void OpenFile();
     void FindKind();
     void CheckPng();
     void CheckSize(std::uint64_t width, std::uint64_t height) const;
     CNPixelFormat CheckLayout(VipsImage* opened) const;
     void JudgeWarnings(bool decoding);
+    void OpenPicture();
     void Decode();
     void DecodeRows(VipsImage* opened);
     std::string RowTrouble();
@@ -81,8 +84,19 @@ class CImageReader {
     CFileDescriptor descriptor_;
     const SKind* kind_ = nullptr;
     CVipsWarnings logged_;
+    TVips<VipsImage> opened_;
+    SImageHeader header_;
     SImageFile result_;
 };
+
+// Up to the pixels.
+void CImageReader::Open() {
+    StartVips();
+    OpenFile();
+    FindKind();
+    if (kind_->kind == ENKind::Png) CheckPng();
+    OpenPicture();
+}
 
 void CImageReader::OpenFile() {
     // A pipe without a writer would keep an opening without O_NONBLOCK waiting for ever.
@@ -188,9 +202,9 @@ void CImageReader::JudgeWarnings(bool decoding) {
     }
 }
 
-void CImageReader::Decode() {
-    TVips<VipsImage> opened = OpenDecoder(kind_->kind, descriptor_.Get(), !options_.lenient);
-    if (!opened) {
+void CImageReader::OpenPicture() {
+    opened_ = OpenDecoder(kind_->kind, descriptor_.Get(), !options_.lenient);
+    if (!opened_) {
         const std::vector<std::string> warnings = logged_.TakeNew();
         std::string text = TakeVipsError();
         if (text.empty() && !warnings.empty()) text = warnings.front();
@@ -201,26 +215,30 @@ void CImageReader::Decode() {
              (is_unsupported ? "is of a sort that cannot be read (" : "is damaged or cut off (") +
                  text + ")");
     }
-    CheckSize(static_cast<std::uint64_t>(opened->Xsize), static_cast<std::uint64_t>(opened->Ysize));
-    const CNPixelFormat format = CheckLayout(opened.get());
+    CheckSize(static_cast<std::uint64_t>(opened_->Xsize),
+              static_cast<std::uint64_t>(opened_->Ysize));
+    header_ = {{opened_->Xsize, opened_->Ysize}, CheckLayout(opened_.get())};
+    if (vips_image_get_orientation_swap(opened_.get())) {
+        std::swap(header_.size.cx, header_.size.cy);
+    }
     JudgeWarnings(false);
+}
 
-    const bool swaps_sides = vips_image_get_orientation_swap(opened.get());
-    const int width = swaps_sides ? opened->Ysize : opened->Xsize;
-    const int height = swaps_sides ? opened->Xsize : opened->Ysize;
-    if (result_.pixels.Create(width, height, format).Failed()) {
+void CImageReader::Decode() {
+    const auto [width, height] = header_.size;
+    if (result_.pixels.Create(width, height, header_.format).Failed()) {
         Fail(ENFault::Limit,
              "has " +
                  SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +
                  ", for which the memory cannot be had");
     }
-    result_.metadata = TakeMetadata(opened.get(), kind_->kind, descriptor_.Get());
-    if (!Blob(opened.get(), VIPS_META_EXIF_NAME).empty() &&
+    result_.metadata = TakeMetadata(opened_.get(), kind_->kind, descriptor_.Get());
+    if (!Blob(opened_.get(), VIPS_META_EXIF_NAME).empty() &&
         Blob(result_.metadata->header.get(), VIPS_META_EXIF_NAME).empty()) {
         Warn("the EXIF data are not valid and are left out");
     }
-    DecodeRows(opened.get());
-    opened.reset();  // a decoder may still complain when it is closed
+    DecodeRows(opened_.get());
+    opened_.reset();  // a decoder may still complain when it is closed
     JudgeWarnings(true);
 }
 
@@ -293,6 +311,10 @@ void CImageReader::DecodeRows(VipsImage* opened) {
 }
 
 }  // namespace
+
+SImageHeader ReadHeader(const std::filesystem::path& file, const SReadOptions& options) {
+    return CImageReader(file, options, nullptr).ReadHeader();
+}
 
 SImageFile ReadImage(const std::filesystem::path& file, const SReadOptions& options,
                      CStatusControl* status) {

@@ -49,17 +49,31 @@ TEST(Edit, RefusesBeforeItOpensAWindow) {
     EXPECT_EQ(program.Run({"edit", "Fur", program.Path("none.png")}).status, 3);
 }
 
+// The window is up before the picture is decoded; the signal also closes the message about one
+// that is damaged.
 TEST(Edit, ASignalClosesTheWindowAndLeavesNothing) {
     const Program program;
     const Screen screen(nullptr, "offscreen");
-    const std::string in =
-        program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour8, 400, 300, 1));
-    const pid_t child = program.Start({"edit", "Fur", in, "-o", program.Path("out.png")});
-    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
-    kill(child, SIGINT);
-    const Program::Result run = program.Finish(child);
-    EXPECT_EQ(run.status, 130) << run.err;
-    EXPECT_EQ(program.Files(), std::vector<std::string>{"in.png"});
+    const std::string good =
+        program.WriteImage("good.png", pictures::Noise(ENPixelFormat::Colour8, 400, 300, 1));
+    std::string bytes = program.Read("good.png");
+    bytes[bytes.size() / 2] ^= 1;
+    program.WriteText("damaged.png", bytes);
+    struct SCase {
+        std::string in;
+        int status;
+        const char* message;
+    };
+    for (const SCase& c :
+         {SCase{good, 130, ""}, SCase{program.Path("damaged.png"), 3, "damaged.png: is damaged"}}) {
+        const pid_t child = program.Start({"edit", "Fur", c.in, "-o", program.Path("out.png")});
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        kill(child, SIGINT);
+        const Program::Result run = program.Finish(child);
+        EXPECT_EQ(run.status, c.status) << run.err;
+        EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(program.Files(), (std::vector<std::string>{"damaged.png", "good.png"}));
 }
 
 }  // namespace

@@ -52,12 +52,17 @@ inline CRowIteratorBands Photo(CNPixelFormat format, int width, int height) {
     });
 }
 
+inline const SDesktopOptions kOptions = {.input = "in put.png", .output = "", .language = "EN"};
+
 // Opens the dialogs of commands as windows, with a script in the place of the user. A script that
 // does not end the dialog cancels it.
 class WindowToolkit final : public IToolkit {
   public:
     using Script = std::function<void(CDialogWindow& window, IDialogModel& model)>;
-    explicit WindowToolkit(Script script) : script_(std::move(script)) { InstallToolkit(this); }
+    explicit WindowToolkit(Script script, SDesktopOptions options = kOptions)
+        : script_(std::move(script)), options_(std::move(options)) {
+        InstallToolkit(this);
+    }
     ~WindowToolkit() { InstallToolkit(nullptr); }
     WindowToolkit(const WindowToolkit&) = delete;
     WindowToolkit& operator=(const WindowToolkit&) = delete;
@@ -73,7 +78,7 @@ class WindowToolkit final : public IToolkit {
 
   private:
     Script script_;
-    SDesktopOptions options_{"in put.png", "", "EN", {}};
+    SDesktopOptions options_;
 };
 
 inline bool WaitUntilDone(const CDialogWindow& window) {

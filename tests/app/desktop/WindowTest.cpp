@@ -12,6 +12,7 @@
 
 #include "DesktopSupport.h"
 #include "app/desktop/CResourceBrowser.h"
+#include "app/desktop/Texts.h"
 #include "app/desktop/Widgets.h"
 #include "host/windowing/CDialog.h"
 #include "hostlib/job/ParameterValues.h"
@@ -25,15 +26,20 @@ class Session {
   public:
     Session(const CEffectModule& module, const std::string& effect,
             const CRowIteratorBands& picture)
-        : document_(new CDocument({picture.GetWidth(), picture.GetHeight()})) {
-        document_->SetActiveImage(picture);
+        : Session(module, effect, CSize{picture.GetWidth(), picture.GetHeight()}) {
+        Fill(picture);
+    }
+    // Without a picture.
+    Session(const CEffectModule& module, const std::string& effect, CSize size)
+        : document_(new CDocument(size)) {
         context_ = new CExecutionContext(document_, new SmallLibrary, nullptr);
         command_ = module.CreateCommand(effect);
         PrepareCommand(*command_, context_.Get());
     }
 
-    TolmErrorCode Edit(WindowToolkit::Script script) {
-        const WindowToolkit toolkit(std::move(script));
+    void Fill(const CRowIteratorBands& picture) { document_->SetActiveImage(picture); }
+    TolmErrorCode Edit(WindowToolkit::Script script, const SDesktopOptions& options = kOptions) {
+        const WindowToolkit toolkit(std::move(script), options);
         return command_->GetResourceData()->Edit(context_.Get(), command_.Get()).Code();
     }
     IParameterRepository& Repository() { return *command_->BoundRepository(); }
@@ -142,6 +148,48 @@ TEST_F(Window, ShowsAndKeepsWhatEveryEffectWillMake) {
         ASSERT_TRUE(preview);
         EXPECT_EQ(pictures::Difference(preview->Level(0), session.Apply()), "");
     }
+}
+
+// A window that was opened while its picture was still being read.
+TEST_F(Window, APictureThatComesLaterIsShown) {
+    const CRowIteratorBands photo = Photo(ENPixelFormat::Colour16, 450, 420);
+    Session session(*module_.operator->(), "Sandstone", {450, 420});
+    bool came = false;
+    SDesktopOptions options = kOptions;
+    options.size = {450, 420};
+    options.depth = 16;
+    options.picture_came = [&] { return came; };
+    std::shared_ptr<const CPyramid> preview;
+    const auto script = [&](CDialogWindow& window, IDialogModel& model) {
+        const auto* status = window.findChild<QLabel*>("status");
+        EXPECT_EQ(status->text(), Text(EText::Loading));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !window.Engine().IsBusy(); }));
+        model.Type(2704, L"77");
+        QTest::qWait(120);
+        EXPECT_EQ(status->text(), Text(EText::Loading));
+        EXPECT_EQ(window.Pane().PictureRect().width() / 450, window.Pane().Scale());
+        session.Fill(photo);
+        came = true;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window.Engine().Shown().exact; }, 60000));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(status->text(), Text(EText::Exact));
+        preview = window.Engine().Shown().picture;
+        Press(window, "ok");
+    };
+    ASSERT_EQ(session.Edit(script, options), TolmErrorCode::Success);
+    ASSERT_TRUE(preview);
+    EXPECT_EQ(pictures::Difference(preview->Level(0), session.Apply()), "");
+}
+
+TEST_F(Window, APictureThatDoesNotComeCancels) {
+    Session session(*module_.operator->(), "Sandstone", {450, 420});
+    SDesktopOptions options = kOptions;
+    options.picture_came = [] { return true; };
+    const auto script = [](CDialogWindow& window, IDialogModel&) {
+        QTest::qWait(200);
+        Press(window, "ok");  // too late
+    };
+    EXPECT_EQ(session.Edit(script, options), TolmErrorCode::Cancelled);
 }
 
 TEST_F(Window, DraggingTheDialStartsNothingStale) {
