@@ -11,7 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // What a reduced picture may take, of the 100 ms within which it is to be seen.
-constexpr double kReducedSeconds = 0.05;
+constexpr double kReducedSeconds = 0.035;
 // A reduced stage that takes longer than expected gives way to a newer request after this.
 constexpr auto kReducedPatience = 150ms;
 // Fewer pixels than these show too little, however slow the effect.

@@ -1,0 +1,172 @@
+#include <fmt/format.h>
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include "app/desktop/CDialogWindow.h"
+#include "app/resources/CFileResourceLibrary.h"
+#include "hostlib/commands/CDocument.h"
+#include "hostlib/job/CEffectModule.h"
+#include "hostlib/job/Installation.h"
+#include "support/Bench.h"
+
+// What a user waits for who drags a number for five seconds in the window of each effect, with a
+// picture of 24 megapixels: how long it takes from a change until the picture for it, or for a
+// later one, is shown, and how long the window did not answer ("blocked"; "working" is what it did
+// itself in that time).
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kDragMilliseconds = 5000;
+constexpr int kMoveMilliseconds = 16;
+
+double Milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+// Processor time of this thread.
+double WorkedMilliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
+}
+
+const SControlTemplate* FirstNumber(const IDialogModel& model) {
+    for (const STemplateGroup& group : model.Template().groups) {
+        for (const STemplateRow& row : group.rows) {
+            for (const SControlTemplate& control : row.controls) {
+                if (control.kind == EControlKind::Number) return &control;
+            }
+        }
+    }
+    return nullptr;
+}
+
+// Moves a number in an open window and watches.
+class CDrag {
+  public:
+    CDrag(CDialogWindow& window, IDialogModel& model) : window_(window), model_(model) {
+        beat_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&beat_, &QTimer::timeout, [this] { Beat(); });
+        QObject::connect(&move_, &QTimer::timeout, [this] { Move(); });
+        first_ = Clock::now();
+        last_beat_ = first_;
+        last_worked_ = WorkedMilliseconds();
+        beat_.start(1);
+    }
+
+    void Report(const std::string& effect) const {
+        std::vector<double> waits = waits_;
+        std::sort(waits.begin(), waits.end());
+        const auto wait = [&](double share) {
+            const double last = static_cast<double>(waits.size()) - 1;
+            return waits.empty() ? 0 : waits[static_cast<std::size_t>(share * last)];
+        };
+        fmt::print("{:14} {:6.0f} {:7.0f} {:6.0f} {:8.0f} {:8.0f} {:8.0f} {:7} {:6}\n", effect,
+                   first_wait_, wait(0.5), wait(0.95), wait(1), block_, work_, counters_.reduced,
+                   counters_.started_stale);
+        std::fflush(stdout);
+    }
+
+  private:
+    void Beat() {
+        const Clock::time_point now = Clock::now();
+        block_ = std::max(block_, Milliseconds(now - last_beat_));
+        const double worked = WorkedMilliseconds();
+        work_ = std::max(work_, worked - last_worked_);
+        last_worked_ = worked;
+        last_beat_ = now;
+        const CPreviewEngine::SShown shown = window_.Engine().Shown();
+        if (!dragging_) {
+            if (shown.picture && first_wait_ == 0) first_wait_ = Milliseconds(now - first_);
+            if (shown.exact) Begin();
+            return;
+        }
+        // What was published before this beat has been painted by the next.
+        while (!moves_.empty() && moves_.front().request <= seen_) {
+            waits_.push_back(Milliseconds(now - moves_.front().when));
+            moves_.erase(moves_.begin());
+        }
+        seen_ = shown.request;
+        const bool over = now - begun_ > std::chrono::milliseconds(kDragMilliseconds);
+        if (over) move_.stop();
+        if (!over || !moves_.empty()) return;
+        beat_.stop();
+        counters_ = window_.Engine().Counters();
+        model_.Cancel();
+    }
+
+    void Begin() {
+        dragging_ = true;
+        begun_ = Clock::now();
+        move_.start(kMoveMilliseconds);
+    }
+
+    void Move() {
+        const SControlState state = model_.Control(FirstNumber(model_)->id);
+        const int value = state.value < state.maximum ? state.value + 1 : state.minimum;
+        model_.Type(FirstNumber(model_)->id, CString(std::to_wstring(value)));
+        moves_.push_back({window_.Engine().Counters().requested, Clock::now()});
+    }
+
+    struct SMove {
+        int request;
+        Clock::time_point when;
+    };
+    CDialogWindow& window_;
+    IDialogModel& model_;
+    QTimer beat_, move_;
+    Clock::time_point first_, begun_, last_beat_;
+    bool dragging_ = false;
+    int seen_ = 0;
+    std::vector<SMove> moves_;
+    std::vector<double> waits_;
+    double first_wait_ = 0, block_ = 0, work_ = 0, last_worked_ = 0;
+    CPreviewEngine::SCounters counters_;
+};
+
+class CToolkit final : public IToolkit {
+  public:
+    std::unique_ptr<IDialogView> Open(IDialogModel& model) override {
+        auto window = std::make_unique<CDialogWindow>(model, options_);
+        drag_ = std::make_unique<CDrag>(*window, model);
+        return window;
+    }
+    const CDrag& Drag() const { return *drag_; }
+
+  private:
+    std::unique_ptr<CDrag> drag_;
+    SDesktopOptions options_{.input = "picture.png", .output = "", .language = "EN"};
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    const QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(count, arguments);
+    const SInstallation installation = FindInstallation();
+    const CEffectModule module(installation, "EN");
+    CToolkit toolkit;
+    InstallToolkit(&toolkit);
+    const CRowIteratorBands photo = bench::Photo(ENPixelFormat::Colour8);
+    fmt::print("milliseconds    first  median   95 %  longest  blocked  working  drafts  stale\n");
+    for (const std::string& effect : module.Names()) {
+        if (count > 1 && effect != arguments[1]) continue;
+        const TRef<CDocument> document(new CDocument({photo.GetWidth(), photo.GetHeight()}));
+        document->SetActiveImage(photo);
+        const TRef<CFileResourceLibrary> library(
+            new CFileResourceLibrary({installation.data / "resources"}));
+        const TRef<CExecutionContext> context(new CExecutionContext(document, library, nullptr));
+        const TRef<CCmdEffect> command = module.CreateCommand(effect);
+        PrepareCommand(*command, context.Get());
+        const CErrorAutoThrow end = command->GetResourceData()->Edit(context.Get(), command.Get());
+        if (end.Code() != TolmErrorCode::Cancelled) end.ThrowIfFailed();
+        toolkit.Drag().Report(effect);
+    }
+    InstallToolkit(nullptr);
+    return 0;
+}
