@@ -40,6 +40,9 @@ struct SPart {
     float wander[kPart];
     // Where the pixels look to, and how much of them is tile, how lit, how much a reflection.
     float x[kPart], y[kPart], cover[kPart], shade[kPart], gleam[kPart];
+    // Of these places, the first pixel around them and the way from the second on.
+    int first_x[kPart], first_y[kPart], inside[kPart];
+    float way_x[kPart], way_y[kPart];
     float seen[3 * kPart + 3];  // colours, which are written as four floats
 };
 
@@ -83,11 +86,7 @@ class CPicture {
         return image_.Row<Sample>(Inside(y, image_.GetHeight())) +
                Inside(x, image_.GetWidth()) * shown_.step + shown_.first;
     }
-    // Whether `count` pixels right of and below (x, y) lie inside.
-    bool Holds(int x, int y, int count) const {
-        return x >= 0 && y >= 0 && x + count <= image_.GetWidth() &&
-               y + count <= image_.GetHeight();
-    }
+    CSize Size() const { return {image_.GetWidth(), image_.GetHeight()}; }
     int Step() const { return shown_.step; }
     std::ptrdiff_t Stride() const {
         return image_.Stride() / static_cast<std::ptrdiff_t>(sizeof(Sample));
@@ -139,34 +138,62 @@ inline void See(const CPicture<Sample>& picture, float at_x, float at_y, float* 
     }
 }
 
+template <class Sample, int kColours, int kTaps>
+void SeePlain(const CPicture<Sample>& picture, bool nearest, SPart& part, int pixels) {
+    const auto place = [&](float at) { return nearest ? std::floor(at + 0.5F) : at; };
+    for (int i = 0; i < pixels; ++i) {
+        See<Sample, kColours, kTaps>(picture, place(part.x[i]), place(part.y[i]),
+                                     part.seen + i * kColours);
+    }
+}
+
 // Four floats for each of two pixels, side by side. All that works on them is inlined.
 using Floats = float __attribute__((vector_size(32)));
 
-// Four samples of each of two pixels as floats.
-using Words = std::uint16_t __attribute__((vector_size(16)));
-inline Floats ToFloats(Words samples) {
-    using Ints = std::int32_t __attribute__((vector_size(32)));
-    return __builtin_convertvector(__builtin_convertvector(samples, Ints), Floats);
+// 16 bytes of each of two pixels' rows; bytes kAt to kAt + 3 and 16-bit samples kAt to kAt + 3 of
+// both as floats. The bytes become numbers by being repeated and masked, in one shuffle.
+using Bytes = std::uint8_t __attribute__((vector_size(32)));
+using Words = std::uint16_t __attribute__((vector_size(32)));
+using Ints = std::int32_t __attribute__((vector_size(32)));
+inline Bytes Load(const void* left, const void* right) {
+    using Half = std::int64_t __attribute__((vector_size(16)));
+    Half halves[2];
+    std::memcpy(&halves[0], left, sizeof halves[0]);
+    std::memcpy(&halves[1], right, sizeof halves[1]);
+    return reinterpret_cast<Bytes>(__builtin_shufflevector(halves[0], halves[1], 0, 1, 2, 3));
 }
-inline Floats Load(const std::uint8_t* left, const std::uint8_t* right) {
-    using Bytes = std::uint8_t __attribute__((vector_size(16)));
-    using Ints = std::int32_t __attribute__((vector_size(16)));
-    std::int32_t four[2];
-    std::memcpy(&four[0], left, sizeof four[0]);
-    std::memcpy(&four[1], right, sizeof four[1]);
-    const auto bytes = reinterpret_cast<Bytes>(Ints{four[0], four[1], 0, 0});
-    // Zeros between the bytes make them words (little-endian).
-    const Bytes words = __builtin_shufflevector(bytes, Bytes{}, 0, 16, 1, 16, 2, 16, 3, 16, 4, 16,
-                                                5, 16, 6, 16, 7, 16);
-    return ToFloats(reinterpret_cast<Words>(words));
+template <int kAt>
+inline Floats BytesAt(Bytes b) {
+    constexpr int i = kAt, j = kAt + 16;
+    const Bytes repeated =
+        __builtin_shufflevector(b, b, i, i, i, i, i + 1, i + 1, i + 1, i + 1, i + 2, i + 2, i + 2,
+                                i + 2, i + 3, i + 3, i + 3, i + 3, j, j, j, j, j + 1, j + 1, j + 1,
+                                j + 1, j + 2, j + 2, j + 2, j + 2, j + 3, j + 3, j + 3, j + 3);
+    return __builtin_convertvector(reinterpret_cast<Ints>(repeated) & 0xFF, Floats);
 }
-inline Floats Load(const std::uint16_t* left, const std::uint16_t* right) {
-    using Longs = std::int64_t __attribute__((vector_size(16)));
-    std::int64_t four[2];
-    std::memcpy(&four[0], left, sizeof four[0]);
-    std::memcpy(&four[1], right, sizeof four[1]);
-    return ToFloats(reinterpret_cast<Words>(Longs{four[0], four[1]}));
+template <int kAt>
+inline Floats WordsAt(Bytes b) {
+    constexpr int i = kAt, j = kAt + 8;
+    const auto w = reinterpret_cast<Words>(b);
+    const Words repeated =
+        __builtin_shufflevector(w, w, i, i, i + 1, i + 1, i + 2, i + 2, i + 3, i + 3, j, j, j + 1,
+                                j + 1, j + 2, j + 2, j + 3, j + 3);
+    return __builtin_convertvector(reinterpret_cast<Ints>(repeated) & 0xFFFF, Floats);
 }
+
+// Samples 4 * kGroup to 4 * kGroup + 3 from two places on.
+template <int kGroup>
+inline Floats Group(const std::uint8_t* left, const std::uint8_t* right) {
+    return BytesAt<4 * kGroup>(Load(left, right));
+}
+template <int kGroup>
+inline Floats Group(const std::uint16_t* left, const std::uint16_t* right) {
+    constexpr int kFirst = kGroup / 2 * 8;
+    return WordsAt<4 * kGroup - kFirst>(Load(left + kFirst, right + kFirst));
+}
+// So many pixels from a place on are read at most, in loads of 16 bytes.
+template <class Sample, int kStep>
+constexpr int kReach = 4 + 16 / (kStep * static_cast<int>(sizeof(Sample)));
 
 inline Floats Both(float left, float right) {
     return Floats{left, left, left, left, right, right, right, right};
@@ -194,26 +221,32 @@ inline Floats Column(const Floats (&row)[kStep]) {
                                    k[2], k[3], 4 + k[0], 4 + k[1], 4 + k[2], 4 + k[3]);
 }
 
-// Where a pixel looks to: the first of the samples around the place, and the way beyond them.
-template <class Sample>
-struct SPlace {
-    const Sample* corner;
-    float x, y;
-};
+// Splits the places that the pixels look to into the first pixel around them and the way from the
+// second on; and whether, from the first on, `reach` pixels can be read.
+CMDTEXTURE_MULTIVERSION void Locate(SPart* part, int pixels, CSize picture, int reach) {
+    for (int i = 0; i < pixels; ++i) {
+        const float low_x = std::floor(part->x[i]), low_y = std::floor(part->y[i]);
+        part->way_x[i] = part->x[i] - low_x;
+        part->way_y[i] = part->y[i] - low_y;
+        const int x = static_cast<int>(low_x) - 1, y = static_cast<int>(low_y) - 1;
+        part->first_x[i] = x;
+        part->first_y[i] = y;
+        part->inside[i] = (x >= 0) & (y >= 0) & (x <= picture.cx - reach) & (y <= picture.cy - 4);
+    }
+}
 
 // See of cubic weights for two places well inside the picture, to the bit: the same sums in the
 // same order, of all samples of the columns at once. The first of each four floats are the colours.
 template <class Sample, int kStep>
-inline Floats SeeInside(const SPlace<Sample>& left, const SPlace<Sample>& right,
-                        std::ptrdiff_t stride) {
-    const Floats wx = CubicWeights(Both(left.x, right.x));
-    const Floats wy = CubicWeights(Both(left.y, right.y));
+inline Floats SeeInside(const Sample* left, const Sample* right, std::ptrdiff_t stride, Floats wx,
+                        Floats wy) {
     Floats sums[kStep] = {};
     const auto add = [&](int j, Floats weight) {
-        for (int k = 0; k < kStep; ++k) {
-            sums[k] +=
-                weight * Load(left.corner + j * stride + 4 * k, right.corner + j * stride + 4 * k);
-        }
+        const Sample *l = left + j * stride, *r = right + j * stride;
+        sums[0] += weight * Group<0>(l, r);
+        if constexpr (kStep > 1) sums[1] += weight * Group<1>(l, r);
+        if constexpr (kStep > 2) sums[2] += weight * Group<2>(l, r);
+        if constexpr (kStep > 3) sums[3] += weight * Group<3>(l, r);
     };
     add(0, Spread<0>(wy));
     add(1, Spread<1>(wy));
@@ -229,38 +262,25 @@ CMDTEXTURE_MULTIVERSION void SeeCubic(const CPicture<Sample>* picture, SPart* pa
     const CPicture<Sample> from = *picture;
     const Sample* origin = from.At(0, 0);
     const std::ptrdiff_t stride = from.Stride();
-    bool inside = true;
-    const auto place = [&](int i) {
-        const float low_x = std::floor(part->x[i]), low_y = std::floor(part->y[i]);
-        const int x = static_cast<int>(low_x) - 1, y = static_cast<int>(low_y) - 1;
-        inside = inside && from.Holds(x, y, 4);
-        return SPlace<Sample>{origin + y * stride + x * kStep, part->x[i] - low_x,
-                              part->y[i] - low_y};
+    const auto corner = [&](int i) {
+        return origin + part->first_y[i] * stride + part->first_x[i] * kStep;
     };
+    Locate(part, pixels, from.Size(), kReach<Sample, kStep>);
     for (int i = 0; i < pixels; i += 2) {
         const int next = std::min(i + 1, pixels - 1);
-        inside = true;
-        const SPlace<Sample> left = place(i), right = place(next);
-        float* seen = part->seen + i * kColours;
-        if (inside) {
-            const Floats colours = SeeInside<Sample, kStep>(left, right, stride);
+        float *seen = part->seen + i * kColours, *seen_next = part->seen + next * kColours;
+        if (part->inside[i] & part->inside[next]) {
+            const Floats colours =
+                SeeInside<Sample, kStep>(corner(i), corner(next), stride,
+                                         CubicWeights(Both(part->way_x[i], part->way_x[next])),
+                                         CubicWeights(Both(part->way_y[i], part->way_y[next])));
             std::memcpy(seen, &colours, sizeof colours / 2);
-            std::memcpy(part->seen + next * kColours, reinterpret_cast<const float*>(&colours) + 4,
+            std::memcpy(seen_next, reinterpret_cast<const float*>(&colours) + 4,
                         sizeof colours / 2);
         } else {
             See<Sample, kColours, 4>(from, part->x[i], part->y[i], seen);
-            See<Sample, kColours, 4>(from, part->x[next], part->y[next],
-                                     part->seen + next * kColours);
+            See<Sample, kColours, 4>(from, part->x[next], part->y[next], seen_next);
         }
-    }
-}
-
-template <class Sample, int kColours, int kTaps>
-void SeePlain(const CPicture<Sample>& picture, bool nearest, SPart& part, int pixels) {
-    const auto place = [&](float at) { return nearest ? std::floor(at + 0.5F) : at; };
-    for (int i = 0; i < pixels; ++i) {
-        See<Sample, kColours, kTaps>(picture, place(part.x[i]), place(part.y[i]),
-                                     part.seen + i * kColours);
     }
 }
 
