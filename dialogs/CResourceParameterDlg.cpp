@@ -45,7 +45,10 @@ void CResourceParameterDlg::OnListChosen(const SControlRow& row) {
 }
 
 void CResourceParameterDlg::StoreParameters() {
-    if (Initialised()) Value(use_.view).number = list_.GetCurView();
+    if (Initialised()) {
+        Value(use_.view).number = list_.GetCurView();
+        Value(use_.category).text = list_.GetCategory();
+    }
     CParameterDlg::StoreParameters();
 }
 

@@ -78,7 +78,7 @@ void Apply(const SApplyOptions& options) {
 
     progress.BeginPart(options.effect, 0.7);
     WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
-    const CRowIteratorBands result = RunEffect(*command, *context);
+    const CRowIteratorBands result = RunEffect(*command, *context, *library);
     const ordered_json values = parameters::ToJson(*command->BoundRepository());
     seconds["effect"] = watch.Lap();
 

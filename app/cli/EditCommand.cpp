@@ -146,7 +146,7 @@ void Edit(const SEditOptions& options) {
     }
     WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
     progress.BeginPart(options.effect, 0.7);
-    const CRowIteratorBands result = RunEffect(*command, *context);
+    const CRowIteratorBands result = RunEffect(*command, *context, *library);
     progress.BeginPart("writing", 1.0);
     WritePicture(output, result, arrival.Wait(), rules, progress);
 }

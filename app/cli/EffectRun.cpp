@@ -5,11 +5,14 @@
 #include "app/cli/CliError.h"
 #include "app/cli/Interruption.h"
 
-CRowIteratorBands RunEffect(CCmdEffect& command, CExecutionContext& context) {
+CRowIteratorBands RunEffect(CCmdEffect& command, CExecutionContext& context,
+                            const CFileResourceLibrary& library) {
     const CErrorAutoThrow error = RunCommand(command, &context);
     if (error.Code() == TolmErrorCode::Cancelled || interruption::Requested()) {
         throw CInterrupted();
     }
+    const std::string unreadable = library.LastFailure();
+    if (!unreadable.empty()) throw CCliError(EExit::Unreadable, unreadable);
     if (!error.Failed()) return context.Graphic()->GetActiveImage();
     const std::string name = ToUtf8(command.GetResourceData()->GetComponentName());
     const std::string reason = *error.Text() ? fmt::format(": {}", error.Text()) : "";

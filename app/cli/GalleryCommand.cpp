@@ -117,7 +117,7 @@ void Gallery(const SGalleryOptions& options) {
         const std::string name = entries[i].Name();
         progress.BeginPart(name, done + 0.7 * share);
         document->SetActiveImage(input.pixels);
-        const CRowIteratorBands result = RunEffect(*commands[i], *context);
+        const CRowIteratorBands result = RunEffect(*commands[i], *context, *library);
         progress.BeginPart("writing", done += share);
         WritePicture(file(name), result, input.metadata, rules, progress);
         sheet.Add(Title(entries[i], *commands[i]), result);

@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "app/cli/Commands.h"
 #include "app/cli/Library.h"
@@ -16,16 +17,31 @@ struct SResourcesOptions {
     bool json = false;
 };
 
+// The size of a picture, of which one that is not there, or damaged, has none.
+std::optional<CSize> SizeOf(const std::filesystem::path& file) {
+    try {
+        return imagefile::ReadHeader(file).size;
+    } catch (const imagefile::CImageFileError&) {
+        return std::nullopt;
+    }
+}
+
 void List(const SResourcesOptions& options) {
     const auto library = OpenLibrary(options.folders);
     auto rows = nlohmann::ordered_json::array();
     for (const auto& [type, kind] : {std::pair(CFileResourceLibrary::kPatterns, "pattern"),
                                      std::pair(CFileResourceLibrary::kTextures, "texture")}) {
         for (const auto& entry : library->Files(type)) {
+            const std::optional<CSize> size = SizeOf(entry.file);
             rows.push_back({{"kind", kind},
                             {"name", entry.name},
                             {"category", entry.category},
+                            {"width", nullptr},
+                            {"height", nullptr},
                             {"file", entry.file.string()}});
+            if (!size) continue;
+            rows.back()["width"] = size->cx;
+            rows.back()["height"] = size->cy;
         }
     }
     if (options.json) {
@@ -34,9 +50,13 @@ void List(const SResourcesOptions& options) {
         return;
     }
     for (const auto& row : rows) {
-        std::cout << fmt::format("{:<8} {:<20} {}\n", row["kind"].get<std::string>(),
-                                 row["name"].get<std::string>(),
-                                 row["category"].get<std::string>());
+        const std::string size =
+            row["width"].is_null()
+                ? "cannot be read"
+                : fmt::format("{} x {}", row["width"].get<int>(), row["height"].get<int>());
+        std::cout << fmt::format("{:<8} {:<20} {:<12} {}\n", row["kind"].get<std::string>(),
+                                 row["name"].get<std::string>(), row["category"].get<std::string>(),
+                                 size);
     }
 }
 

@@ -5,7 +5,7 @@
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
-#include <QTimer>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 #include "app/desktop/CPyramid.h"
@@ -43,6 +43,7 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
       model_(model),
       control_(control),
       before_(model.Control(control).selected),
+      category_before_(model.Control(control).category),
       list_(new QListWidget) {
     setWindowTitle(title);
     resize(kWindow);
@@ -62,8 +63,12 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
+    auto* choosers = new QHBoxLayout;
+    if (!model_.Control(control_).categories.empty()) choosers->addWidget(MakeCategories());
+    choosers->addStretch(1);
+    choosers->addWidget(view);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(view, 0, Qt::AlignRight);
+    layout->addLayout(choosers);
     layout->addWidget(list_);
     layout->addWidget(buttons);
 
@@ -71,30 +76,56 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
     list_->setResizeMode(QListView::Adjust);
     list_->setMovement(QListView::Static);
     list_->setWordWrap(true);
+    connect(&loading_, &QTimer::timeout, this, [this] { LoadNext(); });
     Fill();
     ShowView(view->currentIndex());
-    connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0) model_.Choose(control_, row);
+    connect(list_, &QListWidget::itemSelectionChanged, this, [this] {
+        if (!list_->selectedItems().empty()) model_.Choose(control_, list_->currentRow());
     });
     connect(list_, &QListWidget::itemActivated, this, &QDialog::accept);
-    connect(this, &QDialog::rejected, this, [this] { model_.Choose(control_, before_); });
+    connect(this, &QDialog::rejected, this, [this] {
+        model_.ChooseCategory(control_, category_before_);
+        model_.Choose(control_, before_);
+    });
     list_->setFocus();
 }
 
-void CResourceBrowser::Fill() {
+QComboBox* CResourceBrowser::MakeCategories() {
+    auto* categories = new QComboBox;
+    categories->setObjectName("category");
+    categories->setAccessibleName(Text(EText::Category));
+    categories->addItem(Text(EText::AllCategories));
     const SControlState& state = model_.Control(control_);
+    for (const CString& category : state.categories) {
+        categories->addItem(ToQt(category));
+        if (category == state.category) categories->setCurrentIndex(categories->count() - 1);
+    }
+    connect(categories, &QComboBox::activated, this, [this](int chosen) {
+        const std::vector<CString>& all = model_.Control(control_).categories;
+        const auto at = static_cast<std::size_t>(chosen - 1);
+        model_.ChooseCategory(control_, chosen > 0 && at < all.size() ? all[at] : CString());
+        Fill();
+    });
+    return categories;
+}
+
+// What is selected was so before: nothing is chosen by showing it.
+void CResourceBrowser::Fill() {
+    const QSignalBlocker quiet(list_);
+    const SControlState& state = model_.Control(control_);
+    list_->clear();
+    loaded_ = 0;
     for (const SListEntry& entry : state.entries) list_->addItem(ToQt(entry.text));
     list_->setCurrentRow(state.selected);
-    LoadNext();
+    loading_.start();
 }
 
 // One picture at a time, so that the window never waits for the disk.
 void CResourceBrowser::LoadNext() {
-    if (loaded_ >= list_->count()) return;
+    if (loaded_ >= list_->count()) return loading_.stop();
     list_->item(loaded_)->setIcon(
         QIcon(PictureOf(model_.EntryPicture(control_, loaded_), kThumbnail)));
     ++loaded_;
-    QTimer::singleShot(0, this, [this] { LoadNext(); });
 }
 
 void CResourceBrowser::ShowView(int view) {

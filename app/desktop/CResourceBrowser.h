@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QDialog>
+#include <QTimer>
 
+#include "host/core/CString.h"
 #include "host/graphics/CRowIteratorBands.h"
 
+class QComboBox;
 class QListWidget;
 struct IDialogModel;
 
@@ -17,6 +20,7 @@ class CResourceBrowser final : public QDialog {
     CResourceBrowser(IDialogModel& model, int control, const QString& title, QWidget* parent);
 
   private:
+    QComboBox* MakeCategories();
     void Fill();
     void ShowView(int view);
     void LoadNext();
@@ -24,6 +28,8 @@ class CResourceBrowser final : public QDialog {
     IDialogModel& model_;
     const int control_;
     const int before_;
+    const CString category_before_;
     QListWidget* list_;
     int loaded_ = 0;
+    QTimer loading_;
 };

@@ -47,6 +47,8 @@ enum class EText {
     ListView = 60060,
     ThumbnailView,
     ChooseOne,
+    Category,
+    AllCategories,
     SaveResult = 60070,
     Pictures,
     Application,

@@ -58,8 +58,8 @@ std::optional<CFileResourceLibrary::SFile> CFileResourceLibrary::Find(
     return std::nullopt;
 }
 
-CErrorAutoThrow CFileResourceLibrary::LoadImage(int type, const CString& name,
-                                                CRowIteratorBands& image) {
+CErrorAutoThrow CFileResourceLibrary::Load(int type, const CString& name,
+                                           CRowIteratorBands& image) const {
     const std::optional<SFile> found = Find(type, ToUtf8(name));
     if (!found) {
         return {TolmErrorCode::NotFound, fmt::format("there is no picture \"{}\"", ToUtf8(name))};
@@ -72,11 +72,24 @@ CErrorAutoThrow CFileResourceLibrary::LoadImage(int type, const CString& name,
     }
 }
 
+CErrorAutoThrow CFileResourceLibrary::LoadImage(int type, const CString& name,
+                                                CRowIteratorBands& image) {
+    CErrorAutoThrow error = Load(type, name, image);
+    const std::lock_guard lock(mutex_);
+    failure_ = error.Failed() ? error.Text() : "";
+    return error;
+}
+
+std::string CFileResourceLibrary::LastFailure() const {
+    const std::lock_guard lock(mutex_);
+    return failure_;
+}
+
 CErrorAutoThrow CFileResourceLibrary::LoadThumbnail(int type, const CString& name,
                                                     CRowIteratorBands& image) {
     const std::optional<SFile> found = Find(type, ToUtf8(name));
     if (found && thumbnails::Load(found->file, image)) return {};
-    CErrorAutoThrow error = LoadImage(type, name, image);
+    CErrorAutoThrow error = Load(type, name, image);
     if (!error.Failed()) image = thumbnails::Make(found->file, image);
     return error;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -35,7 +36,14 @@ class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResource
     std::vector<SFile> Files(int type) const;
     // The picture of a name, letter case ignored; of the empty name, the first.
     std::optional<SFile> Find(int type, const std::string& name) const;
+    // Why the picture that was asked for last could not be had; empty when it could. Commands do
+    // without it, so this is how their caller learns of it.
+    std::string LastFailure() const;
 
   private:
+    CErrorAutoThrow Load(int type, const CString& name, CRowIteratorBands& image) const;
+
     std::vector<std::filesystem::path> folders_;
+    mutable std::mutex mutex_;  // guards the failure: previews load on a thread of their own
+    std::string failure_;
 };

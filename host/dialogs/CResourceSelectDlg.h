@@ -40,6 +40,7 @@ class HOST_API CResourceSelectDlg : public CWnd {
     bool Create(CDialog& dialog, int id, const wchar_t* kind);
     // An empty category holds every entry.
     void SetCategory(const CString& category);
+    CString GetCategory() const { return category_; }
     void BuildResourceList();
     // Shows the entry of a name, if there is one; an empty name stands for the first.
     void SelectItem(const CString& name);

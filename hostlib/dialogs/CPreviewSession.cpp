@@ -143,10 +143,17 @@ void CPreviewSession::Choose(int id, int entry) {
 }
 
 void CPreviewSession::OpenLibrary(int id) {
+    if (const SControlState* list = Usable(id, EControlKind::Resource)) {
+        ChooseCategory(id, CString(list->category));
+    }
+}
+
+void CPreviewSession::ChooseCategory(int id, const CString& category) {
     CResourceSelectDlg* library = dialog_.ResourceListOf(id);
     if (!library) return;
     Guarded([&] {
         const CString shown = library->GetCurItem();
+        library->SetCategory(category);
         library->BuildResourceList();
         if (!shown.IsEmpty()) library->SelectItem(shown);
     });

@@ -27,6 +27,7 @@ class CPreviewSession final : public IDialogModel {
     void Choose(int id, int entry) override;
     void OpenLibrary(int id) override;
     void ChooseView(int id, int view) override;
+    void ChooseCategory(int id, const CString& category) override;
     CRowIteratorBands EntryPicture(int id, int entry) override;
 
     void Activate(bool active, bool to_own_window) override;

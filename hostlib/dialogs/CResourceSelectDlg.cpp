@@ -18,6 +18,16 @@ std::vector<SResourceEntry> EntriesOf(IResourceLibrary* library, int type,
     return category.IsEmpty() || chosen.empty() ? all : chosen;
 }
 
+std::vector<CString> CategoriesOf(IResourceLibrary* library, int type) {
+    std::vector<CString> found;
+    if (!library) return found;
+    for (const SResourceEntry& entry : library->Entries(type)) {
+        const bool known = std::find(found.begin(), found.end(), entry.category) != found.end();
+        if (!known && !entry.category.IsEmpty()) found.push_back(entry.category);
+    }
+    return found;
+}
+
 }  // namespace
 
 CTolmDropButton::CTolmDropButton() = default;
@@ -64,6 +74,8 @@ void CResourceSelectDlg::BuildResourceList() {
     if (!State()) return;
     State()->entries.clear();
     State()->selected = -1;
+    State()->category = category_;
+    State()->categories = CategoriesOf(Library(), type_);
     for (const SResourceEntry& entry : EntriesOf(Library(), type_, category_)) {
         State()->entries.push_back({entry.name, 0});
     }

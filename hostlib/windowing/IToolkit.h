@@ -36,6 +36,8 @@ struct SControlState {
     int selected = -1;                // List, Resource: the shown entry, -1 for none
     CRowIteratorBands picture;        // Resource: of the selected entry; unattached for none
     int view = 0;                     // Resource: 0 a list of names, 1 thumbnails
+    std::vector<CString> categories;  // Resource: all that the library has of its kind
+    CString category;                 // Resource: whose entries are shown; empty: of all
 };
 
 // All that a preview needs, independent of the dialog: it may be used on another thread and after
@@ -71,6 +73,7 @@ struct IDialogModel {
     // Resource: the library is about to be shown, so its entries are read anew.
     virtual void OpenLibrary(int id) = 0;
     virtual void ChooseView(int id, int view) = 0;
+    virtual void ChooseCategory(int id, const CString& category) = 0;
     // Resource: the picture of an entry; unattached when it cannot be read any more.
     virtual CRowIteratorBands EntryPicture(int id, int entry) = 0;
 

@@ -1,7 +1,7 @@
 // Makes the pictures of the resource library: cmdtexture-make-resources PHOTOS OUT
 //
 // PHOTOS is the folder of the photographs some textures are made from, OUT the folder that gets
-// patterns/ and textures/. Every run writes the same bytes.
+// patterns/CATEGORY/ and textures/CATEGORY/. Every run writes the same bytes.
 #include <vips/vips.h>
 
 #include <cstdio>
@@ -16,48 +16,48 @@ namespace {
 namespace fs = std::filesystem;
 
 struct PatternEntry {
-    const char* name;
+    const char *category, *name;
     Pattern paint;
 };
 constexpr PatternEntry kPatterns[] = {
-    {"brushed-metal", BrushedMetal},
-    {"concrete", Concrete},
-    {"copper", Copper},
-    {"cork", Cork},
-    {"granite", Granite},
-    {"malachite", Malachite},
-    {"marble", Marble},
-    {"paper", Paper},
-    {"plaster", Plaster},
-    {"sand", Sand},
-    {"slate", Slate},
-    {"wood", Wood},
+    {"metal", "brushed-metal", BrushedMetal},
+    {"stone", "concrete", Concrete},
+    {"metal", "copper", Copper},
+    {"wood", "cork", Cork},
+    {"stone", "granite", Granite},
+    {"stone", "malachite", Malachite},
+    {"stone", "marble", Marble},
+    {"paper", "paper", Paper},
+    {"stone", "plaster", Plaster},
+    {"stone", "sand", Sand},
+    {"stone", "slate", Slate},
+    {"wood", "wood", Wood},
 };
 
 struct TextureEntry {
-    const char* name;
+    const char *category, *name;
     Texture height;
 };
 constexpr TextureEntry kTextures[] = {
-    {"bark", Bark},
-    {"canvas", Canvas},
-    {"cobblestone", Cobblestone},
-    {"cracked-earth", CrackedEarth},
-    {"hammered-metal", HammeredMetal},
-    {"leather", Leather},
-    {"linen", Linen},
-    {"ripples", RippledSand},
-    {"wicker", Wicker},
+    {"skin", "bark", Bark},
+    {"fabric", "canvas", Canvas},
+    {"stone", "cobblestone", Cobblestone},
+    {"ground", "cracked-earth", CrackedEarth},
+    {"metal", "hammered-metal", HammeredMetal},
+    {"skin", "leather", Leather},
+    {"fabric", "linen", Linen},
+    {"ground", "ripples", RippledSand},
+    {"fabric", "wicker", Wicker},
 };
 
 struct PhotoEntry {
-    const char* name;
+    const char *category, *name;
     HeightMap (*process)(const HeightMap&);
 };
 constexpr PhotoEntry kPhotos[] = {
-    {"brick", BrickWall},
-    {"grass", SeamlessPhoto},
-    {"gravel", SeamlessPhoto},
+    {"stone", "brick", BrickWall},
+    {"ground", "grass", SeamlessPhoto},
+    {"ground", "gravel", SeamlessPhoto},
 };
 
 // Mean of `sample` over a 2 x 2 grid within the pixel.
@@ -144,16 +144,20 @@ HeightMap Raise(Texture texture) {
 }
 
 void MakeAll(const fs::path& photos, const fs::path& out) {
-    fs::create_directories(out / "patterns");
-    fs::create_directories(out / "textures");
-    const auto file = [](const char* name) { return std::string(name) + ".png"; };
-    for (const auto& [name, paint] : kPatterns)
-        Save(Paint(paint), 3, out / "patterns" / file(name));
-    for (const auto& [name, height] : kTextures) {
-        Save(ToGrey(Raise(height)), 1, out / "textures" / file(name));
+    const auto file = [&](const char* kind, const char* category, const char* name) {
+        const fs::path folder = out / kind / category;
+        fs::create_directories(folder);
+        return folder / (std::string(name) + ".png");
+    };
+    for (const auto& [category, name, paint] : kPatterns) {
+        Save(Paint(paint), 3, file("patterns", category, name));
     }
-    for (const auto& [name, process] : kPhotos) {
-        Save(ToGrey(process(LoadGrey(photos / file(name)))), 1, out / "textures" / file(name));
+    for (const auto& [category, name, height] : kTextures) {
+        Save(ToGrey(Raise(height)), 1, file("textures", category, name));
+    }
+    for (const auto& [category, name, process] : kPhotos) {
+        const fs::path photo = photos / (std::string(name) + ".png");
+        Save(ToGrey(process(LoadGrey(photo))), 1, file("textures", category, name));
     }
 }
 

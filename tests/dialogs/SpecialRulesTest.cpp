@@ -183,6 +183,26 @@ TEST_F(SpecialRules, SculptureRepeatsTheChosenName) {
     EXPECT_EQ(effect.Parameter("Category").Text(), L"wood");
 }
 
+TEST_F(SpecialRules, PickersShowOneCategoryOrAll) {
+    const TRef<CLibrary> library(new CLibrary);
+    EffectDialog effect("Texture", {300, 200}, library);
+    effect.Play([&](IDialogModel& dialog) {
+        const SControlState& state = dialog.Control(3212);
+        EXPECT_EQ(state.categories, std::vector<CString>{L"wood"});
+        EXPECT_EQ(state.entries.size(), 3U);
+        dialog.Choose(3212, 1);
+        EXPECT_EQ(effect.PreviewsOf([&] { dialog.ChooseCategory(3212, L"wood"); }), 0);
+        ASSERT_EQ(state.entries.size(), 2U);
+        EXPECT_EQ(state.entries[static_cast<std::size_t>(state.selected)].text, L"oak");
+        dialog.ChooseCategory(3212, L"gone");
+        EXPECT_EQ(state.entries.size(), 3U);
+        dialog.ChooseCategory(3212, L"wood");
+        dialog.Ok();
+    });
+    EXPECT_EQ(effect.Parameter("TextureName").Text(), L"oak");
+    EXPECT_EQ(effect.Parameter("Category").Text(), L"wood");
+}
+
 TEST_F(SpecialRules, PickersRefuseWhatHasVanished) {
     const TRef<CLibrary> library(new CLibrary);
     EffectDialog effect("Texture", {300, 200}, library);

@@ -93,10 +93,53 @@ TEST(Resources, AreListedAndExtended) {
     };
     EXPECT_GE(count(shipped, "pattern"), 8);
     EXPECT_GE(count(shipped, "texture"), 8);
+    for (const json& row : shipped) {
+        EXPECT_NE(row["category"], "") << row;
+        EXPECT_EQ(row["width"], 512) << row;
+        EXPECT_EQ(row["height"], 512) << row;
+    }
     program.WriteImage("mine.png", pictures::Noise(ENPixelFormat::Grey8, 8, 8, 1));
     const json more =
         json::parse(program.Run({"resources", "--json", "--resources", program.Path("")}).out);
     EXPECT_EQ(more.size(), shipped.size() + 2) << "a plain folder serves both kinds";
+}
+
+// Pictures of the user's own, of any size; one that cannot be read is said and named.
+TEST(Resources, OfTheUsersOwnAreUsedOrRefused) {
+    const Program program;
+    std::filesystem::create_directories(program.Path("own/rocks"));
+    const auto even = [&](const std::string& name, int width, int height) {
+        program.WriteImage("own/rocks/" + name, pictures::Make(ENPixelFormat::Grey8, width, height,
+                                                               [](int, int, int) { return 90; }));
+    };
+    even("dot.png", 1, 1);
+    even("vast.png", 8000, 8000);
+    even("damaged.png", 40, 40);
+    const std::string bytes = program.Read("own/rocks/damaged.png");
+    program.WriteText("own/rocks/damaged.png", bytes.substr(0, bytes.size() - 16));
+    const std::string in =
+        program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour8, 40, 30, 1));
+    for (const auto& [effect, parameter] :
+         {std::pair("Sculpture", "PatternName"), std::pair("Texture", "TextureName")}) {
+        const auto apply = [&](const std::string& name) {
+            return program.Run({"apply", effect, in, "-o", program.Path(name + effect + ".png"),
+                                "--resources", program.Path("own"), "-p", parameter + ("=" + name),
+                                "-p", "Size=25"});
+        };
+        for (const char* name : {"dot", "vast"}) {
+            const Program::Result run = apply(name);
+            ASSERT_EQ(run.status, 0) << effect << run.err;
+            EXPECT_EQ(program.ReadImage(std::string(name) + effect + ".png").GetWidth(), 40);
+        }
+        const Program::Result run = apply("damaged");
+        EXPECT_EQ(run.status, 3) << effect;
+        EXPECT_NE(run.err.find("own/rocks/damaged.png: is "), std::string::npos) << run.err;
+        EXPECT_FALSE(
+            std::filesystem::exists(program.Path(std::string("damaged") + effect + ".png")));
+    }
+    EXPECT_EQ(
+        pictures::Difference(program.ReadImage("dotTexture.png"), program.ReadImage("in.png")), "")
+        << "an even texture is flat";
 }
 
 }  // namespace

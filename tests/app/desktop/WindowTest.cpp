@@ -1,6 +1,7 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -409,6 +410,12 @@ TEST_F(Window, LibraryIsBrowsedAndCancelledBack) {
             EXPECT_EQ(model.Control(3489).selected, 2);
             accept ? browser.accept() : browser.reject();
             EXPECT_EQ(model.Control(3489).selected, accept ? 2 : before);
+            auto* category = browser.findChild<QComboBox*>("category");
+            ASSERT_EQ(category->count(), 3);
+            emit category->activated(2);
+            EXPECT_EQ(list->count(), 1);
+            browser.reject();
+            EXPECT_EQ(model.Control(3489).entries.size(), 3U);
         }
     });
 }
