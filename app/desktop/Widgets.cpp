@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int kFullTurn = 360;
+constexpr int kQuarterTurn = 90;
 constexpr int kSnap = 15;  // degrees, with the shift key held
 constexpr int kIconSide = 16;
 
@@ -51,7 +52,8 @@ CAngleDial::CAngleDial(QWidget* parent) : QDial(parent) {
     });
 }
 
-void CAngleDial::ShowAngle(int degrees) {
+void CAngleDial::ShowAngle(int degrees, bool compass) {
+    compass_ = compass;
     const QSignalBlocker quiet(this);
     setValue((degrees % kFullTurn + kFullTurn) % kFullTurn);
     update();
@@ -72,7 +74,8 @@ void CAngleDial::paintEvent(QPaintEvent*) {
         const QPointF outward(std::cos(Radians(mark)), -std::sin(Radians(mark)));
         painter.drawLine(middle + outward * (side / 2 - 4), middle + outward * (side / 2 - 1));
     }
-    const QPointF hand(std::cos(Radians(value())), -std::sin(Radians(value())));
+    const double direction = Radians(compass_ ? kQuarterTurn - value() : value());
+    const QPointF hand(std::cos(direction), -std::sin(direction));
     painter.setPen(QPen(palette().color(group, QPalette::Text), 2, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(middle, middle + hand * (side / 2 - 8));
     painter.setPen(Qt::NoPen);
@@ -82,7 +85,8 @@ void CAngleDial::paintEvent(QPaintEvent*) {
 
 void CAngleDial::TurnTo(QPointF pointer, Qt::KeyboardModifiers keys) {
     const QPointF from = pointer - QPointF(width() / 2.0, height() / 2.0);
-    const double degrees = std::atan2(-from.y(), from.x()) * 180 / std::numbers::pi;
+    const double direction = std::atan2(-from.y(), from.x()) * 180 / std::numbers::pi;
+    const double degrees = compass_ ? kQuarterTurn - direction : direction;
     int angle = static_cast<int>(std::lround(degrees));
     if (keys & Qt::ShiftModifier) angle = static_cast<int>(std::lround(degrees / kSnap)) * kSnap;
     setValue((angle + kFullTurn) % kFullTurn);

@@ -14,7 +14,8 @@ class CAngleDial final : public QDial {
   public:
     explicit CAngleDial(QWidget* parent = nullptr);
     std::function<void(int)> on_turned;
-    void ShowAngle(int degrees);
+    // Degrees counter-clockwise from the right or, as a compass, clockwise from the top.
+    void ShowAngle(int degrees, bool compass);
     QSize sizeHint() const override { return {56, 56}; }
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -26,6 +27,8 @@ class CAngleDial final : public QDial {
 
   private:
     void TurnTo(QPointF pointer, Qt::KeyboardModifiers keys);
+
+    bool compass_ = false;
 };
 
 // A whole number: any text can be typed, one that is no number of the range is outlined in red.

@@ -28,7 +28,8 @@ struct SControlState {
     EControlKind kind = EControlKind::Label;
     CString text;  // Label, Check, Button: its text. Number: what stands in the field.
     bool enabled = true;
-    int value = 0;  // Number; Check: 0 or 1; Dial: degrees counter-clockwise from the right
+    int value = 0;         // Number; Check: 0 or 1; Dial: degrees, counter-clockwise from the right
+    bool compass = false;  // or clockwise from the top
     int minimum = 0, maximum = 0;     // Number, Dial
     bool wrong = false;               // Number: the text is no number within the range
     COLORREF colour = 0;              // Swatch

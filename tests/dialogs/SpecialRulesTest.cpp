@@ -123,6 +123,28 @@ TEST_F(SpecialRules, TilesListsItsShapesFromTheLast) {
     effect.Play([&](IDialogModel& dialog) { EXPECT_EQ(dialog.Control(2952).selected, 2); });
 }
 
+// The hand of a dial points to where the effect has its light.
+TEST_F(SpecialRules, DialsCountAsTheirTextsSay) {
+    int dials = 0;
+    for (const std::string& name : EffectDialog::Module().Names()) {
+        EffectDialog effect(name);
+        effect.Play([&](IDialogModel& dialog) {
+            for (const STemplateGroup& group : dialog.Template().groups) {
+                for (const STemplateRow& row : group.rows) {
+                    for (const SControlTemplate& control : row.controls) {
+                        if (control.kind != EControlKind::Dial) continue;
+                        const std::string text = ToUtf8(dialog.Description(control.id));
+                        const bool compass = text.find("degrees clockwise from the top") < 99;
+                        EXPECT_EQ(dialog.Control(control.id).compass, compass) << name;
+                        ++dials;
+                    }
+                }
+            }
+        });
+    }
+    EXPECT_EQ(dials, 9);
+}
+
 // A library whose pictures a test can take away.
 class CLibrary : public TUnknownImpl<CLibrary, IResourceLibrary> {
   public:

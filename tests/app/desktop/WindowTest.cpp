@@ -200,7 +200,7 @@ TEST_F(Window, DraggingTheDialStartsNothingStale) {
         ASSERT_TRUE(dial);
         const QPointF middle(dial->width() / 2.0, dial->height() / 2.0);
         const auto at = [&](int degrees) {
-            const double angle = degrees * M_PI / 180;
+            const double angle = (90 - degrees) * M_PI / 180;  // clockwise from the top
             return (middle + QPointF(std::cos(angle), -std::sin(angle)) * 20).toPoint();
         };
         QTest::mousePress(dial, Qt::LeftButton, {}, at(0));
