@@ -15,7 +15,7 @@
 namespace {
 constexpr QSize kThumbnail{96, 96};
 constexpr QSize kListIcon{24, 24};
-constexpr QSize kWindow{520, 480};
+constexpr QSize kWindow{540, 520};
 }  // namespace
 
 QPixmap PictureOf(const CRowIteratorBands& picture, QSize size) {
@@ -115,7 +115,10 @@ void CResourceBrowser::Fill() {
     const SControlState& state = model_.Control(control_);
     list_->clear();
     loaded_ = 0;
-    for (const SListEntry& entry : state.entries) list_->addItem(ToQt(entry.text));
+    const QIcon room(PictureOf({}, kThumbnail));  // or the pictures to come would not be in line
+    for (const SListEntry& entry : state.entries) {
+        new QListWidgetItem(room, ToQt(entry.text), list_);
+    }
     list_->setCurrentRow(state.selected);
     loading_.start();
 }

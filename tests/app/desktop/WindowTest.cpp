@@ -405,7 +405,11 @@ TEST_F(Window, LibraryIsBrowsedAndCancelledBack) {
             CResourceBrowser browser(model, 3489, "Choose", &window);
             auto* list = browser.findChild<QListWidget*>();
             ASSERT_EQ(list->count(), 3);
-            EXPECT_TRUE(QTest::qWaitFor([&] { return !list->item(2)->icon().isNull(); }, 5000));
+            const auto pictured = [&] {
+                return list->item(2)->icon().pixmap(96).toImage().pixelColor(48, 48).alpha() == 255;
+            };
+            EXPECT_FALSE(pictured());
+            EXPECT_TRUE(QTest::qWaitFor(pictured, 5000));
             list->setCurrentRow(2);
             EXPECT_EQ(model.Control(3489).selected, 2);
             accept ? browser.accept() : browser.reject();
