@@ -61,6 +61,7 @@ const SModuleLife g_life;
 
 // Finds this module's language resources and reports them to the language service: the chosen
 // language's folder first, then the alternative one, then whatever the service finds.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the framework's signature
 extern "C" HOST_API void LinkStandard(CString /*language*/) {
     const CString folder = CConnectLanguage::GetPath();
     if (folder.IsEmpty()) return;

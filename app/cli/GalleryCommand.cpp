@@ -99,6 +99,7 @@ void Gallery(const SGalleryOptions& options) {
         new CDocument({input.pixels.GetWidth(), input.pixels.GetHeight()}));
     const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
     std::vector<TRef<CCmdEffect>> commands;
+    commands.reserve(entries.size());
     for (const SEntry& entry : entries) commands.push_back(Prepare(entry, session, *context));
 
     const std::filesystem::path folder = MakeFolder(options.folder);

@@ -48,7 +48,8 @@ int Run(CLI::App& program, int count, char** arguments) {
 
 }  // namespace
 
-int main(int count, char** arguments) {
+// Outside of Run only the want of memory throws.
+int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     interruption::Install();
     CLI::App program("Texture effects for images.", "cmdtexture");
     program.footer(kExitStatuses);

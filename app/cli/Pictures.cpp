@@ -71,7 +71,7 @@ CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& 
                       IProgressSink& progress) {
     SInputOptions mask_options = options;
     mask_options.file = file;
-    const CRowIteratorBands read = ReadPicture(mask_options, progress).pixels;
+    CRowIteratorBands read = ReadPicture(mask_options, progress).pixels;
     if (read.GetWidth() != size.cx || read.GetHeight() != size.cy) {
         throw CCliError(EExit::Usage,
                         fmt::format("{}: the mask is {} x {}, the image {} x {}", file,

@@ -100,7 +100,7 @@ QWidget* CDialogWindow::MakeViewBar() {
     AddButton(*bar, "fit", Text(EText::Fit), {}, QKeySequence("Ctrl+0"), [this] { pane_->Fit(); });
     AddButton(*bar, "one-to-one", Text(EText::OneToOne), {}, QKeySequence("Ctrl+1"),
               [this] { pane_->ScaleTo(1); });
-    const auto step = [&](const char* name, const QString& sign, EText tip, QKeySequence key,
+    const auto step = [&](const char* name, const QString& sign, EText tip, const QKeySequence& key,
                           double factor) {
         QPushButton* button =
             AddButton(*bar, name, sign, Text(tip), key, [this, factor] { pane_->ScaleBy(factor); });
@@ -186,7 +186,7 @@ QPushButton* CDialogWindow::AddButton(QWidget& bar, const char* name, const QStr
     button->setMinimumWidth(button->sizeHint().width() + kButtonRoom);
     const QString keys = key.toString(QKeySequence::NativeText);
     button->setToolTip(keys.isEmpty() ? tip : tip.isEmpty() ? keys : tip + " (" + keys + ")");
-    connect(button, &QPushButton::clicked, this, action);
+    connect(button, &QPushButton::clicked, this, std::move(action));
     if (!key.isEmpty()) {
         connect(new QShortcut(key, this), &QShortcut::activated, button, [button] {
             if (button->isEnabled()) button->click();

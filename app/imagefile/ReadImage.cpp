@@ -270,7 +270,7 @@ SPlacement Place(CRowIteratorBands& upright, int orientation) {
 
 // Why a strip could not be had: the warning before the error tells more than the error itself.
 std::string CImageReader::RowTrouble() {
-    const std::string error = TakeVipsError();
+    std::string error = TakeVipsError();
     for (const std::string& text : logged_.TakeNew()) {
         if (!text.starts_with(kTileNote)) return text;
     }

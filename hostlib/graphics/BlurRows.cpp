@@ -51,7 +51,8 @@ struct SRowTerm {
 // Where a sum of `count` terms starts.
 template <class Sum>
 CMDTEXTURE_INLINE Sum StartOf(int count) {
-    return sizeof(Sum) == 2 ? static_cast<Sum>(count / 2) : Sum{0};
+    if constexpr (sizeof(Sum) == 2) return static_cast<Sum>(count / 2);
+    return Sum{0};
 }
 
 // A finished sum as it is stored.

@@ -105,7 +105,7 @@ class CBlurRun {
     // Makes a batch of blurred rows, then the rows of the result that they complete, and so on.
     // The last blurred rows of a batch are held for the next.
     CErrorAutoThrow RunInBatches(CStatusControl* status) {
-        const auto held_rows = static_cast<std::size_t>(kBatchRows + span_);
+        const auto held_rows = std::size_t{kBatchRows} + static_cast<std::size_t>(span_);
         held_ = std::make_unique_for_overwrite<Sum[]>(held_rows *
                                                       static_cast<std::size_t>(RowLength()));
         CStatusControl batches(status);

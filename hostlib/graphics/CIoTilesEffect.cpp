@@ -69,7 +69,7 @@ class CTileLight {
   private:
     // Slopes of the points of a row of pixels, kPoints a pixel, and which of them are grout.
     void ComputeRow(int y) {
-        const auto points = static_cast<std::size_t>(width_ * kPoints);
+        const auto points = static_cast<std::size_t>(width_) * kPoints;
         std::vector<float> slope_x(points), slope_y(points), shade(points), gloss(points);
         const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
         constexpr float kShare = 1.0F / (kPoints * kPoints);

@@ -4,7 +4,8 @@
 
 CErrorAutoThrow ToEightBits(const CRowIteratorBands& source, CRowIteratorBands& narrow) {
     const CRect place = source.GetRect();
-    const CRowIteratorBands wide = source;
+    // Held, since `narrow` may be the source.
+    const CRowIteratorBands wide = source;  // NOLINT(performance-unnecessary-copy-initialization)
     const int channels = wide.GetPixelFormat().Channels();
     CErrorAutoThrow created =
         narrow.Create(wide.GetWidth(), wide.GetHeight(), CNPixelFormat::Of(channels, false),

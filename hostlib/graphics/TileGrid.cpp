@@ -61,7 +61,7 @@ CTileGrid::SPoint CTileGrid::FromHexagon(double x, double y) const {
     SPoint best;
     double nearest = std::numeric_limits<double>::max();
     const double first = std::floor(y / row_);
-    for (double row = first; row <= first + 1; ++row) {
+    for (const double row : {first, first + 1}) {
         const double shift = std::fmod(row, 2) == 0 ? 0 : pitch_ / 2.0;
         const double column = std::round((x - shift) / pitch_);
         const SPoint from{x - shift - column * pitch_, y - row * row_};
