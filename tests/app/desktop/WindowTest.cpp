@@ -39,9 +39,18 @@ class Session {
     }
 
     void Fill(const CRowIteratorBands& picture) { document_->SetActiveImage(picture); }
-    TolmErrorCode Edit(WindowToolkit::Script script, const SDesktopOptions& options = kOptions) {
-        const WindowToolkit toolkit(std::move(script), options);
-        return command_->GetResourceData()->Edit(context_.Get(), command_.Get()).Code();
+    TolmErrorCode Edit(const WindowToolkit::Script& script,
+                       const SDesktopOptions& options = kOptions) {
+        bool opened = false;
+        const auto run = [&](CDialogWindow& window, IDialogModel& model) {
+            opened = true;
+            script(window, model);
+        };
+        const WindowToolkit toolkit(run, options);
+        const CErrorAutoThrow end =
+            command_->GetResourceData()->Edit(context_.Get(), command_.Get());
+        EXPECT_TRUE(opened) << end.Text();
+        return end.Code();
     }
     IParameterRepository& Repository() { return *command_->BoundRepository(); }
     // What the effect makes of the document with the values that the command has now.
