@@ -24,7 +24,8 @@ namespace {
 
 constexpr QSize kSwatchIcon{44, 20};
 constexpr QSize kResourceIcon{40, 40};
-constexpr int kSliderWidth = 120;
+constexpr int kSliderWidth = 50;  // at least
+constexpr int kRoom = 60;         // for sliders beyond what they need
 constexpr int kSliderSteps = 1000;
 // From this range on a slider gives small values more room.
 constexpr int kLongRange = 400;
@@ -93,7 +94,13 @@ CControlPanel::CControlPanel(IDialogModel& model, QWidget* parent)
 
 QSize CControlPanel::sizeHint() const {
     const QSize inside = widget()->minimumSizeHint().expandedTo(widget()->sizeHint());
-    return inside + QSize(verticalScrollBar()->sizeHint().width(), 2);
+    return inside + QSize(kRoom + verticalScrollBar()->sizeHint().width(), 2);
+}
+
+// It scrolls up and down only, so nothing may be cut off at its side.
+QSize CControlPanel::minimumSizeHint() const {
+    return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(),
+            QScrollArea::minimumSizeHint().height()};
 }
 
 void CControlPanel::Show(const SControlState& control) {

@@ -30,6 +30,7 @@ class CControlPanel final : public QScrollArea {
     bool GoToWrongField();
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

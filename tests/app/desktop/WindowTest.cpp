@@ -5,7 +5,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QScrollBar>
+#include <QScrollArea>
 #include <QSlider>
 #include <QToolButton>
 #include <cmath>
@@ -442,6 +442,9 @@ TEST_F(Window, NothingIsCutOff) {
             Session session(*module.operator->(), effect, Photo(ENPixelFormat::Colour8, 64, 64));
             session.Edit([](CDialogWindow& window, IDialogModel&) {
                 QTest::qWait(1);
+                const auto* panel = window.findChild<QScrollArea*>();
+                ASSERT_TRUE(panel);
+                EXPECT_LE(panel->widget()->width(), panel->viewport()->width());
                 for (QWidget* widget : window.findChildren<QWidget*>()) {
                     const bool has_text = qobject_cast<QAbstractButton*>(widget) ||
                                           qobject_cast<QLabel*>(widget) ||
