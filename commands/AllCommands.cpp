@@ -19,6 +19,7 @@ namespace {
 
 // Makes a command with its resource data and hands it to the sink, which keeps it.
 template <class Command, class ResourceData, const SCommandDescription& kDescription>
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of the framework's factories
 void MakeComponent(IComponentSink* sink, CString module_name, const wchar_t* /*component*/) {
     const TRef<Command> command(new Command);
     for (const auto& [attribute, value] : kDescription.attributes) {

@@ -229,7 +229,7 @@ CErrorAutoThrow ApplyBlinds(CStatusControl* status, const CRowIteratorBands& sou
                             bool lightFromLeftTop, COLORREF color, int canvasHeight) {
     CStatusControl progress(status);
     if (!source.IsAttached()) return TolmErrorCode::UnusableInput;
-    const CErrorAutoThrow copied = destination.Copy(source, 0);
+    CErrorAutoThrow copied = destination.Copy(source, 0);
     if (copied.Failed()) return copied;
     progress.SetProgressRange(source.GetHeight());
 

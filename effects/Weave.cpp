@@ -220,7 +220,7 @@ CErrorAutoThrow ApplyWeave(CStatusControl* status, CRowIteratorBands& source,
     if (weaveWidth < 0 || gapWidth < 0 || (weaveWidth == 0 && gapWidth == 0)) {
         return TolmErrorCode::UnusableInput;
     }
-    const CErrorAutoThrow copied = destination.Copy(source, 0);
+    CErrorAutoThrow copied = destination.Copy(source, 0);
     if (copied.Failed()) return copied;
     const int height = source.GetHeight();
     progress.SetProgressRange(height);

@@ -32,7 +32,8 @@ CMDTEXTURE_MULTIVERSION void ShiftRow(const typename Traits::Sample* from,
     if constexpr (n == 2) {
         for (int x = 0; x < pixels; ++x) {
             to[2 * x] = static_cast<Sample>(shift.Of(from[2 * x]));
-            to[2 * x + 1] = to[2 * x + 1];  // keeps the loop free of gaps, so that it vectorises
+            // Keeps the loop free of gaps, so that it vectorises.
+            to[2 * x + 1] = to[2 * x + 1];  // NOLINT(misc-redundant-expression)
         }
     } else if constexpr (n == 4) {
         TPlanes<n> planes;

@@ -61,6 +61,7 @@ constexpr int kBorders = 4;  // the first entries of every transform's list
 
 std::vector<TransformPtr> MakeTransforms(const SPipeline& pipeline) {
     std::vector<TransformPtr> transforms;
+    transforms.reserve(static_cast<std::size_t>(pipeline.Count()));
     for (int i = 0; i < pipeline.Count(); ++i) transforms.push_back(pipeline.stages[i].make());
     return transforms;
 }
