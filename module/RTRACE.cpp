@@ -68,6 +68,7 @@ class CLineBuffer {
         va_end(arguments);
     }
     void AppendList(const wchar_t* format, std::va_list arguments) {
+        // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the callers have started the list
         complete_ = complete_ && stream_ && std::vfwprintf(stream_, format, arguments) >= 0;
     }
     // Ends the text; null when memory ran out on the way.

@@ -1,11 +1,11 @@
 #!/bin/bash
 # Checks the format of every source file and lints the given ones (all without arguments). Needs
-# clang-format and clang-tidy 14 and a configured release build.
+# clang-format and clang-tidy 14 and a configured release build; what that does not build is left out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
 if [ $# -eq 0 ]; then
-    mapfile -t files < <(git ls-files '*.cpp' | grep -v '^fuzz/')
+    mapfile -t files < <(git ls-files '*.cpp' | grep -v '^fuzz/\|/OpenCv')
 else
     files=("$@")
 fi

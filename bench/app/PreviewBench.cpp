@@ -143,7 +143,8 @@ class CToolkit final : public IToolkit {
 
 }  // namespace
 
-int main(int count, char** arguments) {
+// An error ends it.
+int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     const QTemporaryDir home;
     qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -114,7 +114,8 @@ std::vector<unsigned char> ToGrey(HeightMap map) {
     const auto bend = [](double x, double b) { return x / ((1 / b - 2) * (1 - x) + 1); };
     for (double& h : map.values) h = Clamp01((h - low) / (high - low));
     double bias = 0.5;
-    for (double step = 0.2; step > 0.001; step /= 2) {
+    double step = 0.2;
+    for (int i = 0; i < 8; ++i, step /= 2) {
         double sum = 0;
         for (double h : map.values) sum += bend(h, bias);
         bias += sum < 0.5 * static_cast<double>(map.values.size()) ? step : -step;

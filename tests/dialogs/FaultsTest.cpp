@@ -113,7 +113,7 @@ TEST_F(Faults, PresetsThatDoNotFitChangeNothing) {
             const std::filesystem::path file = presets::FileOf("Blinds", name);
             std::filesystem::create_directories(file.parent_path());
             std::ofstream(file) << text;
-            EXPECT_EQ(effect.PreviewsOf([&] {
+            EXPECT_EQ(effect.PreviewsOf([&, name = name] {
                 const CErrorAutoThrow error = dialog.LoadPreset(name);
                 EXPECT_TRUE(error.Failed()) << name;
                 EXPECT_STRNE(error.Text(), "") << name;

@@ -33,8 +33,9 @@ TEST_F(DialogTest, ToolTips) {
     };
     for (const auto& [effect, control, tip] : cases) {
         EffectDialog run(effect, {300, 1200});
-        run.Play([&, id = control](IDialogModel& dialog) {
-            EXPECT_EQ(dialog.ToolTip(id), CString(tip)) << effect << ' ' << id;
+        SCOPED_TRACE(effect);
+        run.Play([id = control, tip = tip](IDialogModel& dialog) {
+            EXPECT_EQ(dialog.ToolTip(id), CString(tip)) << id;
         });
     }
 }

@@ -121,7 +121,7 @@ TEST(Resources, OfTheUsersOwnAreUsedOrRefused) {
         program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour8, 40, 30, 1));
     for (const auto& [effect, parameter] :
          {std::pair("Sculpture", "PatternName"), std::pair("Texture", "TextureName")}) {
-        const auto apply = [&](const std::string& name) {
+        const auto apply = [&, effect = effect, parameter = parameter](const std::string& name) {
             return program.Run({"apply", effect, in, "-o", program.Path(name + effect + ".png"),
                                 "--resources", program.Path("own"), "-p", parameter + ("=" + name),
                                 "-p", "Size=25"});

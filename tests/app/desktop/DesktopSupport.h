@@ -63,7 +63,7 @@ class WindowToolkit final : public IToolkit {
         : script_(std::move(script)), options_(std::move(options)) {
         InstallToolkit(this);
     }
-    ~WindowToolkit() { InstallToolkit(nullptr); }
+    ~WindowToolkit() override { InstallToolkit(nullptr); }
     WindowToolkit(const WindowToolkit&) = delete;
     WindowToolkit& operator=(const WindowToolkit&) = delete;
 

@@ -257,8 +257,13 @@ TEST(Output, NamesAreOnlyNames) {
 
 TEST(Output, SidesThatAKindCannotHoldAreRefusedAtOnce) {
     const Folder folder;
-    for (const auto& [name, side] : {std::pair("x.webp", 16383), std::pair("x.jpg", 65500),
-                                     std::pair("x.png", 65535), std::pair("x.tif", 65535)}) {
+    const struct {
+        const char* name;
+        int side;
+    } cases[] = {{"x.webp", 16383}, {"x.jpg", 65500}, {"x.png", 65535}, {"x.tif", 65535}};
+    for (const auto& c : cases) {
+        const char* name = c.name;
+        const int side = c.side;
         EXPECT_EQ(FaultOf([&] { imagefile::CheckOutput(folder / name, {}, {side, side}); }), "");
         CRowIteratorBands wide;
         ASSERT_FALSE(wide.CreateGreyscale(side + 1, 1, {0xffffff}).Failed());
