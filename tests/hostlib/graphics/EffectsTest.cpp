@@ -61,11 +61,13 @@ TEST(Effects, WorkInPlaceOfTheSource) {
 
 TEST(Effects, OneThreadMakesTheSameAsMany) {
     for (const effects::SEffect& effect : effects::All()) {
-        SCOPED_TRACE(effect.name);
-        const CRowIteratorBands source = Noise(ENPixelFormat::Colour8, 601, 207, 1);
-        const CRowIteratorBands many = effects::Apply(effect, source);
-        const tbb::global_control one(tbb::global_control::max_allowed_parallelism, 1);
-        EXPECT_EQ(Difference(effects::Apply(effect, source), many), "");
+        for (const ENPixelFormat format : kAllFormats) {
+            SCOPED_TRACE(effect.name + " " + Name(format));
+            const CRowIteratorBands source = Noise(format, 601, 107, 1);
+            const CRowIteratorBands many = effects::Apply(effect, source);
+            const tbb::global_control one(tbb::global_control::max_allowed_parallelism, 1);
+            EXPECT_EQ(Difference(effects::Apply(effect, source), many), "");
+        }
     }
 }
 
