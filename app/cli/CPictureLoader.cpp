@@ -17,8 +17,9 @@ class CStoppableProgress final : public IProgressSink {
 
 }  // namespace
 
-CPictureLoader::CPictureLoader(const SDocumentOptions& options, IProgressSink& progress)
-    : pictures_(std::async(std::launch::async, [this, options, &progress] {
+CPictureLoader::CPictureLoader(const SDocumentOptions& options, CDocument& document,
+                               IProgressSink& progress)
+    : document_(document), pictures_(std::async(std::launch::async, [this, options, &progress] {
           CStoppableProgress stoppable(progress, stops_);
           return ReadPictures(options, stoppable);
       })) {}
@@ -28,7 +29,25 @@ CPictureLoader::~CPictureLoader() {
     if (pictures_.valid()) pictures_.wait();
 }
 
-bool CPictureLoader::IsDone() const {
-    return pictures_.valid() &&
-           pictures_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+bool CPictureLoader::Look() {
+    const bool ready = pictures_.valid() &&
+                       pictures_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    if (ready) Take();
+    return !pictures_.valid();
+}
+
+imagefile::CMetadata CPictureLoader::Wait() {
+    if (pictures_.valid()) Take();
+    if (error_) std::rethrow_exception(error_);
+    return metadata_;
+}
+
+void CPictureLoader::Take() {
+    try {
+        SPictures pictures = pictures_.get();
+        metadata_ = pictures.input.metadata;
+        FillDocument(document_, pictures);
+    } catch (...) {
+        error_ = std::current_exception();
+    }
 }

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-#include <exception>
 #include <filesystem>
 
 #include "app/cli/CDesktopLibrary.h"
@@ -57,52 +56,16 @@ std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, 
     }
 }
 
-// What was read, taken on the thread of the window as soon as it is there.
-class CArrival {
-  public:
-    CArrival(CPictureLoader& loader, CDocument& document) : loader_(loader), document_(document) {}
-
-    // For SDesktopOptions::picture_came.
-    bool Look() {
-        if (loader_.IsDone()) Take();
-        return came_;
-    }
-    // Waits for the picture and answers its metadata; throws what the reading threw.
-    imagefile::CMetadata Wait() {
-        if (!came_) Take();
-        if (error_) std::rethrow_exception(error_);
-        return metadata_;
-    }
-
-  private:
-    void Take() {
-        came_ = true;
-        try {
-            SPictures pictures = loader_.Take();
-            metadata_ = pictures.input.metadata;
-            FillDocument(document_, pictures);
-        } catch (...) {
-            error_ = std::current_exception();
-        }
-    }
-
-    CPictureLoader& loader_;
-    CDocument& document_;
-    bool came_ = false;
-    imagefile::CMetadata metadata_;
-    std::exception_ptr error_;
-};
-
 // Lets the user set the effect and choose a file; its name, empty when the user cancelled. A
 // picture that cannot be read ends it with the error, which the user sees in a window, too.
 std::string Converse(const SEditOptions& options, CDesktopLibrary& desktop, CCmdEffect& command,
-                     CExecutionContext& context, CArrival& arrival, CSize size,
+                     CExecutionContext& context, CPictureLoader& loader, CSize size,
                      imagefile::SOutputRules& rules) {
     std::string output;
     while (output.empty()) {
         const bool accepted = Edit(command, context);
         try {
-            if (accepted || arrival.Look()) arrival.Wait();
+            if (accepted || loader.Look()) loader.Wait();
         } catch (const CCliError& error) {
             desktop->ShowError(error.what());
             throw;
@@ -129,17 +92,16 @@ void Edit(const SEditOptions& options) {
     SetParameters(*command->BoundRepository(), options.effect, options.parameters);
 
     progress.BeginPart("reading", 0.15);
-    CPictureLoader loader(options.document, progress);
-    CArrival arrival(loader, *document);
+    CPictureLoader loader(options.document, *document, progress);
     CDesktopLibrary desktop(session.Installation(), {.input = options.document.input.file,
                                                      .output = options.output,
                                                      .language = session.Language(),
                                                      .size = header.size,
                                                      .depth = header.format.Is16bit() ? 16 : 8,
-                                                     .picture_came = [&] { return arrival.Look(); },
+                                                     .picture_came = [&] { return loader.Look(); },
                                                      .interrupted = &interruption::Requested});
     const std::string output =
-        Converse(options, desktop, *command, *context, arrival, header.size, rules);
+        Converse(options, desktop, *command, *context, loader, header.size, rules);
     if (output.empty()) {
         fmt::print(stderr, "cmdtexture: cancelled; nothing was written\n");
         return;
@@ -148,7 +110,7 @@ void Edit(const SEditOptions& options) {
     progress.BeginPart(options.effect, 0.7);
     const CRowIteratorBands result = RunEffect(*command, *context, *library);
     progress.BeginPart("writing", 1.0);
-    WritePicture(output, result, arrival.Wait(), rules, progress);
+    WritePicture(output, result, loader.Wait(), rules, progress);
 }
 
 }  // namespace
