@@ -143,8 +143,8 @@ void CPreviewSession::Choose(int id, int entry) {
 }
 
 void CPreviewSession::OpenLibrary(int id) {
-    if (const SControlState* list = Usable(id, EControlKind::Resource)) {
-        ChooseCategory(id, CString(list->category));
+    if (const CResourceSelectDlg* library = dialog_.ResourceListOf(id)) {
+        ChooseCategory(id, library->GetCategory());
     }
 }
 

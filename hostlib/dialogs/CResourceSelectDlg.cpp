@@ -7,21 +7,22 @@
 
 namespace {
 
-// The entries of a category; of one that has none (any more), every entry of the kind.
-std::vector<SResourceEntry> EntriesOf(IResourceLibrary* library, int type,
-                                      const CString& category) {
-    if (!library) return {};
-    const std::vector<SResourceEntry> all = library->Entries(type);
+std::vector<SResourceEntry> EntriesOf(IResourceLibrary* library, int type) {
+    return library ? library->Entries(type) : std::vector<SResourceEntry>();
+}
+
+// Those of a category; of one that has none (any more), all of them.
+std::vector<SResourceEntry> InCategory(const std::vector<SResourceEntry>& all,
+                                       const CString& category) {
     std::vector<SResourceEntry> chosen;
     std::copy_if(all.begin(), all.end(), std::back_inserter(chosen),
                  [&](const SResourceEntry& entry) { return entry.category == category; });
     return category.IsEmpty() || chosen.empty() ? all : chosen;
 }
 
-std::vector<CString> CategoriesOf(IResourceLibrary* library, int type) {
+std::vector<CString> CategoriesOf(const std::vector<SResourceEntry>& all) {
     std::vector<CString> found;
-    if (!library) return found;
-    for (const SResourceEntry& entry : library->Entries(type)) {
+    for (const SResourceEntry& entry : all) {
         const bool known = std::find(found.begin(), found.end(), entry.category) != found.end();
         if (!known && !entry.category.IsEmpty()) found.push_back(entry.category);
     }
@@ -43,7 +44,7 @@ void CTolmDropButton::SetPreviewImage(const CRowIteratorBands& image) {
 
 int CCacheMgr::FindIndex(IResourceLibrary* library, int type, const CString& category,
                          const CString& name) {
-    const std::vector<SResourceEntry> entries = EntriesOf(library, type, category);
+    const std::vector<SResourceEntry> entries = InCategory(EntriesOf(library, type), category);
     const auto found = std::find_if(entries.begin(), entries.end(),
                                     [&](const SResourceEntry& e) { return e.name == name; });
     return found == entries.end() ? -1 : static_cast<int>(found - entries.begin());
@@ -72,11 +73,12 @@ void CResourceSelectDlg::SetCategory(const CString& category) { category_ = cate
 
 void CResourceSelectDlg::BuildResourceList() {
     if (!State()) return;
+    const std::vector<SResourceEntry> all = EntriesOf(Library(), type_);
     State()->entries.clear();
     State()->selected = -1;
     State()->category = category_;
-    State()->categories = CategoriesOf(Library(), type_);
-    for (const SResourceEntry& entry : EntriesOf(Library(), type_, category_)) {
+    State()->categories = CategoriesOf(all);
+    for (const SResourceEntry& entry : InCategory(all, category_)) {
         State()->entries.push_back({entry.name, 0});
     }
     StateChanged();
