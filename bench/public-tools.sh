@@ -8,13 +8,13 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 program=build/release/bin/cmdtexture
 runs=${RUNS:-5}
-MEMORY=$([ -w /dev/shm ] && echo /dev/shm || true)
 # In memory where that is: writing back to a disk disturbs the next run.
-work=$(mktemp -d ${MEMORY:+-p "$MEMORY"})
+if [ -w /dev/shm ]; then export TMPDIR=/dev/shm; fi
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_CONFIG_HOME=$work/config XDG_CACHE_HOME=$work/cache
 
-has() { [ -x "$(command -v "$1")" ]; }
+has() { command -v "$1" >/dev/null; }
 median() { sort -n | sed -n "$(((runs + 1) / 2))p"; }
 calculate() { awk "BEGIN { printf \"%.3f\", $1 }"; }
 
@@ -28,17 +28,14 @@ wall() {
     echo
 }
 
-# ours EFFECT PARAMETER...: sets own and prints it.
+# ours EFFECT: sets own, the effect's seconds at its defaults, and prints it.
 ours() {
-    local effect=$1 options=() parameter
-    shift
-    for parameter in "$@"; do options+=(-p "$parameter"); done
+    local run
     own=$(for run in $(seq "$runs"); do
-        "$program" apply "$effect" "$picture" -o "$work/own.tif" --overwrite --json \
-            ${options[@]+"${options[@]}"} 2>/dev/null |
+        "$program" apply "$1" "$picture" -o "$work/own.tif" --overwrite --json 2>/dev/null |
             sed -n 's/.*"effect": \([0-9.e-]*\).*/\1/p' | tail -n 1
     done | median)
-    printf '%-44s %8.3f\n' "$effect $*" "$own"
+    printf '%-44s %8.3f\n' "$1" "$own"
 }
 
 # theirs TOOL OPERATION...: what the operation takes beyond the tool's reading and writing, which are

@@ -11,6 +11,8 @@
 
 namespace {
 
+using nlohmann::ordered_json;
+
 struct SResourcesOptions {
     SSessionOptions session;
     std::vector<std::string> folders;
@@ -28,7 +30,7 @@ std::optional<CSize> SizeOf(const std::filesystem::path& file) {
 
 void List(const SResourcesOptions& options) {
     const auto library = OpenLibrary(options.folders);
-    auto rows = nlohmann::ordered_json::array();
+    auto rows = ordered_json::array();
     for (const auto& [type, kind] : {std::pair(CFileResourceLibrary::kPatterns, "pattern"),
                                      std::pair(CFileResourceLibrary::kTextures, "texture")}) {
         for (const auto& entry : library->Files(type)) {
@@ -36,17 +38,13 @@ void List(const SResourcesOptions& options) {
             rows.push_back({{"kind", kind},
                             {"name", entry.name},
                             {"category", entry.category},
-                            {"width", nullptr},
-                            {"height", nullptr},
+                            {"width", size ? ordered_json(size->cx) : ordered_json()},
+                            {"height", size ? ordered_json(size->cy) : ordered_json()},
                             {"file", entry.file.string()}});
-            if (!size) continue;
-            rows.back()["width"] = size->cx;
-            rows.back()["height"] = size->cy;
         }
     }
     if (options.json) {
-        std::cout << rows.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-                  << '\n';
+        std::cout << rows.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
         return;
     }
     for (const auto& row : rows) {

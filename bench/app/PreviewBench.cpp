@@ -33,17 +33,6 @@ double WorkedMilliseconds() {
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
 }
 
-const SControlTemplate* FirstNumber(const IDialogModel& model) {
-    for (const STemplateGroup& group : model.Template().groups) {
-        for (const STemplateRow& row : group.rows) {
-            for (const SControlTemplate& control : row.controls) {
-                if (control.kind == EControlKind::Number) return &control;
-            }
-        }
-    }
-    return nullptr;
-}
-
 // Moves a number in an open window and watches.
 class CDrag {
   public:
@@ -105,9 +94,10 @@ class CDrag {
     }
 
     void Move() {
-        const SControlState state = model_.Control(FirstNumber(model_)->id);
+        const SControlState state =
+            model_.Control(model_.Template().ControlsOf(EControlKind::Number).front());
         const int value = state.value < state.maximum ? state.value + 1 : state.minimum;
-        model_.Type(FirstNumber(model_)->id, CString(std::to_wstring(value)));
+        model_.Type(state.id, CString(std::to_wstring(value)));
         moves_.push_back({window_.Engine().Counters().requested, Clock::now()});
     }
 

@@ -41,6 +41,19 @@ struct SDialogTemplate {
     int id = 0;
     CString title;
     std::vector<STemplateGroup> groups;
+
+    // The ids of the controls of a kind, in their order.
+    std::vector<int> ControlsOf(EControlKind kind) const {
+        std::vector<int> ids;
+        for (const STemplateGroup& group : groups) {
+            for (const STemplateRow& row : group.rows) {
+                for (const SControlTemplate& control : row.controls) {
+                    if (control.kind == kind) ids.push_back(control.id);
+                }
+            }
+        }
+        return ids;
+    }
 };
 
 // Reads the JSON form of a template, as the language compiler writes it. Throws CNException, code

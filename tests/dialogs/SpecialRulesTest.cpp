@@ -129,16 +129,11 @@ TEST_F(SpecialRules, DialsCountAsTheirTextsSay) {
     for (const std::string& name : EffectDialog::Module().Names()) {
         EffectDialog effect(name);
         effect.Play([&](IDialogModel& dialog) {
-            for (const STemplateGroup& group : dialog.Template().groups) {
-                for (const STemplateRow& row : group.rows) {
-                    for (const SControlTemplate& control : row.controls) {
-                        if (control.kind != EControlKind::Dial) continue;
-                        const std::string text = ToUtf8(dialog.Description(control.id));
-                        const bool compass = text.find("degrees clockwise from the top") < 99;
-                        EXPECT_EQ(dialog.Control(control.id).compass, compass) << name;
-                        ++dials;
-                    }
-                }
+            for (const int id : dialog.Template().ControlsOf(EControlKind::Dial)) {
+                const std::string text = ToUtf8(dialog.Description(id));
+                const bool compass = text.find("degrees clockwise from the top") < 99;
+                EXPECT_EQ(dialog.Control(id).compass, compass) << name;
+                ++dials;
             }
         });
     }

@@ -59,7 +59,7 @@ inline const SDesktopOptions kOptions = {.input = "in put.png", .output = "", .l
 class WindowToolkit final : public IToolkit {
   public:
     using Script = std::function<void(CDialogWindow& window, IDialogModel& model)>;
-    explicit WindowToolkit(Script script, SDesktopOptions options = kOptions)
+    WindowToolkit(Script script, SDesktopOptions options)
         : script_(std::move(script)), options_(std::move(options)) {
         InstallToolkit(this);
     }

@@ -76,17 +76,6 @@ Widget* Find(QWidget& window, int id) {
     return window.findChild<Widget*>(QString("control-%1").arg(id));
 }
 
-int FirstNumber(const IDialogModel& model) {
-    for (const STemplateGroup& group : model.Template().groups) {
-        for (const STemplateRow& row : group.rows) {
-            for (const SControlTemplate& control : row.controls) {
-                if (control.kind == EControlKind::Number) return control.id;
-            }
-        }
-    }
-    return 0;
-}
-
 void Press(QWidget& window, const char* button) {
     QTest::mouseClick(window.findChild<QPushButton*>(button), Qt::LeftButton);
 }
@@ -132,7 +121,7 @@ TEST_F(Window, ShowsAndKeepsWhatEveryEffectWillMake) {
         std::shared_ptr<const CPyramid> preview;
         const TolmErrorCode end = session.Edit([&](CDialogWindow& window, IDialogModel& model) {
             ASSERT_TRUE(WaitUntilDone(window));
-            const int id = FirstNumber(model);
+            const int id = model.Template().ControlsOf(EControlKind::Number).front();
             const SControlState before = model.Control(id);
             const int value = before.value > before.minimum ? before.value - 1 : before.value + 1;
             const int requests = window.Engine().Counters().requested;
