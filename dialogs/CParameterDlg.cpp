@@ -80,7 +80,6 @@ void CParameterDlg::SetUpControl(const SControlRow& row) {
             break;
         case EBinding::Dial:
             dials_[row.id].Create(*this, row.id);
-            dials_[row.id].SetCompass(row.compass);
             break;
         case EBinding::List:
         case EBinding::Resource:

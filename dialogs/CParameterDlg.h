@@ -29,7 +29,6 @@ struct SControlRow {
     int tipLabel = 0;  // the text that a range tip begins with
     int minimum = 0;   // of a number whose maximum is the larger side of the canvas
     EExchange exchange = EExchange::None;
-    bool compass = false;  // of a dial: clockwise from the top
 
     constexpr SControlRow With(EExchange wanted) const {
         SControlRow row = *this;
@@ -56,11 +55,6 @@ constexpr SControlRow Swatch(int id, int parameter, ETip tip = ETip::None) {
     return {EBinding::Swatch, id, parameter, tip};
 }
 constexpr SControlRow Dial(int id, int parameter) { return {EBinding::Dial, id, parameter}; }
-constexpr SControlRow Compass(int id, int parameter) {
-    SControlRow row = Dial(id, parameter);
-    row.compass = true;
-    return row;
-}
 constexpr SControlRow List(int id, int parameter) { return {EBinding::List, id, parameter}; }
 constexpr SControlRow Resource(int id, int parameter) {
     return {EBinding::Resource, id, parameter};

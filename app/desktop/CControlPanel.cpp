@@ -297,7 +297,7 @@ QWidget* CControlPanel::MakeDial(int id, Shower& show) {
     auto* dial = new CAngleDial;
     dial->on_turned = [this, id](int degrees) { model_.Turn(id, degrees); };
     show = [dial](const SControlState& state) {
-        dial->ShowAngle(state.value, state.compass);
+        dial->ShowAngle(state.value);
         dial->setEnabled(state.enabled);
     };
     return dial;

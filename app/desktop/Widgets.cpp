@@ -52,8 +52,7 @@ CAngleDial::CAngleDial(QWidget* parent) : QDial(parent) {
     });
 }
 
-void CAngleDial::ShowAngle(int degrees, bool compass) {
-    compass_ = compass;
+void CAngleDial::ShowAngle(int degrees) {
     const QSignalBlocker quiet(this);
     setValue((degrees % kFullTurn + kFullTurn) % kFullTurn);
     update();
@@ -74,7 +73,7 @@ void CAngleDial::paintEvent(QPaintEvent*) {
         const QPointF outward(std::cos(Radians(mark)), -std::sin(Radians(mark)));
         painter.drawLine(middle + outward * (side / 2 - 4), middle + outward * (side / 2 - 1));
     }
-    const double direction = Radians(compass_ ? kQuarterTurn - value() : value());
+    const double direction = Radians(kQuarterTurn - value());
     const QPointF hand(std::cos(direction), -std::sin(direction));
     painter.setPen(QPen(palette().color(group, QPalette::Text), 2, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(middle, middle + hand * (side / 2 - 8));
@@ -86,7 +85,7 @@ void CAngleDial::paintEvent(QPaintEvent*) {
 void CAngleDial::TurnTo(QPointF pointer, Qt::KeyboardModifiers keys) {
     const QPointF from = pointer - QPointF(width() / 2.0, height() / 2.0);
     const double direction = std::atan2(-from.y(), from.x()) * 180 / std::numbers::pi;
-    const double degrees = compass_ ? kQuarterTurn - direction : direction;
+    const double degrees = kQuarterTurn - direction;
     int angle = static_cast<int>(std::lround(degrees));
     if (keys & Qt::ShiftModifier) angle = static_cast<int>(std::lround(degrees / kSnap)) * kSnap;
     setValue((angle + kFullTurn) % kFullTurn);

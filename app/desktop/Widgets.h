@@ -9,13 +9,12 @@ struct SControlState;
 
 // The controls that the toolkit's own set lacks. Each tells of its user's actions only.
 
-// An angle in degrees, counter-clockwise from the right: dragged, or turned by keys and the wheel.
+// An angle in degrees, clockwise from the top: dragged, or turned by keys and the wheel.
 class CAngleDial final : public QDial {
   public:
     explicit CAngleDial(QWidget* parent = nullptr);
     std::function<void(int)> on_turned;
-    // Degrees counter-clockwise from the right or, as a compass, clockwise from the top.
-    void ShowAngle(int degrees, bool compass);
+    void ShowAngle(int degrees);
     QSize sizeHint() const override { return {56, 56}; }
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -27,8 +26,6 @@ class CAngleDial final : public QDial {
 
   private:
     void TurnTo(QPointF pointer, Qt::KeyboardModifiers keys);
-
-    bool compass_ = false;
 };
 
 // A whole number: any text can be typed, one that is no number of the range is outlined in red.

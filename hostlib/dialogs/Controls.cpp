@@ -58,12 +58,6 @@ CRotationCtrl::~CRotationCtrl() = default;
 
 bool CRotationCtrl::Create(CDialog& dialog, int id) { return Attach(dialog, id); }
 
-void CRotationCtrl::SetCompass(bool compass) {
-    if (!State() || State()->compass == compass) return;
-    State()->compass = compass;
-    StateChanged();
-}
-
 int CRotationCtrl::GetAngle() const { return State() ? State()->value : 0; }
 
 void CRotationCtrl::SetAngle(int degrees) {

@@ -126,8 +126,8 @@ CReliefLighting::CReliefLighting(const SReliefSettings& settings) {
     };
     const double turn = (settings.angle % 360) * std::numbers::pi / 180;
     const double rise = within(settings.elevation, 1, 90) * std::numbers::pi / 180;
-    const double x = std::cos(rise) * std::cos(turn);
-    const double y = -std::cos(rise) * std::sin(turn);  // rows run downwards
+    const double x = std::cos(rise) * std::sin(turn);
+    const double y = -std::cos(rise) * std::cos(turn);  // rows run downwards
     const double z = std::sin(rise);
     // A light at the horizon would make every slope black or white: it never stands quite so low.
     const double slant = 1 / (z + 0.1);

@@ -28,11 +28,10 @@ struct SControlState {
     EControlKind kind = EControlKind::Label;
     CString text;  // Label, Check, Button: its text. Number: what stands in the field.
     bool enabled = true;
-    int value = 0;         // Number; Check: 0 or 1; Dial: degrees, counter-clockwise from the right
-    bool compass = false;  // or clockwise from the top
-    int minimum = 0, maximum = 0;     // Number, Dial
-    bool wrong = false;               // Number: the text is no number within the range
-    COLORREF colour = 0;              // Swatch
+    int value = 0;                 // Number; Check: 0 or 1; Dial: degrees, clockwise from the top
+    int minimum = 0, maximum = 0;  // Number, Dial
+    bool wrong = false;            // Number: the text is no number within the range
+    COLORREF colour = 0;           // Swatch
     std::vector<SListEntry> entries;  // List: the members. Resource: the names in the library.
     int selected = -1;                // List, Resource: the shown entry, -1 for none
     CRowIteratorBands picture;        // Resource: of the selected entry; unattached for none

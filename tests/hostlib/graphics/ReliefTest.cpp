@@ -50,12 +50,12 @@ TEST(Relief, AFlatTextureLeavesThePictureAsItIs) {
 
 // A slope that rises to one side is dark under light from there and bright under light from the
 // opposite side; a right angle to the light tells it from the plane by its steepness only.
-TEST(Relief, TheLightStandsCounterClockwiseFromTheRight) {
+TEST(Relief, TheLightStandsWhereACompassSays) {
     const struct {
         int dx, dy;  // where the relief rises to
         int dark, bright;
-    } slopes[] = {{1, 0, 0, 180},  {-1, 0, 180, 0},  {0, -1, 90, 270},
-                  {0, 1, 270, 90}, {1, -1, 45, 225}, {1, 1, 315, 135}};
+    } slopes[] = {{1, 0, 90, 270}, {-1, 0, 270, 90}, {0, -1, 0, 180},
+                  {0, 1, 180, 0},  {1, -1, 45, 225}, {1, 1, 135, 315}};
     const CRowIteratorBands source = Even(ENPixelFormat::Grey8, 9, 9, 3);
     for (const auto& slope : slopes) {
         const CRowIteratorBands bump = Make(ENPixelFormat::Grey8, 11, 11, [&](int x, int y, int) {
@@ -109,7 +109,7 @@ TEST(Relief, SettingsActInTheirOwnWay) {
         Make(ENPixelFormat::Grey8, 5, 5, [](int x, int, int) { return 60 + 20 * x; });
     const auto light = [&](const CRowIteratorBands& bump, int channel, auto change) {
         SReliefSettings relief;
-        relief.angle = 180;
+        relief.angle = 270;
         relief.shininess = 0;
         change(relief);
         return Sample(Bumped(relief, source, bump), 1, 1, channel);
@@ -177,8 +177,8 @@ TEST(Tiles, HaveTheirShapeSizeAndGrout) {
             EXPECT_EQ(Sample(squares, x, 20, 0), is_grout ? 86 : 192) << x;
         }
     }
-    EXPECT_LT(Sample(squares, 3, 20, 0), 150) << "light comes from the lower right";
-    EXPECT_GT(Sample(squares, 36, 20, 0), 192);
+    EXPECT_GT(Sample(squares, 4, 20, 0), 192) << "light comes from the upper left";
+    EXPECT_LT(Sample(squares, 39, 20, 0), 150);
 
     const auto grout = [&](int shape, int angularity) {
         settings.tileShape = shape;
