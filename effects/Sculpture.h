@@ -1,10 +1,6 @@
 #pragma once
 
-#include "host/commands/ICommandExecutionContext.h"
 #include "host/graphics/CIoSculptureEffect.h"
-
-// The image of a pattern of the context's library, without alpha; unattached when it cannot be had.
-CRowIteratorBands LoadPatternImage(ICommandExecutionContext* context, const CString& name);
 
 // Carves the image into the pattern (unattached: a plain material), where the mask (may be null)
 // is white. Errors are those of the sculpture operation.

@@ -1,14 +1,11 @@
 #include "effects/Texture.h"
 
 #include "effects/AlphaMerge.h"
-#include "host/commands/CCmdHelpers.h"
 #include "host/graphics/CIoGaussianBlur.h"
 #include "host/graphics/ImageHelpers.h"
 
 namespace {
 
-constexpr int kTextureType = 44;
-constexpr CColorRef kWhite{0xFFFFFF};
 constexpr CColorRef kBlack{0};
 constexpr int kCompatibleMode = 2;
 constexpr int kBlurMode = 3;
@@ -45,23 +42,6 @@ CErrorAutoThrow Soften(CStatusControl* status, int smoothness, CRowIteratorBands
 }
 
 }  // namespace
-
-CRowIteratorBands LoadTextureImage(ICommandExecutionContext* context, const CString& name,
-                                   const SColorSpecRGB& color_spec) {
-    TRef<IResourceLibrary> library;
-    CRowIteratorBands loaded;
-    if (CCmdHelpers(context).GetResourceLibrary(library).Failed()) return loaded;
-    library->LoadImage(kTextureType, name, loaded).Ignore();
-    if (!loaded.IsAttached()) return loaded;
-    if (loaded.GetPixelFormat().IsAlphaChannelPresent()) {
-        CRowIteratorBands flat;
-        DeleteAlphaChannel(loaded, flat, GetMask64KLUT(), kWhite).Ignore();
-        loaded.Consume(flat);
-    }
-    CRowIteratorBands grey;
-    GreyScaleDIB(nullptr, loaded, grey, color_spec).Ignore();
-    return grey;
-}
 
 CErrorAutoThrow ApplyTexture(CStatusControl* status, CRowIteratorBands& source,
                              CRowIteratorBands& destination, const CRowIteratorBands& texture,

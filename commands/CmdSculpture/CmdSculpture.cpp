@@ -1,5 +1,6 @@
 #include "commands/CmdSculpture/CmdSculpture.h"
 
+#include "commands/ResourceImages.h"
 #include "effects/Sculpture.h"
 
 namespace CmdSculpture {
@@ -62,7 +63,8 @@ CErrorAutoThrow CCmdSculpture::ApplyEffect(CStatusControl* status, CRowIteratorB
         CSculptureSettings settings;
         ReadRelief(parameters, kRelief, settings);
         settings.size = parameters.Integer(8, 100);
-        const CRowIteratorBands pattern = LoadPatternImage(context_.Get(), parameters.Text(6));
+        ICommandExecutionContext* held = context_ ? context_.Get() : context;
+        const CRowIteratorBands pattern = LoadPatternImage(held, parameters.Text(6));
         return ApplySculpture(status, source, destination, mask, pattern, settings,
                               ColorSpec(context));
     });

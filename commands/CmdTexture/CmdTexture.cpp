@@ -1,5 +1,6 @@
 #include "commands/CmdTexture/CmdTexture.h"
 
+#include "commands/ResourceImages.h"
 #include "effects/Texture.h"
 
 namespace CmdTexture {

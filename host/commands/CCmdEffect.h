@@ -35,7 +35,8 @@ struct HOST_API ICoreCommand : IUnknown {
 // What a command that can show its result before it is run offers.
 struct HOST_API ICommandPreview : IUnknown {
     static constexpr GUID kId = MakeGuid("8D2C5B0F-94E3-4F5B-B1B6-2E6F0D3A7C58");
-    // Computes the effect from any source into a destination, without touching the document.
+    // Computes the effect from any source into a destination, without touching the document. It
+    // sets the command up for the context itself.
     virtual CErrorAutoThrow Preview(CStatusControl* status, const CRowIteratorBands& source,
                                     CRowIteratorBands& destination, const CRowIterator* mask,
                                     ICommandExecutionContext* context) = 0;

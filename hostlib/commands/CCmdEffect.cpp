@@ -18,16 +18,17 @@ CErrorAutoThrow CCmdEffect::Preview(CStatusControl* status, const CRowIteratorBa
         if (!source.IsAttached()) {
             return {TolmErrorCode::UnusableInput, "there is no image to work on"};
         }
+        CErrorAutoThrow error = Setup(context);
+        if (error.Failed()) return error;
         const bool narrowed = source.GetPixelFormat().Is16bit() && !WorksAt16Bits();
         CRowIteratorBands input = source;
         if (narrowed) {
-            CErrorAutoThrow error = ToEightBits(source, input);
+            error = ToEightBits(source, input);
             if (error.Failed()) return error;
         }
         transparent_ = source.GetPixelFormat().IsAlphaChannelPresent();
         CStatusControl nobody;
-        CErrorAutoThrow error =
-            ApplyEffect(status ? status : &nobody, input, destination, mask, {}, context);
+        error = ApplyEffect(status ? status : &nobody, input, destination, mask, {}, context);
         if (!error.Failed() && !destination.IsAttached()) {
             error = {TolmErrorCode::NotCreated, "the effect made no picture"};
         }

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "commands/AllCommands.h"
 #include "host/commands/GeneralSettings.h"
 #include "host/commands/IComponentExporter.h"
+#include "plugin/AllCommands.h"
 #include "support/LoadedModule.h"
 
 namespace {

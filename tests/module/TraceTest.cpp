@@ -3,12 +3,12 @@
 
 #include <optional>
 
-#include "commands/AllCommands.h"
 #include "host/system/DebugOutput.h"
 #include "hostlib/system/ModifierKeys.h"
 #include "module/RTRACE.h"
 #include "module/TComponentResourceData.h"
 #include "module/TraceSwitch.h"
+#include "plugin/AllCommands.h"
 #include "support/TemporaryLogon.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "module/CTolmCmdTextureApp.h"
+#include "plugin/CTolmCmdTextureApp.h"
 
 #include <dlfcn.h>
 

@@ -1,4 +1,4 @@
-#include "commands/AllCommands.h"
+#include "plugin/AllCommands.h"
 
 #include "commands/CmdBlinds/CmdBlinds.h"
 #include "commands/CmdFineLeather/CmdFineLeather.h"

@@ -1,9 +1,9 @@
-#include "commands/AllCommands.h"
 #include "host/commands/SharedInterfaces.h"
 #include "host/core/HostApi.h"
 #include "host/core/TRef.h"
 #include "host/windowing/CWinApp.h"
 #include "module/CComponentExporter.h"
+#include "plugin/AllCommands.h"
 
 namespace {
 
