@@ -14,10 +14,9 @@ Value Read(IParameterRepository* repository, int index, Value value) {
 
 }  // namespace
 
-std::array<bool, 13> FlagsOf(const SCommandDescription& description) {
+std::array<bool, 13> FlagsOf(const SCommandKind& kind) {
     std::array<bool, 13> flags{};
-    for (const int position : description.flags)
-        flags[static_cast<std::size_t>(position - 1)] = true;
+    for (const int position : kind.flags) flags[static_cast<std::size_t>(position - 1)] = true;
     return flags;
 }
 

@@ -2,23 +2,60 @@
 
 #include <array>
 
+#include "commands/CommandKinds.h"
+#include "dialogs/CParameterDlg.h"
 #include "host/commands/CCmdEffect.h"
-#include "host/dialogs/CPreviewChild.h"
 #include "host/graphics/SReliefSettings.h"
 #include "module/CTolmResourceManager.h"
 #include "module/ParameterTable.h"
 #include "module/TComponentResourceData.h"
 
-// The thirteen constructor flags of a command's description.
-std::array<bool, 13> FlagsOf(const SCommandDescription& description);
+// The thirteen constructor flags of a kind of command.
+std::array<bool, 13> FlagsOf(const SCommandKind& kind);
 
-// A command of this module: everything but its ApplyEffect, and in some its ModifyRect, follows
-// from its description.
+// Reads the parameters of a command by index. What cannot be read, for want of a repository or of
+// the parameter, keeps the value given as otherwise.
+class CParameterReader {
+  public:
+    explicit CParameterReader(IParameterRepository* repository) : repository_(repository) {}
+
+    int Integer(int index, int otherwise) const;
+    bool Boolean(int index, bool otherwise) const;
+    int Member(int index, int otherwise) const;
+    COLORREF Colour(int index, COLORREF otherwise) const;
+    CString Text(int index) const;
+
+  private:
+    IParameterRepository* repository_;
+};
+
+// What the editor gives an effect to work on; mask and context may be null.
+struct SRun {
+    CStatusControl* status;
+    CRowIteratorBands& source;
+    CRowIteratorBands& destination;
+    const CRowIterator* mask;
+    ICommandExecutionContext* context;
+};
+
+// A command of this module: everything but what its effect does with its parameters, and in some
+// its ModifyRect, follows from its description. The class has
+//   CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 template <class Class, const SCommandDescription& kDescription>
 class TTextureCommand : public CCmdEffect {
   public:
-    TTextureCommand() : CCmdEffect(FlagsOf(kDescription)) {}
+    TTextureCommand() : CCmdEffect(FlagsOf(kDescription.kind)) {}
     TTextureCommand(const TTextureCommand&) = default;
+
+    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
+                                CRowIteratorBands& destination, const CRowIterator* mask,
+                                const SHostArguments& /*arguments*/,
+                                ICommandExecutionContext* context) override {
+        return CatchErrors([&] {
+            return static_cast<Class*>(this)->Apply({status, source, destination, mask, context},
+                                                    CParameterReader(BoundRepository()));
+        });
+    }
 
     CErrorAutoThrow Clone(ICoreCommand** out) override {
         return CatchErrors([&]() -> CErrorAutoThrow {
@@ -26,6 +63,16 @@ class TTextureCommand : public CCmdEffect {
             (*out)->AddRef();
             return {};
         });
+    }
+};
+
+// A command whose effect reaches over the whole image: no part of it can be asked about alone.
+template <class Class, const SCommandDescription& kDescription>
+class TWholeImageCommand : public TTextureCommand<Class, kDescription> {
+  public:
+    CErrorAutoThrow ModifyRect(CRect& rect) override {
+        rect.SetRectEmpty();
+        return {};
     }
 };
 
@@ -52,22 +99,6 @@ class TTextureResData : public TCommandResourceData<ICmdResourceData> {
             return RunDialog(dialog);
         });
     }
-};
-
-// Reads the parameters of a command by index. What cannot be read, for want of a repository or of
-// the parameter, keeps the value given as otherwise.
-class CParameterReader {
-  public:
-    explicit CParameterReader(IParameterRepository* repository) : repository_(repository) {}
-
-    int Integer(int index, int otherwise) const;
-    bool Boolean(int index, bool otherwise) const;
-    int Member(int index, int otherwise) const;
-    COLORREF Colour(int index, COLORREF otherwise) const;
-    CString Text(int index) const;
-
-  private:
-    IParameterRepository* repository_;
 };
 
 // Reads the parameters of a relief, which lie at other indices in every command that has them; what

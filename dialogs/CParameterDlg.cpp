@@ -8,20 +8,48 @@
 
 namespace {
 
+constexpr const char* kNoParameters = "there are no parameters";
+
 // The value of a parameter through its typed interface, one way or the other. Throws CNException
 // for what the repository does not have.
 template <class Interface, class Value>
 void Read(IParameterRepository* repository, int index, Value& value) {
     const auto access = QueryFor<Interface>(repository);
-    if (!access) throw CNException(TolmErrorCode::UnusableInput, "there are no parameters");
+    if (!access) throw CNException(TolmErrorCode::UnusableInput, kNoParameters);
     access->GetValue(index, value).ThrowIfFailed();
 }
 
 template <class Interface, class Value>
 void Write(IParameterRepository* repository, int index, const Value& value) {
     const auto access = QueryFor<Interface>(repository);
-    if (!access) throw CNException(TolmErrorCode::UnusableInput, "there are no parameters");
+    if (!access) throw CNException(TolmErrorCode::UnusableInput, kNoParameters);
     access->SetValue(index, value).ThrowIfFailed();
+}
+
+// The type of the parameters that a kind of control can show.
+EParameterType ShownType(EBinding binding) {
+    switch (binding) {
+        case EBinding::Number:
+        case EBinding::CanvasNumber:
+        case EBinding::Dial:
+            break;
+        case EBinding::Check:
+            return EParameterType::Boolean;
+        case EBinding::Swatch:
+            return EParameterType::Colour;
+        case EBinding::List:
+            return EParameterType::Enumeration;
+        case EBinding::Resource:
+            return EParameterType::String;
+    }
+    return EParameterType::Integer;
+}
+
+// How many values the controls show: their largest index, and one.
+std::size_t ValuesShown(std::span<const SControlRow> controls) {
+    int last = -1;
+    for (const SControlRow& row : controls) last = std::max(last, row.parameter);
+    return static_cast<std::size_t>(last + 1);
 }
 
 }  // namespace
@@ -30,7 +58,7 @@ CParameterDlg::CParameterDlg(const SDialogTable& table, ICommandExecutionContext
                              VCommandImplementation* command, CWnd* parent)
     : CPreviewChild(table.templateId, context, command, parent, 0, false),
       table_(table),
-      values_(table.parameters.size()) {}
+      values_(ValuesShown(table.controls)) {}
 CParameterDlg::~CParameterDlg() = default;
 
 bool CParameterDlg::Create(CWnd* parent) { return CDialog::Create(table_.templateId, parent); }
@@ -48,6 +76,7 @@ bool CParameterDlg::OnInitDialog() {
 }
 
 void CParameterDlg::DoDataExchange(CDataExchange* exchange) {
+    if (!table_.exchangesData) return;
     CPreviewChild::DoDataExchange(exchange);
     for (const SControlRow& row : table_.controls) {
         switch (row.exchange) {
@@ -89,77 +118,90 @@ void CParameterDlg::SetUpControl(const SControlRow& row) {
 }
 
 void CParameterDlg::SetUpNumber(const SControlRow& row) {
-    std::int32_t minimum = row.minimum;
+    std::int32_t minimum = 0;
     std::int32_t maximum = 0;
+    QueryFor<IIntegerParameters>(Repository())
+        ->GetRange(row.parameter, minimum, maximum)
+        .ThrowIfFailed();
     if (row.binding == EBinding::CanvasNumber) {
-        maximum = CanvasSide();
-    } else {
-        QueryFor<IIntegerParameters>(Repository())
-            ->GetRange(row.parameter, minimum, maximum)
-            .ThrowIfFailed();
+        maximum = CCmdHelpers(ExecutionContext()).CanvasSize().LargerSide();
     }
     numbers_[row.id].SetUp(*this, row.id, minimum, maximum, Value(row.parameter).number,
                            table_.numbers);
 }
 
-int CParameterDlg::CanvasSide() const {
-    constexpr int kWithoutDocument = 32767;
-    TRef<INGLGraphic> graphic;
-    CCmdHelpers(ExecutionContext()).GetGraphic(graphic).Ignore();
-    return graphic ? std::max(graphic->GetWidth(), graphic->GetHeight()) : kWithoutDocument;
+void CParameterDlg::ReadValue(int parameter) {
+    IParameterRepository* repository = Repository();
+    const IParameter* definition = repository->At(parameter);
+    SValue& value = Value(parameter);
+    value.type.reset();
+    if (!definition) return;
+    value.type = definition->Type();
+    bool truth = false;
+    switch (*value.type) {
+        case EParameterType::Integer:
+            Read<IIntegerParameters>(repository, parameter, value.number);
+            break;
+        case EParameterType::Boolean:
+            Read<IBooleanParameters>(repository, parameter, truth);
+            value.number = truth ? 1 : 0;
+            break;
+        case EParameterType::Enumeration:
+            Read<IEnumParameters>(repository, parameter, value.number);
+            break;
+        case EParameterType::Colour:
+            Read<IColorParameters>(repository, parameter, value.colour);
+            break;
+        case EParameterType::String:
+            Read<IStringParameters>(repository, parameter, value.text);
+            break;
+    }
+}
+
+void CParameterDlg::WriteValue(int parameter) const {
+    IParameterRepository* repository = Repository();
+    const SValue& value = Value(parameter);
+    if (!value.type) return;
+    switch (*value.type) {
+        case EParameterType::Integer:
+            Write<IIntegerParameters>(repository, parameter, value.number);
+            break;
+        case EParameterType::Boolean:
+            Write<IBooleanParameters>(repository, parameter, value.number != 0);
+            break;
+        case EParameterType::Enumeration:
+            Write<IEnumParameters>(repository, parameter, value.number);
+            break;
+        case EParameterType::Colour:
+            Write<IColorParameters>(repository, parameter, value.colour);
+            break;
+        case EParameterType::String:
+            Write<IStringParameters>(repository, parameter, value.text);
+            break;
+    }
+}
+
+void CParameterDlg::CheckControls() const {
+    for (const SControlRow& row : table_.controls) {
+        if (Value(row.parameter).type == ShownType(row.binding)) continue;
+        throw CNException(TolmErrorCode::UnusableInput,
+                          "parameter " + std::to_string(row.parameter) + " is not what control " +
+                              std::to_string(row.id) + " shows");
+    }
 }
 
 void CParameterDlg::LoadParameters() {
-    IParameterRepository* repository = Repository();
-    for (int i = 0; i < static_cast<int>(values_.size()); ++i) {
-        SValue& value = Value(i);
-        bool truth = false;
-        switch (table_.parameters[static_cast<std::size_t>(i)]) {
-            case EParameterType::Integer:
-                Read<IIntegerParameters>(repository, i, value.number);
-                break;
-            case EParameterType::Boolean:
-                Read<IBooleanParameters>(repository, i, truth);
-                value.number = truth ? 1 : 0;
-                break;
-            case EParameterType::Enumeration:
-                Read<IEnumParameters>(repository, i, value.number);
-                break;
-            case EParameterType::Colour:
-                Read<IColorParameters>(repository, i, value.colour);
-                break;
-            case EParameterType::String:
-                Read<IStringParameters>(repository, i, value.text);
-                break;
-        }
-    }
+    if (!Repository()) throw CNException(TolmErrorCode::UnusableInput, kNoParameters);
+    values_.resize(std::max(values_.size(), static_cast<std::size_t>(Repository()->Count())));
+    for (int i = 0; i < static_cast<int>(values_.size()); ++i) ReadValue(i);
+    CheckControls();
     if (!initialised_) return;
     for (const SControlRow& row : table_.controls) ShowRow(row);
     OnParametersShown();
 }
 
 void CParameterDlg::StoreParameters() {
-    IParameterRepository* repository = Repository();
-    for (int i = 0; i < static_cast<int>(values_.size()); ++i) {
-        const SValue& value = Value(i);
-        switch (table_.parameters[static_cast<std::size_t>(i)]) {
-            case EParameterType::Integer:
-                Write<IIntegerParameters>(repository, i, value.number);
-                break;
-            case EParameterType::Boolean:
-                Write<IBooleanParameters>(repository, i, value.number != 0);
-                break;
-            case EParameterType::Enumeration:
-                Write<IEnumParameters>(repository, i, value.number);
-                break;
-            case EParameterType::Colour:
-                Write<IColorParameters>(repository, i, value.colour);
-                break;
-            case EParameterType::String:
-                Write<IStringParameters>(repository, i, value.text);
-                break;
-        }
-    }
+    for (int i = 0; i < static_cast<int>(values_.size()); ++i) WriteValue(i);
 }
 
 void CParameterDlg::StoreAndPreview() {

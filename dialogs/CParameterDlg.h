@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -26,8 +27,6 @@ struct SControlRow {
     int id;
     int parameter;
     ETip tip = ETip::None;
-    int tipLabel = 0;  // the text that a range tip begins with
-    int minimum = 0;   // of a number whose maximum is the larger side of the canvas
     EExchange exchange = EExchange::None;
 
     constexpr SControlRow With(EExchange wanted) const {
@@ -42,11 +41,9 @@ namespace control {
 constexpr SControlRow Number(int id, int parameter, ETip tip = ETip::Integer) {
     return {EBinding::Number, id, parameter, tip};
 }
-constexpr SControlRow RangeNumber(int id, int parameter, int label) {
-    return {EBinding::Number, id, parameter, ETip::Range, label};
-}
-constexpr SControlRow CanvasNumber(int id, int parameter, int label, int minimum) {
-    return {EBinding::CanvasNumber, id, parameter, ETip::Range, label, minimum};
+// A number whose maximum is the larger side of the canvas.
+constexpr SControlRow CanvasNumber(int id, int parameter) {
+    return {EBinding::CanvasNumber, id, parameter, ETip::Range};
 }
 constexpr SControlRow Check(int id, int parameter, ETip tip = ETip::None) {
     return {EBinding::Check, id, parameter, tip};
@@ -61,13 +58,14 @@ constexpr SControlRow Resource(int id, int parameter) {
 }
 }  // namespace control
 
-// What makes one dialog differ from the others, as far as a table can say it.
+// What makes one dialog differ from the others, as far as a table can say it. Types, ranges and
+// texts of parameters are the repository's.
 struct SDialogTable {
     int templateId;
-    std::span<const EParameterType> parameters;  // the type of each, by index
     std::span<const SControlRow> controls;
     SNumEditSetUp numbers = {};
     bool dialsReportAsFields = false;  // a dial's EN_CHANGE counts, too
+    bool exchangesData = true;         // whether it does, with the framework
     // Messages that the framework handles.
     std::initializer_list<unsigned> frameworkMessages = {};
 };
@@ -91,8 +89,10 @@ class CParameterDlg : public CPreviewChild, public CColorDropper {
     CParameterDlg(const SDialogTable& table, ICommandExecutionContext* context,
                   VCommandImplementation* command, CWnd* parent);
 
-    // One parameter's value as the controls show it: which field counts depends on its type.
+    // One parameter's value as the controls show it: which field counts depends on its type, which
+    // an index that the repository leaves out does not have.
     struct SValue {
+        std::optional<EParameterType> type;
         std::int32_t number = 0;  // integers, members, 0 or 1
         COLORREF colour = 0;
         CString text;
@@ -102,8 +102,6 @@ class CParameterDlg : public CPreviewChild, public CColorDropper {
         return values_[static_cast<std::size_t>(parameter)];
     }
     bool Initialised() const { return initialised_; }
-    // The larger side of the canvas, or 32767 without a document.
-    int CanvasSide() const;
     void StoreAndPreview();
     // Puts a value member into every control that shows the parameter.
     void ShowParameter(int parameter);
@@ -126,6 +124,9 @@ class CParameterDlg : public CPreviewChild, public CColorDropper {
     const AFX_MSGMAP* GetMessageMap() const override;
 
   private:
+    void ReadValue(int parameter);
+    void WriteValue(int parameter) const;
+    void CheckControls() const;
     const SControlRow* RowOf(int control_id) const;
     void SetUpControl(const SControlRow& row);
     void SetUpNumber(const SControlRow& row);
@@ -153,4 +154,12 @@ class CParameterDlg : public CPreviewChild, public CColorDropper {
     std::map<int, CButton> checks_;
     std::map<int, CMaterialWnd> swatches_;
     std::map<int, CRotationCtrl> dials_;
+};
+
+// The dialog that a table describes; Base holds the rules that a table cannot say.
+template <const auto& kTable, class Base = CParameterDlg>
+class TDialog : public Base {
+  public:
+    TDialog(ICommandExecutionContext* context, VCommandImplementation* command, CWnd* parent)
+        : Base(kTable, context, command, parent) {}
 };

@@ -3,6 +3,14 @@
 #include "dialogs/CParameterDlg.h"
 #include "host/dialogs/CResourceSelectDlg.h"
 
+struct SResourceTable : SDialogTable {
+    struct {
+        const wchar_t* kind;       // "Pattern" or "Texture"
+        int name, category, view;  // indices of parameters
+        int shownName = 0;         // the control that repeats the chosen name; 0 for none
+    } use;
+};
+
 // What Sculpture and Texture share: one parameter names an image of the library, which a button
 // shows and a list lets choose.
 class CResourceParameterDlg : public CParameterDlg {
@@ -11,15 +19,9 @@ class CResourceParameterDlg : public CParameterDlg {
     CResourceSelectDlg* ResourceListOf(int control_id) override;
 
   protected:
-    struct SResourceUse {
-        const wchar_t* kind;       // "Pattern" or "Texture"
-        int name, category, view;  // indices of parameters
-        int shownName = 0;         // the control that repeats the chosen name; 0 for none
-    };
-    CResourceParameterDlg(const SDialogTable& table, const SResourceUse& use,
-                          ICommandExecutionContext* context, VCommandImplementation* command,
-                          CWnd* parent)
-        : CParameterDlg(table, context, command, parent), use_(use) {}
+    CResourceParameterDlg(const SResourceTable& table, ICommandExecutionContext* context,
+                          VCommandImplementation* command, CWnd* parent)
+        : CParameterDlg(table, context, command, parent), use_(table.use) {}
 
     void SetUpList(const SControlRow& row) override;
     void ShowList(const SControlRow& row) override;
@@ -28,7 +30,7 @@ class CResourceParameterDlg : public CParameterDlg {
   private:
     void ShowChosen(const CRowIteratorBands& image);
 
-    SResourceUse use_;
+    const decltype(SResourceTable::use)& use_;
     CResourceDropButton button_;
     CResourceSelectDlg list_;
 };

@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "host/dialogs/ParameterToolTips.h"
-#include "module/CTolmResourceManager.h"
 
 namespace {
 
@@ -12,10 +11,9 @@ constexpr int kWrapColumn = 50;
 constexpr int kLines = 5;
 
 // "%s [%d - %d]"
-CString RangeTip(int label, std::int32_t minimum, std::int32_t maximum) {
-    const CTolmResourceManager resources(L"CmdTexture");
-    return LoadCurrentString(label) + L" [" + std::to_wstring(minimum) + L" - " +
-           std::to_wstring(maximum) + L"]";
+CString RangeTip(const IParameter* parameter, std::int32_t minimum, std::int32_t maximum) {
+    return (parameter ? parameter->Label() : CString()) + L" [" + std::to_wstring(minimum) +
+           L" - " + std::to_wstring(maximum) + L"]";
 }
 
 }  // namespace
@@ -24,7 +22,7 @@ CString TipOf(const SControlRow& row, IParameterRepository* repository, std::int
               std::int32_t maximum) {
     switch (row.tip) {
         case ETip::Range:
-            return RangeTip(row.tipLabel, minimum, maximum);
+            return RangeTip(repository->At(row.parameter), minimum, maximum);
         case ETip::Integer:
             return CIntegerParameterToolTip(repository, kWrapColumn, kLines).Text(row.parameter);
         case ETip::Real:

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 #include <utility>
 
+#include "host/commands/IParameterRepository.h"
 #include "host/core/Guid.h"
 
 // What makes one command differ from the others, as tables: a command's folder holds one
@@ -15,7 +15,16 @@ struct SCommandTexts {
     int textA, textId, name, threePart, textC, textB, imageId;
 };
 
-enum class EParameterKind { Integer, Boolean, TileShape, ResourceListView, Colour, String };
+// The ids of most commands run on from the first.
+constexpr SCommandTexts TextsFrom(int first) {
+    return {.textA = first,
+            .textId = first + 1,
+            .name = first + 2,
+            .threePart = first + 4,
+            .textC = first + 3,
+            .textB = first + 5,
+            .imageId = first + 6};
+}
 
 // How a maximum follows from the document or the editor's settings.
 enum class EMaximumRule {
@@ -24,20 +33,101 @@ enum class EMaximumRule {
     CanvasSide,  // the larger side of the canvas
 };
 
+// The editor's definition flags of a parameter.
+constexpr std::uint32_t kUsualParameter = 0xFE;
+constexpr std::uint32_t kLibraryParameter = 0x8FE;
+constexpr std::uint32_t kLibraryViewParameter = 0x8C0;
+
 // One parameter: the row from which repository, command line, dialog and presets are made.
 struct SParameterRow {
     int index;
     const wchar_t* name;
-    EParameterKind kind;
-    std::int32_t minimum;  // integers only
-    std::int32_t maximum;
-    std::int64_t defaultValue;  // integers, members, packed colours; strings start empty
+    EParameterType type;
     int labelId;
     int textId;
+    std::int64_t defaultValue = 0;  // integers, members, packed colours; strings start empty
+    std::int32_t minimum = 0;       // integers only
+    std::int32_t maximum = 0;
+    const wchar_t* members = nullptr;  // the editor's enumeration that the value belongs to
+    std::uint32_t flags = kUsualParameter;
     EMaximumRule maximumRule = EMaximumRule::Fixed;
-    // The default shrinks to half of a canvas side that is smaller than it.
     bool defaultFitsCanvas = false;
-    std::uint32_t flags = 0xFE;
+
+    // The default shrinks to half of a canvas side that is smaller than it.
+    constexpr SParameterRow FittingTheCanvas() const {
+        SParameterRow row = *this;
+        row.defaultFitsCanvas = true;
+        return row;
+    }
+};
+
+// The rows that tables of parameters are made of; each ends with the ids of its label and text.
+namespace parameter {
+constexpr SParameterRow Integer(int index, const wchar_t* name, std::int32_t minimum,
+                                std::int32_t maximum, std::int32_t value, int label, int text) {
+    return {index, name, EParameterType::Integer, label, text, value, minimum, maximum};
+}
+// The maximum grows with the editor's range scale.
+constexpr SParameterRow ScaledInteger(int index, const wchar_t* name, std::int32_t minimum,
+                                      std::int32_t maximum, std::int32_t value, int label,
+                                      int text) {
+    SParameterRow row = Integer(index, name, minimum, maximum, value, label, text);
+    row.maximumRule = EMaximumRule::Scaled;
+    return row;
+}
+// The maximum is the larger side of the canvas.
+constexpr SParameterRow CanvasInteger(int index, const wchar_t* name, std::int32_t minimum,
+                                      std::int32_t value, int label, int text) {
+    SParameterRow row = Integer(index, name, minimum, 0, value, label, text);
+    row.maximumRule = EMaximumRule::CanvasSide;
+    return row;
+}
+constexpr SParameterRow Colour(int index, const wchar_t* name, COLORREF value, int label,
+                               int text) {
+    return {index, name, EParameterType::Colour, label, text, value};
+}
+constexpr SParameterRow Boolean(int index, const wchar_t* name, bool value, int label, int text) {
+    return {.index = index,
+            .name = name,
+            .type = EParameterType::Boolean,
+            .labelId = label,
+            .textId = text,
+            .defaultValue = value ? 1 : 0,
+            .members = L"Boolean"};
+}
+constexpr SParameterRow Member(int index, const wchar_t* name, const wchar_t* members, int value,
+                               int label, int text) {
+    return {.index = index,
+            .name = name,
+            .type = EParameterType::Enumeration,
+            .labelId = label,
+            .textId = text,
+            .defaultValue = value,
+            .members = members};
+}
+// The name of an entry or a category of the resource library.
+constexpr SParameterRow LibraryName(int index, const wchar_t* name, int label, int text) {
+    return {.index = index,
+            .name = name,
+            .type = EParameterType::String,
+            .labelId = label,
+            .textId = text,
+            .flags = kLibraryParameter};
+}
+// How the library is shown.
+constexpr SParameterRow LibraryView(int index, const wchar_t* name, int value, int label,
+                                    int text) {
+    SParameterRow row = Member(index, name, L"ResourceListView", value, label, text);
+    row.flags = kLibraryViewParameter;
+    return row;
+}
+}  // namespace parameter
+
+// The constructor flags of a command that are set, counted from 1, and its attributes in the order
+// of setting.
+struct SCommandKind {
+    std::span<const int> flags;
+    std::span<const std::pair<int, int>> attributes;
 };
 
 struct SCommandDescription {
@@ -45,7 +135,6 @@ struct SCommandDescription {
     GUID guid;
     int commandId;
     SCommandTexts texts;
-    std::initializer_list<int> flags;  // constructor flags that are set, counted from 1
-    std::initializer_list<std::pair<int, int>> attributes;  // in the order of setting
-    std::span<const SParameterRow> parameters;              // in the order of definition
+    const SCommandKind& kind;
+    std::span<const SParameterRow> parameters;  // in the order of definition
 };

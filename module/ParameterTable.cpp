@@ -1,26 +1,11 @@
 #include "module/ParameterTable.h"
 
-#include <algorithm>
-
 #include "host/commands/CCmdHelpers.h"
 #include "host/commands/ParameterDefinition.h"
-#include "host/core/Geometry.h"
 #include "host/settings/CSingletonManager.h"
 #include "module/CTolmResourceManager.h"
 
 namespace {
-
-constexpr int kRangeItem = 134;
-constexpr int kRangeScalePercent = 140;
-constexpr int kRangeScaleOn = 141;
-constexpr int kSideWithoutDocument = 32767;
-
-CSize CanvasSize(ICommandExecutionContext* context) {
-    TRef<INGLGraphic> graphic;
-    CCmdHelpers(context).GetGraphic(graphic).Ignore();
-    if (!graphic) return {kSideWithoutDocument, kSideWithoutDocument};
-    return {graphic->GetWidth(), graphic->GetHeight()};
-}
 
 std::int32_t MaximumOf(const SParameterRow& row, CSize canvas, double scale) {
     switch (row.maximumRule) {
@@ -29,7 +14,7 @@ std::int32_t MaximumOf(const SParameterRow& row, CSize canvas, double scale) {
         case EMaximumRule::Scaled:
             return static_cast<std::int32_t>(row.maximum * scale);
         case EMaximumRule::CanvasSide:
-            return std::max(canvas.cx, canvas.cy);
+            return canvas.LargerSide();
     }
     return row.maximum;
 }
@@ -45,24 +30,19 @@ CErrorAutoThrow MakeParameter(const SParameterRow& row, CSize canvas, double sca
                               IParameter** out) {
     const CString label = LoadCurrentString(row.labelId);
     const CString text = LoadCurrentString(row.textId);
-    const auto member = [&](const wchar_t* type) {
-        return DefEnumParam(out, row.index, type, row.name, label, text,
-                            static_cast<std::int32_t>(row.defaultValue), row.flags, false, false);
-    };
-    switch (row.kind) {
-        case EParameterKind::Boolean:
-            return member(L"Boolean");
-        case EParameterKind::TileShape:
-            return member(L"TileShape");
-        case EParameterKind::ResourceListView:
-            return member(L"ResourceListView");
-        case EParameterKind::Colour:
+    switch (row.type) {
+        case EParameterType::Boolean:
+        case EParameterType::Enumeration:
+            return DefEnumParam(out, row.index, row.members, row.name, label, text,
+                                static_cast<std::int32_t>(row.defaultValue), row.flags, false,
+                                false);
+        case EParameterType::Colour:
             return DefColorParam(out, row.index, row.name, label, text,
                                  static_cast<COLORREF>(row.defaultValue), row.flags, false, false);
-        case EParameterKind::String:
+        case EParameterType::String:
             return DefStringParam(out, row.index, row.name, label, text, L"", row.flags, false,
                                   false);
-        case EParameterKind::Integer:
+        case EParameterType::Integer:
             break;
     }
     return DefIntParam(out, row.index, row.name, label, text, row.minimum,
@@ -82,9 +62,11 @@ std::int32_t SettingOf(IUnknown* item, int index) {
 
 double RangeScale() {
     const auto settings = CSingletonManager::Get<IGlobalSettings>();
-    const auto item = TRef<IUnknown>::Adopt(settings ? settings->GetItem(kRangeItem) : nullptr);
-    if (SettingOf<IEnumParameters>(item.Get(), kRangeScaleOn) == 0) return 1.0;
-    return 1.0 + SettingOf<IIntegerParameters>(item.Get(), kRangeScalePercent) / 100.0;
+    const auto item =
+        TRef<IUnknown>::Adopt(settings ? settings->GetItem(IGlobalSettings::kRangeItem) : nullptr);
+    if (SettingOf<IEnumParameters>(item.Get(), IGlobalSettings::kRangeScaleOn) == 0) return 1.0;
+    return 1.0 +
+           SettingOf<IIntegerParameters>(item.Get(), IGlobalSettings::kRangeScalePercent) / 100.0;
 }
 
 CErrorAutoThrow DefineParameterTable(std::span<const SParameterRow> rows,
@@ -92,7 +74,7 @@ CErrorAutoThrow DefineParameterTable(std::span<const SParameterRow> rows,
                                      IParameterRepository* repository) {
     const TRef<IParameterRepository> held(repository);
     const CTolmResourceManager resources(L"CmdTexture");
-    const CSize canvas = CanvasSize(context);
+    const CSize canvas = CCmdHelpers(context).CanvasSize();
     const double scale = RangeScale();
     for (const SParameterRow& row : rows) {
         TRef<IParameter> parameter;

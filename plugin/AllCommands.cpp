@@ -22,7 +22,7 @@ template <class Command, class ResourceData, const SCommandDescription& kDescrip
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of the framework's factories
 void MakeComponent(IComponentSink* sink, CString module_name, const wchar_t* /*component*/) {
     const TRef<Command> command(new Command);
-    for (const auto& [attribute, value] : kDescription.attributes) {
+    for (const auto& [attribute, value] : kDescription.kind.attributes) {
         command->SetAttribute(attribute, value).Ignore();
     }
     const TRef<ICmdResourceData> data(new ResourceData);

@@ -5,15 +5,28 @@
 namespace CmdBlinds {
 namespace {
 
+enum EParameter { kWidth, kOpacity, kHorizontal, kLightFromLeftTop, kColor };
+
 constexpr SParameterRow kParameters[] = {
-    {0, L"Width", EParameterKind::Integer, 2, 0, 20, 205, 210, EMaximumRule::CanvasSide},
-    {1, L"Opacity", EParameterKind::Integer, 1, 100, 100, 206, 211},
-    {2, L"Horizontal", EParameterKind::Boolean, 0, 0, 1, 207, 212},
-    {3, L"LightFromLeftTop", EParameterKind::Boolean, 0, 0, 1, 208, 213},
-    {4, L"Color", EParameterKind::Colour, 0, 0, 0x000000, 209, 214},
+    parameter::CanvasInteger(kWidth, L"Width", 2, 20, 205, 210),
+    parameter::Integer(kOpacity, L"Opacity", 1, 100, 100, 206, 211),
+    parameter::Boolean(kHorizontal, L"Horizontal", true, 207, 212),
+    parameter::Boolean(kLightFromLeftTop, L"LightFromLeftTop", true, 208, 213),
+    parameter::Colour(kColor, L"Color", 0x000000, 209, 214),
+};
+
+constexpr SControlRow kControls[] = {
+    control::CanvasNumber(1011, kWidth),
+    control::Number(1094, kOpacity).With(EExchange::Text),
+    control::Check(1213, kLightFromLeftTop).With(EExchange::Control),
+    control::Check(1212, kHorizontal).With(EExchange::Control),
+    control::Swatch(1571, kColor),
 };
 
 }  // namespace
+
+const SDialogTable kDialog{
+    .templateId = 207, .controls = kControls, .numbers = {.first = 100, .second = 3, .third = 500}};
 
 const SCommandDescription kDescription{L"Blinds",
                                        MakeGuid("4AEE87D5-19F6-4815-AA5E-F23631522E33"),
@@ -25,22 +38,14 @@ const SCommandDescription kDescription{L"Blinds",
                                         .textC = 215,
                                         .textB = 204,
                                         .imageId = 205},
-                                       {9, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}, {22, 1}},
+                                       kind::kBlinds,
                                        kParameters};
 
-CErrorAutoThrow CCmdBlinds::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                        CRowIteratorBands& destination,
-                                        const CRowIterator* /*mask*/,
-                                        const SHostArguments& /*arguments*/,
-                                        ICommandExecutionContext* context) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        return ApplyBlinds(status, source, destination, parameters.Integer(0, 0),
-                           parameters.Integer(1, 0), parameters.Boolean(2, false),
-                           parameters.Boolean(3, false), parameters.Colour(4, 0),
-                           CanvasHeight(context, source));
-    });
+CErrorAutoThrow CCmdBlinds::Apply(const SRun& run, const CParameterReader& read) {
+    return ApplyBlinds(run.status, run.source, run.destination, read.Integer(kWidth, 0),
+                       read.Integer(kOpacity, 0), read.Boolean(kHorizontal, false),
+                       read.Boolean(kLightFromLeftTop, false), read.Colour(kColor, 0),
+                       CanvasHeight(run.context, run.source));
 }
 
 }  // namespace CmdBlinds

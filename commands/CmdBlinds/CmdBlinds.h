@@ -1,20 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CBlindsDlg.h"
 
 namespace CmdBlinds {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
 class CCmdBlinds final : public TTextureCommand<CCmdBlinds, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CBlindsDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdBlindsResData final : public TTextureResData<kDescription, CBlindsDlg> {};
 
 }  // namespace CmdBlinds

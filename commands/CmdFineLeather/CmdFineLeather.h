@@ -1,21 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdFineLeatherDlg.h"
 
 namespace CmdFineLeather {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
-class CCmdFineLeather final : public TTextureCommand<CCmdFineLeather, kDescription> {
+class CCmdFineLeather final : public TWholeImageCommand<CCmdFineLeather, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
-    CErrorAutoThrow ModifyRect(CRect& rect) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdFineLeatherDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdFineLeatherResData final : public TTextureResData<kDescription, CCmdFineLeatherDlg> {};
 
 }  // namespace CmdFineLeather

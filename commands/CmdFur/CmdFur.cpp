@@ -7,39 +7,35 @@
 namespace CmdFur {
 namespace {
 
+enum EParameter { kBlur, kDensity, kLength, kTransparency };
+
 constexpr SParameterRow kParameters[] = {
-    {0, L"Blur", EParameterKind::Integer, 0, 100, 25, 1958, 1959},
-    {1, L"Density", EParameterKind::Integer, 1, 100, 90, 1960, 1961, EMaximumRule::Scaled},
-    {2, L"Length", EParameterKind::Integer, 1, 100, 11, 1962, 1963},
-    {3, L"Transparency", EParameterKind::Integer, 0, 255, 44, 1964, 1965},
+    parameter::Integer(kBlur, L"Blur", 0, 100, 25, 1958, 1959),
+    parameter::ScaledInteger(kDensity, L"Density", 1, 100, 90, 1960, 1961),
+    parameter::Integer(kLength, L"Length", 1, 100, 11, 1962, 1963),
+    parameter::Integer(kTransparency, L"Transparency", 0, 255, 44, 1964, 1965),
+};
+
+constexpr SControlRow kControls[] = {
+    control::Number(1952, kBlur),
+    control::Number(1953, kDensity),
+    control::Number(1954, kLength),
+    control::Number(1955, kTransparency),
 };
 
 }  // namespace
 
-const SCommandDescription kDescription{L"Fur",
-                                       MakeGuid("B592387B-8BED-41B8-9E4C-80588D0A2A9B"),
-                                       36005,
-                                       {.textA = 1951,
-                                        .textId = 1952,
-                                        .name = 1953,
-                                        .threePart = 1955,
-                                        .textC = 1954,
-                                        .textB = 1956,
-                                        .imageId = 1957},
-                                       {9, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}, {29, 0}},
-                                       kParameters};
+const SDialogTable kDialog{.templateId = 1966, .controls = kControls};
 
-CErrorAutoThrow CCmdFur::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                     CRowIteratorBands& destination, const CRowIterator* /*mask*/,
-                                     const SHostArguments& /*arguments*/,
-                                     ICommandExecutionContext* context) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        return ApplyFur(*status, source, destination, parameters.Integer(0, 40),
-                        std::min(DensityFor(context, source, parameters.Integer(1, 40)), 100),
-                        parameters.Integer(2, 4), parameters.Integer(3, 250));
-    });
+const SCommandDescription kDescription{
+    L"Fur",          MakeGuid("B592387B-8BED-41B8-9E4C-80588D0A2A9B"),
+    36005,           TextsFrom(1951),
+    kind::kMaterial, kParameters};
+
+CErrorAutoThrow CCmdFur::Apply(const SRun& run, const CParameterReader& read) {
+    return ApplyFur(*run.status, run.source, run.destination, read.Integer(kBlur, 40),
+                    std::min(DensityFor(run.context, run.source, read.Integer(kDensity, 40)), 100),
+                    read.Integer(kLength, 4), read.Integer(kTransparency, 250));
 }
 
 }  // namespace CmdFur

@@ -1,20 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdFurDlg.h"
 
 namespace CmdFur {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
 class CCmdFur final : public TTextureCommand<CCmdFur, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdFurDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdFurResData final : public TTextureResData<kDescription, CCmdFurDlg> {};
 
 }  // namespace CmdFur

@@ -1,21 +1,21 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdMosaicAntiqueDlg.h"
+#include "dialogs/CMosaicDlg.h"
 
 namespace CmdMosaicAntique {
 
+extern const SMosaicTable kDialog;
 extern const SCommandDescription kDescription;
 
-class CCmdMosaicAntique final : public TTextureCommand<CCmdMosaicAntique, kDescription> {
+class CCmdMosaicAntique final : public TWholeImageCommand<CCmdMosaicAntique, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
-    CErrorAutoThrow ModifyRect(CRect& rect) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdMosaicAntiqueDlg final : public TDialog<kDialog, CMosaicDlg> {
+    using TDialog::TDialog;
+};
 class CCmdMosaicAntiqueResData final : public TTextureResData<kDescription, CCmdMosaicAntiqueDlg> {
 };
 

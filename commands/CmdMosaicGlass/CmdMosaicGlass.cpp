@@ -5,18 +5,44 @@
 namespace CmdMosaicGlass {
 namespace {
 
+enum EParameter {
+    kNumRows,
+    kNumColumns,
+    kGroutWidth,
+    kSymmetric,
+    kGroutDiffusion,
+    kGlassCurvature,
+    kEdgeCurvature,
+    kFillColor
+};
+
 constexpr SParameterRow kParameters[] = {
-    {0, L"NumRows", EParameterKind::Integer, 25, 100, 50, 957, 958},
-    {1, L"NumColumns", EParameterKind::Integer, 25, 100, 50, 959, 960},
-    {2, L"GroutWidth", EParameterKind::Integer, 0, 10, 2, 961, 962},
-    {3, L"Symmetric", EParameterKind::Boolean, 0, 0, 1, 963, 964},
-    {4, L"GroutDiffusion", EParameterKind::Integer, 0, 100, 50, 965, 966},
-    {5, L"GlassCurvature", EParameterKind::Integer, 0, 100, 50, 967, 968},
-    {6, L"EdgeCurvature", EParameterKind::Integer, 0, 100, 0, 969, 970},
-    {7, L"FillColor", EParameterKind::Colour, 0, 0, 0x000000, 973, 974},
+    parameter::Integer(kNumRows, L"NumRows", 25, 100, 50, 957, 958),
+    parameter::Integer(kNumColumns, L"NumColumns", 25, 100, 50, 959, 960),
+    parameter::Integer(kGroutWidth, L"GroutWidth", 0, 10, 2, 961, 962),
+    parameter::Boolean(kSymmetric, L"Symmetric", true, 963, 964),
+    parameter::Integer(kGroutDiffusion, L"GroutDiffusion", 0, 100, 50, 965, 966),
+    parameter::Integer(kGlassCurvature, L"GlassCurvature", 0, 100, 50, 967, 968),
+    parameter::Integer(kEdgeCurvature, L"EdgeCurvature", 0, 100, 0, 969, 970),
+    parameter::Colour(kFillColor, L"FillColor", 0x000000, 973, 974),
+};
+
+constexpr SControlRow kControls[] = {
+    control::Number(952, kEdgeCurvature, ETip::Real),
+    control::Number(953, kGlassCurvature, ETip::Real),
+    control::Number(954, kGroutDiffusion, ETip::Real),
+    control::Number(955, kGroutWidth),
+    control::Number(956, kNumColumns),
+    control::Number(957, kNumRows),
+    control::Check(958, kSymmetric, ETip::Boolean).With(EExchange::Check),
+    control::Swatch(960, kFillColor, ETip::Colour),
 };
 
 }  // namespace
+
+const SMosaicTable kDialog{
+    {.templateId = 971, .controls = kControls, .frameworkMessages = {WM_HSCROLL}},
+    {.symmetric = kSymmetric, .rows = kNumRows, .columns = kNumColumns}};
 
 const SCommandDescription kDescription{L"MosaicGlass",
                                        MakeGuid("E9EABC26-8FCF-4DD2-A784-00EB10F08B41"),
@@ -28,31 +54,17 @@ const SCommandDescription kDescription{L"MosaicGlass",
                                         .textC = 972,
                                         .textB = 955,
                                         .imageId = 956},
-                                       {8, 9, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}},
+                                       kind::kMosaic,
                                        kParameters};
 
-CErrorAutoThrow CCmdMosaicGlass::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                             CRowIteratorBands& destination,
-                                             const CRowIterator* /*mask*/,
-                                             const SHostArguments& /*arguments*/,
-                                             ICommandExecutionContext* /*context*/) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        const auto glasses = [&](CIoDeformation& deformation) {
-            deformation.Glasses(parameters.Integer(1, 50), parameters.Integer(0, 50),
-                                parameters.Integer(2, 2), parameters.Integer(4, 50),
-                                parameters.Integer(6, 0), parameters.Integer(5, 0));
-        };
-        return ApplyMosaic(status, glasses, source, destination, SourceIsTransparent(),
-                           {parameters.Colour(7, 0)});
-    });
-}
-
-// The effect reaches over the whole image: no part of it can be asked about alone.
-CErrorAutoThrow CCmdMosaicGlass::ModifyRect(CRect& rect) {
-    rect.SetRectEmpty();
-    return {};
+CErrorAutoThrow CCmdMosaicGlass::Apply(const SRun& run, const CParameterReader& read) {
+    const auto glasses = [&](CIoDeformation& deformation) {
+        deformation.Glasses(read.Integer(kNumColumns, 50), read.Integer(kNumRows, 50),
+                            read.Integer(kGroutWidth, 2), read.Integer(kGroutDiffusion, 50),
+                            read.Integer(kEdgeCurvature, 0), read.Integer(kGlassCurvature, 0));
+    };
+    return ApplyMosaic(run.status, glasses, run.source, run.destination, SourceIsTransparent(),
+                       {read.Colour(kFillColor, 0)});
 }
 
 }  // namespace CmdMosaicGlass

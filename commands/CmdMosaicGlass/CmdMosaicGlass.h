@@ -1,21 +1,21 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdMosaicGlassDlg.h"
+#include "dialogs/CMosaicDlg.h"
 
 namespace CmdMosaicGlass {
 
+extern const SMosaicTable kDialog;
 extern const SCommandDescription kDescription;
 
-class CCmdMosaicGlass final : public TTextureCommand<CCmdMosaicGlass, kDescription> {
+class CCmdMosaicGlass final : public TWholeImageCommand<CCmdMosaicGlass, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
-    CErrorAutoThrow ModifyRect(CRect& rect) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdMosaicGlassDlg final : public TDialog<kDialog, CMosaicDlg> {
+    using TDialog::TDialog;
+};
 class CCmdMosaicGlassResData final : public TTextureResData<kDescription, CCmdMosaicGlassDlg> {};
 
 }  // namespace CmdMosaicGlass

@@ -1,20 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdPolishedStoneDlg.h"
 
 namespace CmdPolishedStone {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
 class CCmdPolishedStone final : public TTextureCommand<CCmdPolishedStone, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdPolishedStoneDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdPolishedStoneResData final : public TTextureResData<kDescription, CCmdPolishedStoneDlg> {
 };
 

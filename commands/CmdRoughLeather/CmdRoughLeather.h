@@ -1,20 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdRoughLeatherDlg.h"
 
 namespace CmdRoughLeather {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
 class CCmdRoughLeather final : public TTextureCommand<CCmdRoughLeather, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdRoughLeatherDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdRoughLeatherResData final : public TTextureResData<kDescription, CCmdRoughLeatherDlg> {};
 
 }  // namespace CmdRoughLeather

@@ -5,41 +5,34 @@
 namespace CmdSandstone {
 namespace {
 
+enum EParameter { kAngle, kBlur, kColor, kDetail, kLuminance };
+
 constexpr SParameterRow kParameters[] = {
-    {0, L"Angle", EParameterKind::Integer, 0, 359, 45, 2708, 2709},
-    {1, L"Blur", EParameterKind::Integer, 0, 100, 20, 2710, 2711},
-    {2, L"Color", EParameterKind::Colour, 0, 0, 0xFFFFFF, 2712, 2713},
-    {3, L"Detail", EParameterKind::Integer, 1, 256, 80, 2714, 2715},
-    {4, L"Luminance", EParameterKind::Integer, 10, 20, 13, 2716, 2717},
+    parameter::Integer(kAngle, L"Angle", 0, 359, 45, 2708, 2709),
+    parameter::Integer(kBlur, L"Blur", 0, 100, 20, 2710, 2711),
+    parameter::Colour(kColor, L"Color", 0xFFFFFF, 2712, 2713),
+    parameter::Integer(kDetail, L"Detail", 1, 256, 80, 2714, 2715),
+    parameter::Integer(kLuminance, L"Luminance", 10, 20, 13, 2716, 2717),
+};
+
+constexpr SControlRow kControls[] = {
+    control::Number(2704, kAngle),     control::Number(2702, kBlur), control::Number(2703, kDetail),
+    control::Number(2705, kLuminance), control::Dial(2706, kAngle),  control::Swatch(2707, kColor),
 };
 
 }  // namespace
 
-const SCommandDescription kDescription{L"Sandstone",
-                                       MakeGuid("54FADC24-EBAA-4FB0-9324-BFA0F1D1AA93"),
-                                       36015,
-                                       {.textA = 2701,
-                                        .textId = 2702,
-                                        .name = 2703,
-                                        .threePart = 2705,
-                                        .textC = 2704,
-                                        .textB = 2706,
-                                        .imageId = 2707},
-                                       {9, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}, {29, 0}},
-                                       kParameters};
+const SDialogTable kDialog{.templateId = 2718, .controls = kControls, .dialsReportAsFields = true};
 
-CErrorAutoThrow CCmdSandstone::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                           CRowIteratorBands& destination,
-                                           const CRowIterator* /*mask*/,
-                                           const SHostArguments& /*arguments*/,
-                                           ICommandExecutionContext* /*context*/) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        return ApplySandstone(*status, source, destination, parameters.Integer(0, 45),
-                              parameters.Integer(1, 20), parameters.Integer(3, 80),
-                              parameters.Integer(4, 13), parameters.Colour(2, 0xFFFFFF));
-    });
+const SCommandDescription kDescription{
+    L"Sandstone",    MakeGuid("54FADC24-EBAA-4FB0-9324-BFA0F1D1AA93"),
+    36015,           TextsFrom(2701),
+    kind::kMaterial, kParameters};
+
+CErrorAutoThrow CCmdSandstone::Apply(const SRun& run, const CParameterReader& read) {
+    return ApplySandstone(*run.status, run.source, run.destination, read.Integer(kAngle, 45),
+                          read.Integer(kBlur, 20), read.Integer(kDetail, 80),
+                          read.Integer(kLuminance, 13), read.Colour(kColor, 0xFFFFFF));
 }
 
 }  // namespace CmdSandstone

@@ -1,20 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdSandstoneDlg.h"
 
 namespace CmdSandstone {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
 class CCmdSandstone final : public TTextureCommand<CCmdSandstone, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdSandstoneDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdSandstoneResData final : public TTextureResData<kDescription, CCmdSandstoneDlg> {};
 
 }  // namespace CmdSandstone

@@ -6,47 +6,69 @@
 namespace CmdSculpture {
 namespace {
 
-constexpr SParameterRow kParameters[] = {
-    {0, L"Ambience", EParameterKind::Integer, -100, 100, 0, 3458, 3459},
-    {1, L"Angle", EParameterKind::Integer, 0, 360, 315, 3460, 3461},
-    {2, L"Color", EParameterKind::Colour, 0, 0, 0xFFFFFF, 3462, 3463},
-    {3, L"Depth", EParameterKind::Integer, 1, 100, 20, 3464, 3465},
-    {4, L"Elevation", EParameterKind::Integer, 1, 90, 30, 3466, 3467},
-    {5, L"Intensity", EParameterKind::Integer, 1, 100, 50, 3468, 3469},
-    {7, L"Shininess", EParameterKind::Integer, 0, 100, 0, 3472, 3473},
-    {8, L"Size", EParameterKind::Integer, 25, 400, 100, 3474, 3475},
-    {9, L"Smoothness", EParameterKind::Integer, 0, 100, 0, 3476, 3477},
-    {6, L"PatternName", EParameterKind::String, 0, 0, 0, 3470, 3471, EMaximumRule::Fixed, false,
-     0x8FE},
-    {10, L"Category", EParameterKind::String, 0, 0, 0, 3457, 3478, EMaximumRule::Fixed, false,
-     0x8FE},
-    {11, L"PatternView", EParameterKind::ResourceListView, 0, 0, 1, 3479, 3480, EMaximumRule::Fixed,
-     false, 0x8C0},
+enum EParameter {
+    kAmbience,
+    kAngle,
+    kColor,
+    kDepth,
+    kElevation,
+    kIntensity,
+    kPatternName,
+    kShininess,
+    kSize,
+    kSmoothness,
+    kCategory,
+    kPatternView
 };
 
-constexpr SReliefIndices kRelief{.ambience = 0,
-                                 .angle = 1,
-                                 .color = 2,
-                                 .depth = 3,
-                                 .elevation = 4,
-                                 .intensity = 5,
-                                 .shininess = 7,
-                                 .smoothness = 9};
+constexpr SParameterRow kParameters[] = {
+    parameter::Integer(kAmbience, L"Ambience", -100, 100, 0, 3458, 3459),
+    parameter::Integer(kAngle, L"Angle", 0, 360, 315, 3460, 3461),
+    parameter::Colour(kColor, L"Color", 0xFFFFFF, 3462, 3463),
+    parameter::Integer(kDepth, L"Depth", 1, 100, 20, 3464, 3465),
+    parameter::Integer(kElevation, L"Elevation", 1, 90, 30, 3466, 3467),
+    parameter::Integer(kIntensity, L"Intensity", 1, 100, 50, 3468, 3469),
+    parameter::Integer(kShininess, L"Shininess", 0, 100, 0, 3472, 3473),
+    parameter::Integer(kSize, L"Size", 25, 400, 100, 3474, 3475),
+    parameter::Integer(kSmoothness, L"Smoothness", 0, 100, 0, 3476, 3477),
+    parameter::LibraryName(kPatternName, L"PatternName", 3470, 3471),
+    parameter::LibraryName(kCategory, L"Category", 3457, 3478),
+    parameter::LibraryView(kPatternView, L"PatternView", 1, 3479, 3480),
+};
+
+constexpr SControlRow kControls[] = {
+    control::Number(3482, kAmbience),      control::Number(3484, kAngle),
+    control::Number(3481, kDepth),         control::Number(3486, kElevation),
+    control::Number(3485, kIntensity),     control::Number(3483, kShininess),
+    control::Number(3479, kSize),          control::Number(3480, kSmoothness),
+    control::Dial(3487, kAngle),           control::Swatch(3488, kColor),
+    control::Resource(3489, kPatternName),
+};
+
+constexpr SReliefIndices kRelief{.ambience = kAmbience,
+                                 .angle = kAngle,
+                                 .color = kColor,
+                                 .depth = kDepth,
+                                 .elevation = kElevation,
+                                 .intensity = kIntensity,
+                                 .shininess = kShininess,
+                                 .smoothness = kSmoothness};
 
 }  // namespace
+
+const SResourceTable kDialog{
+    {.templateId = 3478, .controls = kControls, .frameworkMessages = {WM_ERASEBKGND}},
+    {.kind = L"Pattern",
+     .name = kPatternName,
+     .category = kCategory,
+     .view = kPatternView,
+     .shownName = 3490}};
 
 const SCommandDescription kDescription{L"Sculpture",
                                        MakeGuid("EDFEA454-7270-430D-8A3D-E0369CC87A37"),
                                        36017,
-                                       {.textA = 3451,
-                                        .textId = 3452,
-                                        .name = 3453,
-                                        .threePart = 3455,
-                                        .textC = 3454,
-                                        .textB = 3456,
-                                        .imageId = 3457},
-                                       {10, 12},
-                                       {{1, 1}, {15, 1}, {2, 1}, {3, 0}, {9, 0}, {14, 1}},
+                                       TextsFrom(3451),
+                                       kind::kSculpture,
                                        kParameters};
 
 CErrorAutoThrow CCmdSculpture::Setup(ICommandExecutionContext* context) {
@@ -54,26 +76,14 @@ CErrorAutoThrow CCmdSculpture::Setup(ICommandExecutionContext* context) {
     return CCmdEffect::Setup(context);
 }
 
-CErrorAutoThrow CCmdSculpture::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                           CRowIteratorBands& destination, const CRowIterator* mask,
-                                           const SHostArguments& /*arguments*/,
-                                           ICommandExecutionContext* context) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        CSculptureSettings settings;
-        ReadRelief(parameters, kRelief, settings);
-        settings.size = parameters.Integer(8, 100);
-        ICommandExecutionContext* held = context_ ? context_.Get() : context;
-        const CRowIteratorBands pattern = LoadPatternImage(held, parameters.Text(6));
-        return ApplySculpture(status, source, destination, mask, pattern, settings,
-                              ColorSpec(context));
-    });
-}
-
-// The effect reaches over the whole image: no part of it can be asked about alone.
-CErrorAutoThrow CCmdSculpture::ModifyRect(CRect& rect) {
-    rect.SetRectEmpty();
-    return {};
+CErrorAutoThrow CCmdSculpture::Apply(const SRun& run, const CParameterReader& read) {
+    CSculptureSettings settings;
+    ReadRelief(read, kRelief, settings);
+    settings.size = read.Integer(kSize, 100);
+    ICommandExecutionContext* held = context_ ? context_.Get() : run.context;
+    const CRowIteratorBands pattern = LoadPatternImage(held, read.Text(kPatternName));
+    return ApplySculpture(run.status, run.source, run.destination, run.mask, pattern, settings,
+                          ColorSpec(run.context));
 }
 
 }  // namespace CmdSculpture

@@ -5,41 +5,38 @@
 namespace CmdSoftPlastic {
 namespace {
 
+enum EParameter { kAngle, kBlur, kColor, kDensity, kDetail };
+
 constexpr SParameterRow kParameters[] = {
-    {0, L"Angle", EParameterKind::Integer, 0, 359, 45, 1208, 1209},
-    {1, L"Blur", EParameterKind::Integer, 0, 100, 20, 1210, 1211},
-    {2, L"Color", EParameterKind::Colour, 0, 0, 0xFFFFFF, 1212, 1213},
-    {3, L"Density", EParameterKind::Integer, 1, 128, 32, 1214, 1215},
-    {4, L"Detail", EParameterKind::Integer, 1, 100, 14, 1216, 1217},
+    parameter::Integer(kAngle, L"Angle", 0, 359, 45, 1208, 1209),
+    parameter::Integer(kBlur, L"Blur", 0, 100, 20, 1210, 1211),
+    parameter::Colour(kColor, L"Color", 0xFFFFFF, 1212, 1213),
+    parameter::Integer(kDensity, L"Density", 1, 128, 32, 1214, 1215),
+    parameter::Integer(kDetail, L"Detail", 1, 100, 14, 1216, 1217),
+};
+
+constexpr SControlRow kControls[] = {
+    control::Number(2105, kAngle, ETip::Range),
+    control::Number(2100, kBlur, ETip::Range),
+    control::Number(2102, kDensity, ETip::Range),
+    control::Number(2101, kDetail, ETip::Range),
+    control::Dial(2140, kAngle),
+    control::Swatch(2120, kColor),
 };
 
 }  // namespace
 
-const SCommandDescription kDescription{L"SoftPlastic",
-                                       MakeGuid("50882782-4CA9-4057-91EA-E38979F1DE86"),
-                                       36019,
-                                       {.textA = 1201,
-                                        .textId = 1202,
-                                        .name = 1203,
-                                        .threePart = 1205,
-                                        .textC = 1204,
-                                        .textB = 1206,
-                                        .imageId = 1207},
-                                       {9, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}, {29, 0}},
-                                       kParameters};
+const SDialogTable kDialog{.templateId = 1218, .controls = kControls};
 
-CErrorAutoThrow CCmdSoftPlastic::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                             CRowIteratorBands& destination,
-                                             const CRowIterator* /*mask*/,
-                                             const SHostArguments& /*arguments*/,
-                                             ICommandExecutionContext* /*context*/) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        return ApplySoftPlastic(*status, source, destination, parameters.Integer(1, 20),
-                                parameters.Integer(4, 14), parameters.Integer(3, 32),
-                                parameters.Integer(0, 45), parameters.Colour(2, 0));
-    });
+const SCommandDescription kDescription{
+    L"SoftPlastic",  MakeGuid("50882782-4CA9-4057-91EA-E38979F1DE86"),
+    36019,           TextsFrom(1201),
+    kind::kMaterial, kParameters};
+
+CErrorAutoThrow CCmdSoftPlastic::Apply(const SRun& run, const CParameterReader& read) {
+    return ApplySoftPlastic(*run.status, run.source, run.destination, read.Integer(kBlur, 20),
+                            read.Integer(kDetail, 14), read.Integer(kDensity, 32),
+                            read.Integer(kAngle, 45), read.Colour(kColor, 0));
 }
 
 }  // namespace CmdSoftPlastic

@@ -1,20 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdSoftPlasticDlg.h"
 
 namespace CmdSoftPlastic {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
 class CCmdSoftPlastic final : public TTextureCommand<CCmdSoftPlastic, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdSoftPlasticDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdSoftPlasticResData final : public TTextureResData<kDescription, CCmdSoftPlasticDlg> {};
 
 }  // namespace CmdSoftPlastic

@@ -5,44 +5,44 @@
 namespace CmdStrawWall {
 namespace {
 
+enum EParameter { kAngle, kBlur, kColor, kDensity, kLength, kTransparency, kWidth };
+
 constexpr SParameterRow kParameters[] = {
-    {0, L"Angle", EParameterKind::Integer, 0, 359, 100, 1458, 1459},
-    {1, L"Blur", EParameterKind::Integer, 0, 100, 40, 1460, 1461},
-    {2, L"Color", EParameterKind::Colour, 0, 0, 0x555555, 1462, 1463},
-    {3, L"Density", EParameterKind::Integer, 1, 100, 15, 1464, 1465},
-    {4, L"Length", EParameterKind::Integer, 1, 20, 14, 1466, 1467},
-    {5, L"Transparency", EParameterKind::Integer, 0, 255, 0, 1468, 1469},
-    {6, L"Width", EParameterKind::Integer, 1, 40, 1, 1470, 1471},
+    parameter::Integer(kAngle, L"Angle", 0, 359, 100, 1458, 1459),
+    parameter::Integer(kBlur, L"Blur", 0, 100, 40, 1460, 1461),
+    parameter::Colour(kColor, L"Color", 0x555555, 1462, 1463),
+    parameter::Integer(kDensity, L"Density", 1, 100, 15, 1464, 1465),
+    parameter::Integer(kLength, L"Length", 1, 20, 14, 1466, 1467),
+    parameter::Integer(kTransparency, L"Transparency", 0, 255, 0, 1468, 1469),
+    parameter::Integer(kWidth, L"Width", 1, 40, 1, 1470, 1471),
+};
+
+constexpr SControlRow kControls[] = {
+    control::Number(2105, kAngle, ETip::Range),
+    control::Number(2100, kBlur, ETip::Range),
+    control::Number(2101, kDensity, ETip::Range),
+    control::Number(2102, kLength, ETip::Range),
+    control::Number(2104, kTransparency, ETip::Range),
+    control::Number(2103, kWidth, ETip::Range),
+    control::Dial(2140, kAngle),
+    control::Swatch(2120, kColor),
 };
 
 }  // namespace
 
-const SCommandDescription kDescription{L"StrawWall",
-                                       MakeGuid("7F695CF8-3354-4713-9961-9E1BBEB604D7"),
-                                       36021,
-                                       {.textA = 1451,
-                                        .textId = 1452,
-                                        .name = 1453,
-                                        .threePart = 1455,
-                                        .textC = 1454,
-                                        .textB = 1456,
-                                        .imageId = 1457},
-                                       {9, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}, {29, 0}},
-                                       kParameters};
+const SDialogTable kDialog{.templateId = 1472, .controls = kControls, .exchangesData = false};
 
-CErrorAutoThrow CCmdStrawWall::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                           CRowIteratorBands& destination,
-                                           const CRowIterator* /*mask*/,
-                                           const SHostArguments& /*arguments*/,
-                                           ICommandExecutionContext* context) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        return ApplyStrawWall(
-            *status, source, destination, parameters.Integer(1, 40), parameters.Integer(4, 14),
-            parameters.Integer(6, 1), DensityFor(context, source, parameters.Integer(3, 15)),
-            parameters.Integer(0, 100), parameters.Integer(5, 0), parameters.Colour(2, 0x555555));
-    });
+const SCommandDescription kDescription{
+    L"StrawWall",    MakeGuid("7F695CF8-3354-4713-9961-9E1BBEB604D7"),
+    36021,           TextsFrom(1451),
+    kind::kMaterial, kParameters};
+
+CErrorAutoThrow CCmdStrawWall::Apply(const SRun& run, const CParameterReader& read) {
+    return ApplyStrawWall(*run.status, run.source, run.destination, read.Integer(kBlur, 40),
+                          read.Integer(kLength, 14), read.Integer(kWidth, 1),
+                          DensityFor(run.context, run.source, read.Integer(kDensity, 15)),
+                          read.Integer(kAngle, 100), read.Integer(kTransparency, 0),
+                          read.Colour(kColor, 0x555555));
 }
 
 }  // namespace CmdStrawWall

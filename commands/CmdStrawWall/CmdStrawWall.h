@@ -1,20 +1,20 @@
 #pragma once
 
 #include "commands/TextureCommand.h"
-#include "dialogs/CCmdStrawWallDlg.h"
 
 namespace CmdStrawWall {
 
+extern const SDialogTable kDialog;
 extern const SCommandDescription kDescription;
 
 class CCmdStrawWall final : public TTextureCommand<CCmdStrawWall, kDescription> {
   public:
-    CErrorAutoThrow ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                CRowIteratorBands& destination, const CRowIterator* mask,
-                                const SHostArguments& arguments,
-                                ICommandExecutionContext* context) override;
+    CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
 };
 
+class CCmdStrawWallDlg final : public TDialog<kDialog> {
+    using TDialog::TDialog;
+};
 class CCmdStrawWallResData final : public TTextureResData<kDescription, CCmdStrawWallDlg> {};
 
 }  // namespace CmdStrawWall

@@ -5,60 +5,82 @@
 namespace CmdTiles {
 namespace {
 
-constexpr SParameterRow kParameters[] = {
-    {0, L"Ambience", EParameterKind::Integer, -100, 100, 0, 2958, 2959},
-    {1, L"Angle", EParameterKind::Integer, 0, 359, 315, 2960, 2961},
-    {2, L"BorderSize", EParameterKind::Integer, 1, 10, 1, 2962, 2963, EMaximumRule::Scaled},
-    {3, L"Color", EParameterKind::Colour, 0, 0, 0xFFFFFF, 2964, 2965},
-    {4, L"Depth", EParameterKind::Integer, 1, 100, 1, 2966, 2967},
-    {5, L"Elevation", EParameterKind::Integer, 1, 90, 30, 2968, 2969},
-    {6, L"Intensity", EParameterKind::Integer, 1, 100, 50, 2970, 2971},
-    {7, L"Shininess", EParameterKind::Integer, 0, 100, 50, 2972, 2973},
-    {8, L"Smoothness", EParameterKind::Integer, 0, 100, 25, 2974, 2975},
-    {9, L"TileAngularity", EParameterKind::Integer, 0, 100, 75, 2976, 2977},
-    {10, L"TileShape", EParameterKind::TileShape, 0, 0, 2, 2978, 2979},
-    {11, L"TileSize", EParameterKind::Integer, 8, 32, 15, 2980, 2981, EMaximumRule::Scaled},
+enum EParameter {
+    kAmbience,
+    kAngle,
+    kBorderSize,
+    kColor,
+    kDepth,
+    kElevation,
+    kIntensity,
+    kShininess,
+    kSmoothness,
+    kTileAngularity,
+    kTileShape,
+    kTileSize
 };
 
-constexpr SReliefIndices kRelief{.ambience = 0,
-                                 .angle = 1,
-                                 .color = 3,
-                                 .depth = 4,
-                                 .elevation = 5,
-                                 .intensity = 6,
-                                 .shininess = 7,
-                                 .smoothness = 8};
+constexpr SParameterRow kParameters[] = {
+    parameter::Integer(kAmbience, L"Ambience", -100, 100, 0, 2958, 2959),
+    parameter::Integer(kAngle, L"Angle", 0, 359, 315, 2960, 2961),
+    parameter::ScaledInteger(kBorderSize, L"BorderSize", 1, 10, 1, 2962, 2963),
+    parameter::Colour(kColor, L"Color", 0xFFFFFF, 2964, 2965),
+    parameter::Integer(kDepth, L"Depth", 1, 100, 1, 2966, 2967),
+    parameter::Integer(kElevation, L"Elevation", 1, 90, 30, 2968, 2969),
+    parameter::Integer(kIntensity, L"Intensity", 1, 100, 50, 2970, 2971),
+    parameter::Integer(kShininess, L"Shininess", 0, 100, 50, 2972, 2973),
+    parameter::Integer(kSmoothness, L"Smoothness", 0, 100, 25, 2974, 2975),
+    parameter::Integer(kTileAngularity, L"TileAngularity", 0, 100, 75, 2976, 2977),
+    parameter::Member(kTileShape, L"TileShape", L"TileShape", 2, 2978, 2979),
+    parameter::ScaledInteger(kTileSize, L"TileSize", 8, 32, 15, 2980, 2981),
+};
+
+constexpr SControlRow kControls[] = {
+    control::Number(2957, kAmbience),
+    control::Number(2961, kAngle),
+    control::Number(2954, kBorderSize),
+    control::Number(2956, kDepth),
+    control::Number(2963, kElevation),
+    control::Number(2962, kIntensity),
+    control::Number(2958, kShininess),
+    control::Number(2959, kSmoothness),
+    control::Number(2953, kTileAngularity),
+    control::Number(2955, kTileSize),
+    control::Dial(2960, kAngle),
+    control::Swatch(2964, kColor),
+    control::List(2952, kTileShape).With(EExchange::Control),
+};
+
+// The texts of the shapes 0, 1 and 2.
+constexpr int kShapeNames[] = {2982, 2983, 2984};
+
+constexpr SReliefIndices kRelief{.ambience = kAmbience,
+                                 .angle = kAngle,
+                                 .color = kColor,
+                                 .depth = kDepth,
+                                 .elevation = kElevation,
+                                 .intensity = kIntensity,
+                                 .shininess = kShininess,
+                                 .smoothness = kSmoothness};
 
 }  // namespace
 
-const SCommandDescription kDescription{L"Tiles",
-                                       MakeGuid("73CE50B7-5663-4E3F-8FC0-F9D168447C5B"),
-                                       36025,
-                                       {.textA = 2951,
-                                        .textId = 2952,
-                                        .name = 2953,
-                                        .threePart = 2955,
-                                        .textC = 2954,
-                                        .textB = 2956,
-                                        .imageId = 2957},
-                                       {8, 10, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}},
-                                       kParameters};
+const SMemberListTable kDialog{
+    {.templateId = 2982, .controls = kControls, .dialsReportAsFields = true}, kShapeNames};
 
-CErrorAutoThrow CCmdTiles::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                       CRowIteratorBands& destination, const CRowIterator* /*mask*/,
-                                       const SHostArguments& /*arguments*/,
-                                       ICommandExecutionContext* /*context*/) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        CTilesSettings settings;
-        ReadRelief(parameters, kRelief, settings);
-        settings.tileShape = parameters.Member(10, 2);
-        settings.tileAngularity = parameters.Integer(9, 31);
-        settings.tileSize = parameters.Integer(11, 7);
-        settings.borderSize = parameters.Integer(2, 13);
-        return ApplyTiles(status, source, destination, settings);
-    });
+const SCommandDescription kDescription{
+    L"Tiles",     MakeGuid("73CE50B7-5663-4E3F-8FC0-F9D168447C5B"),
+    36025,        TextsFrom(2951),
+    kind::kTiles, kParameters};
+
+CErrorAutoThrow CCmdTiles::Apply(const SRun& run, const CParameterReader& read) {
+    CTilesSettings settings;
+    ReadRelief(read, kRelief, settings);
+    settings.tileShape = read.Member(kTileShape, 2);
+    settings.tileAngularity = read.Integer(kTileAngularity, 31);
+    settings.tileSize = read.Integer(kTileSize, 7);
+    settings.borderSize = read.Integer(kBorderSize, 13);
+    return ApplyTiles(run.status, run.source, run.destination, settings);
 }
 
 // A tile's bevel and grout reach beyond the area that is asked about.

@@ -5,16 +5,33 @@
 namespace CmdWeave {
 namespace {
 
+enum EParameter { kFillGaps, kGapColor, kWeaveColor, kWeaveWidth, kGapWidth, kOpacity };
+
 constexpr SParameterRow kParameters[] = {
-    {0, L"FillGaps", EParameterKind::Boolean, 0, 0, 1, 557, 564},
-    {1, L"GapColor", EParameterKind::Colour, 0, 0, 0x000000, 559, 565},
-    {2, L"WeaveColor", EParameterKind::Colour, 0, 0, 0x000000, 560, 566},
-    {3, L"WeaveWidth", EParameterKind::Integer, 1, 0, 75, 562, 567, EMaximumRule::CanvasSide, true},
-    {4, L"GapWidth", EParameterKind::Integer, 1, 0, 25, 570, 568, EMaximumRule::CanvasSide, true},
-    {5, L"Opacity", EParameterKind::Integer, 1, 100, 100, 563, 569},
+    parameter::Boolean(kFillGaps, L"FillGaps", true, 557, 564),
+    parameter::Colour(kGapColor, L"GapColor", 0x000000, 559, 565),
+    parameter::Colour(kWeaveColor, L"WeaveColor", 0x000000, 560, 566),
+    parameter::CanvasInteger(kWeaveWidth, L"WeaveWidth", 1, 75, 562, 567).FittingTheCanvas(),
+    parameter::CanvasInteger(kGapWidth, L"GapWidth", 1, 25, 570, 568).FittingTheCanvas(),
+    parameter::Integer(kOpacity, L"Opacity", 1, 100, 100, 563, 569),
+};
+
+constexpr int kGapColourSwatch = 1571;
+
+constexpr SControlRow kControls[] = {
+    control::CanvasNumber(1011, kWeaveWidth),
+    control::CanvasNumber(1568, kGapWidth),
+    control::Number(1094, kOpacity),
+    control::Check(1569, kFillGaps).With(EExchange::Control),
+    control::Swatch(1570, kWeaveColor),
+    control::Swatch(kGapColourSwatch, kGapColor),
 };
 
 }  // namespace
+
+const SGapColourTable kDialog{
+    {.templateId = 561, .controls = kControls},
+    {.fillGaps = kFillGaps, .gapColor = kGapColor, .swatch = kGapColourSwatch, .label = 1598}};
 
 const SCommandDescription kDescription{L"Weave",
                                        MakeGuid("F2EB6F66-1BFD-4368-BA17-A757345A12F6"),
@@ -26,21 +43,14 @@ const SCommandDescription kDescription{L"Weave",
                                         .textC = 571,
                                         .textB = 555,
                                         .imageId = 556},
-                                       {10, 12},
-                                       {{1, 1}, {2, 1}, {15, 1}, {14, 1}, {3, 0}, {22, 1}},
+                                       kind::kWeave,
                                        kParameters};
 
-CErrorAutoThrow CCmdWeave::ApplyEffect(CStatusControl* status, CRowIteratorBands& source,
-                                       CRowIteratorBands& destination, const CRowIterator* /*mask*/,
-                                       const SHostArguments& /*arguments*/,
-                                       ICommandExecutionContext* context) {
-    return CatchErrors([&] {
-        const CParameterReader parameters(BoundRepository());
-        return ApplyWeave(status, source, destination, parameters.Integer(3, 0),
-                          parameters.Integer(4, 0), parameters.Integer(5, 0),
-                          parameters.Colour(2, 0), parameters.Colour(1, 0),
-                          parameters.Boolean(0, false), CanvasHeight(context, source));
-    });
+CErrorAutoThrow CCmdWeave::Apply(const SRun& run, const CParameterReader& read) {
+    return ApplyWeave(run.status, run.source, run.destination, read.Integer(kWeaveWidth, 0),
+                      read.Integer(kGapWidth, 0), read.Integer(kOpacity, 0),
+                      read.Colour(kWeaveColor, 0), read.Colour(kGapColor, 0),
+                      read.Boolean(kFillGaps, false), CanvasHeight(run.context, run.source));
 }
 
 }  // namespace CmdWeave

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/commands/ICommandExecutionContext.h"
+#include "host/core/Geometry.h"
 #include "host/core/HostApi.h"
 #include "host/core/TRef.h"
 
@@ -13,6 +14,16 @@ class HOST_API CCmdHelpers {
     CErrorAutoThrow GetGraphic(TRef<INGLGraphic>& graphic) const;
     // The resource library; error 101 when there is none.
     CErrorAutoThrow GetResourceLibrary(TRef<IResourceLibrary>& library) const;
+
+    // A side of the canvas where there is no document.
+    static constexpr int kSideWithoutDocument = 32767;
+    // Of the document's canvas; without a document, of a square of that side.
+    CSize CanvasSize() const {
+        TRef<INGLGraphic> graphic;
+        GetGraphic(graphic).Ignore();
+        if (!graphic) return {kSideWithoutDocument, kSideWithoutDocument};
+        return {graphic->GetWidth(), graphic->GetHeight()};
+    }
 
   private:
     ICommandExecutionContext* context_;

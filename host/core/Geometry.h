@@ -10,6 +10,7 @@ struct CPoint {
 struct CSize {
     int cx = 0;
     int cy = 0;
+    int LargerSide() const { return cx > cy ? cx : cy; }
     friend bool operator==(const CSize&, const CSize&) = default;
 };
 

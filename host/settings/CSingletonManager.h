@@ -8,6 +8,11 @@
 // The global settings: numbered items, each of which answers the parameter access interfaces.
 struct IGlobalSettings : IUnknown {
     static constexpr GUID kId = MakeGuid("889F1FE9-5EEB-4353-A530-3C536B26FE98");
+    // The item of the range scale, and its settings: whether it is on, and by how many per cent it
+    // enlarges the ranges that follow it.
+    static constexpr int kRangeItem = 134;
+    static constexpr int kRangeScalePercent = 140;
+    static constexpr int kRangeScaleOn = 141;
     // The item with a reference added, or null.
     virtual IUnknown* GetItem(int item) = 0;
 };

@@ -11,10 +11,6 @@
 
 namespace {
 
-constexpr int kRangeItem = 134;
-constexpr int kScalePercent = 140;
-constexpr int kScaleEnabled = 141;
-
 struct SValues {
     std::mutex mutex;
     std::map<int, std::int32_t> by_index;
@@ -29,8 +25,8 @@ SValues& Values() {
             return static_cast<std::int32_t>(
                 ReadRegistryNumber(ERegistryHive::CurrentUser, key, name).value_or(0));
         };
-        values.by_index = {{kScalePercent, number(L"RangeScalePercent")},
-                           {kScaleEnabled, number(L"RangeScale")}};
+        values.by_index = {{IGlobalSettings::kRangeScalePercent, number(L"RangeScalePercent")},
+                           {IGlobalSettings::kRangeScaleOn, number(L"RangeScale")}};
     });
     return values;
 }
@@ -104,8 +100,8 @@ class CGlobalSettings : public TUnknownImpl<CGlobalSettings, IGlobalSettings> {
 
 void SetRangeScale(int percent, bool enabled) {
     const std::lock_guard lock(Values().mutex);
-    Values().by_index[kScalePercent] = percent;
-    Values().by_index[kScaleEnabled] = enabled ? 1 : 0;
+    Values().by_index[IGlobalSettings::kRangeScalePercent] = percent;
+    Values().by_index[IGlobalSettings::kRangeScaleOn] = enabled ? 1 : 0;
 }
 
 void* CSingletonManager::GetInstanceVoid(const GUID& id) {

@@ -64,7 +64,8 @@ TEST_F(Faults, MissingTextsAndControlsAreSurvived) {
                             {{"dialogs", {{"207", {{"groups", nlohmann::json::array({group})}}}}}});
     EXPECT_FALSE(effect
                      .Run([&](IDialogModel& dialog) {
-                         EXPECT_EQ(dialog.ToolTip(1011), L" [2 - 300]");
+                         EXPECT_EQ(dialog.ToolTip(1011), L"Slat width [2 - 300]")
+                             << "its parameter's";
                          dialog.Type(1011, L"33");
                          dialog.Click(1212);
                          dialog.Ok();

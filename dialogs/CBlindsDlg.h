@@ -1,8 +1,0 @@
-#pragma once
-
-#include "dialogs/CParameterDlg.h"
-
-class CBlindsDlg final : public CParameterDlg {
-  public:
-    CBlindsDlg(ICommandExecutionContext* context, VCommandImplementation* command, CWnd* parent);
-};

@@ -1,8 +1,0 @@
-#pragma once
-
-#include "dialogs/CParameterDlg.h"
-
-class CCmdFurDlg final : public CParameterDlg {
-  public:
-    CCmdFurDlg(ICommandExecutionContext* context, VCommandImplementation* command, CWnd* parent);
-};
