@@ -15,8 +15,8 @@
 // names are names: no byte in them has a meaning of its own.
 namespace imagefile {
 
-// What travels with a picture besides its pixels: colour profile, EXIF, XMP, IPTC, comments and
-// resolution. Opaque and never changed; null is none.
+// What travels with a picture besides its pixels (metadata/Metadata.h). Opaque and never changed;
+// null is none.
 struct SMetadata;
 using CMetadata = std::shared_ptr<const SMetadata>;
 

@@ -10,10 +10,9 @@
 #include "app/imagefile/CFileDescriptor.h"
 #include "app/imagefile/CImageFile.h"
 #include "app/imagefile/FileKinds.h"
-#include "app/imagefile/Metadata.h"
 #include "app/imagefile/PixelRows.h"
-#include "app/imagefile/PngStructure.h"
 #include "app/imagefile/VipsSession.h"
+#include "app/imagefile/metadata/Metadata.h"
 
 namespace imagefile {
 
@@ -69,7 +68,7 @@ class CImageReader {
     void Open();
     void OpenFile();
     void FindKind();
-    void CheckPng();
+    void ReadStructure();
     void CheckSize(std::uint64_t width, std::uint64_t height) const;
     CNPixelFormat CheckLayout(VipsImage* opened) const;
     void JudgeWarnings(bool decoding);
@@ -84,6 +83,7 @@ class CImageReader {
     CFileDescriptor descriptor_;
     const SKind* kind_ = nullptr;
     CVipsWarnings logged_;
+    SContents contents_;
     TVips<VipsImage> opened_;
     SImageHeader header_;
     SImageFile result_;
@@ -94,7 +94,7 @@ void CImageReader::Open() {
     StartVips();
     OpenFile();
     FindKind();
-    if (kind_->kind == ENKind::Png) CheckPng();
+    ReadStructure();
     OpenPicture();
 }
 
@@ -129,11 +129,22 @@ void CImageReader::FindKind() {
     FailUnsupported("is not an image of a known kind", hint);
 }
 
-void CImageReader::CheckPng() {
-    const SPngStructure png = ReadPngStructure(descriptor_.Get());
-    if (png.width > 0) CheckSize(png.width, png.height);
-    if (png.is_animated) FailUnsupported("is an animated PNG", "save one frame as a PNG first");
-    if (!png.is_complete) Damaged("is cut off");
+// What the decoders overlook or do not tell.
+void CImageReader::ReadStructure() {
+    contents_ = ReadContents(kind_->kind, descriptor_.Get());
+    if (contents_.is_too_large) {
+        Fail(ENFault::Limit, "has more than " + std::to_string(kMaxMetadataBytes >> 20) +
+                                 " MB of data besides its pixels");
+    }
+    if (contents_.size.cx > 0) {
+        CheckSize(static_cast<std::uint64_t>(contents_.size.cx),
+                  static_cast<std::uint64_t>(contents_.size.cy));
+    }
+    if (contents_.is_animated && kind_->kind == ENKind::Png) {
+        FailUnsupported("is an animated PNG", "save one frame as a PNG first");
+    }
+    for (const std::string& what : contents_.damage) Damaged(what);
+    for (const std::string& what : contents_.warnings) Warn(what);
 }
 
 void CImageReader::CheckSize(std::uint64_t width, std::uint64_t height) const {
@@ -218,7 +229,7 @@ void CImageReader::OpenPicture() {
     CheckSize(static_cast<std::uint64_t>(opened_->Xsize),
               static_cast<std::uint64_t>(opened_->Ysize));
     header_ = {{opened_->Xsize, opened_->Ysize}, CheckLayout(opened_.get())};
-    if (vips_image_get_orientation_swap(opened_.get())) {
+    if (contents_.metadata.orientation >= 5) {
         std::swap(header_.size.cx, header_.size.cy);
     }
     JudgeWarnings(false);
@@ -232,12 +243,10 @@ void CImageReader::Decode() {
                  SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +
                  ", for which the memory cannot be had");
     }
-    result_.metadata = TakeMetadata(opened_.get(), kind_->kind, descriptor_.Get());
-    if (!Blob(opened_.get(), VIPS_META_EXIF_NAME).empty() &&
-        Blob(result_.metadata->header.get(), VIPS_META_EXIF_NAME).empty()) {
-        Warn("the EXIF data are not valid and are left out");
-    }
+    contents_.metadata.picture.format = header_.format;
+    MakeUpright(contents_.metadata, {opened_->Xsize, opened_->Ysize});
     DecodeRows(opened_.get());
+    result_.metadata = std::make_shared<const SMetadata>(std::move(contents_.metadata));
     opened_.reset();  // a decoder may still complain when it is closed
     JudgeWarnings(true);
 }
@@ -281,7 +290,7 @@ std::string CImageReader::RowTrouble() {
 // own, an error that one of them meets can be lost.
 void CImageReader::DecodeRows(VipsImage* opened) {
     const TVips<VipsRegion> region(vips_region_new(opened));
-    const SPlacement place = Place(result_.pixels, vips_image_get_orientation(opened));
+    const SPlacement place = Place(result_.pixels, contents_.metadata.orientation);
     const int height = opened->Ysize;
     const auto store = [&](const void* row, int y) {
         VisitPixelFormat(result_.pixels.GetPixelFormat(), 0, [&](auto traits) {

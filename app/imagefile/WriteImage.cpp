@@ -1,15 +1,17 @@
+#include <zlib.h>
+
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
+#include <memory>
 #include <utility>
 
 #include "app/imagefile/CImageFile.h"
 #include "app/imagefile/COutputFile.h"
 #include "app/imagefile/FileKinds.h"
-#include "app/imagefile/Metadata.h"
 #include "app/imagefile/PixelRows.h"
 #include "app/imagefile/VipsSession.h"
 #include "app/imagefile/WriteWebp.h"
+#include "app/imagefile/metadata/Metadata.h"
 
 namespace imagefile {
 
@@ -101,6 +103,26 @@ class CRowSource {
     CNPixelFormat to_;
 };
 
+std::uint32_t BigEndian(CBytesView bytes, std::size_t at, std::size_t count) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < count; ++i) number = number << 8 | bytes[at + i];
+    return number;
+}
+
+void PutBigEndian(CBytes& to, std::uint64_t number, int count) {
+    for (int i = count; i-- > 0;) to.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
+}
+
+void PutChunk(CBytes& to, const SChunk& chunk) {
+    PutBigEndian(to, chunk.data.size(), 4);
+    const std::size_t begin = to.size();
+    to.insert(to.end(), chunk.type.begin(), chunk.type.end());
+    to.insert(to.end(), chunk.data.begin(), chunk.data.end());
+    PutBigEndian(to, crc32(0, &to[begin], static_cast<uInt>(to.size() - begin)), 4);
+}
+
+using CChunks = std::vector<SChunk>;
+
 // One picture on its way into an output file.
 class CImageWriter {
   public:
@@ -118,9 +140,9 @@ class CImageWriter {
     std::vector<std::string> Write() {
         StartVips();
         progress_.SetProgressRange(kPercent);
+        if (Stops(0)) FailEncoding("");
         WarnOfPixels();
         kind_.kind == ENKind::Webp ? SaveWebp() : SaveByVips();
-        if (kind_.kind == ENKind::Tiff && metadata_) SaveTiffExif();
         if (metadata_) WarnOfMetadata();
         if (Stops(kPercent)) FailEncoding("");
         return std::move(warnings_);
@@ -133,7 +155,6 @@ class CImageWriter {
     // What has stopped the encoder: us, the file system, or itself.
     [[noreturn]] void FailEncoding(const std::string& reason) const {
         if (stops_) throw CImageFileError(ENFault::Cancelled, file_, "cancelled");
-        if (write_error_ != 0) output_.FailWriting(write_error_);
         throw CImageFileError(ENFault::Output, file_, "cannot be encoded: " + reason);
     }
     bool Stops(int percent) {
@@ -151,16 +172,16 @@ class CImageWriter {
     void WarnOfPixels();
     void WarnOfMetadata();
     void SaveWebp();
-    void SaveTiffExif();
     void SaveByVips();
     TVips<VipsImage> MakeVipsImage();
-    TVips<VipsTarget> MakeVipsTarget();
+    void WritePng(CBytesView file);
+    void WriteJpeg(CBytesView file);
+    SImageHeader Header() const {
+        return {{pixels_.GetWidth(), pixels_.GetHeight()}, rows_.Format()};
+    }
 
     static int OnRows(VipsRegion* region, void* sequence, void* a, void* b, gboolean* stop);
     static void OnEval(VipsImage* image, VipsProgress* progress, CImageWriter* self);
-    static gint64 OnWrite(VipsTargetCustom*, const void* bytes, gint64 length, CImageWriter* self);
-    static gint64 OnRead(VipsTargetCustom*, void* bytes, gint64 length, CImageWriter* self);
-    static gint64 OnSeek(VipsTargetCustom*, gint64 offset, int whence, CImageWriter* self);
 
     const std::filesystem::path& file_;
     const SKind& kind_;
@@ -171,7 +192,7 @@ class CImageWriter {
     CStatusControl progress_;
     CVipsWarnings logged_;
     std::atomic<bool> stops_ = false;
-    std::atomic<int> write_error_ = 0;
+    CLosses losses_;
     std::vector<std::string> warnings_;
 };
 
@@ -187,28 +208,18 @@ void CImageWriter::WarnOfPixels() {
 
 // What arrived is looked up in the file itself.
 void CImageWriter::WarnOfMetadata() {
-    const TVips<VipsImage> written = OpenDecoder(kind_.kind, output_.Descriptor(), false);
-    if (!written) FailEncoding(TakeVipsError());
-    const CMetadata arrived = TakeMetadata(written.get(), kind_.kind, output_.Descriptor());
-    for (const std::string& lost : LostMetadata(*metadata_, *arrived)) {
-        Warn(lost);
+    SContents arrived = ReadContents(kind_.kind, output_.Descriptor());
+    MakeUpright(arrived.metadata, {pixels_.GetWidth(), pixels_.GetHeight()});
+    for (std::string& lost : LostMetadata(*metadata_, arrived.metadata)) {
+        const bool is_known = std::find(losses_.begin(), losses_.end(), lost) != losses_.end();
+        if (!is_known) losses_.push_back(std::move(lost));
     }
+    for (const std::string& lost : losses_) Warn(lost);
 }
 
 void CImageWriter::SaveWebp() {
-    std::vector<std::uint8_t> exif_bytes;
-    SWebpExtras extras;
-    if (metadata_) {
-        VipsImage* header = metadata_->header.get();
-        // WebP has no place for the resolution but here; 1 pixel per millimetre stands for none.
-        auto exif = CExif::FromBytes(Blob(header, VIPS_META_EXIF_NAME));
-        if (!exif && (header->Xres != 1.0 || header->Yres != 1.0)) exif.emplace();
-        if (exif) {
-            exif->Describe(pixels_.GetWidth(), pixels_.GetHeight(), header->Xres, header->Yres);
-            exif_bytes = exif->Bytes();
-        }
-        extras = {Blob(header, VIPS_META_ICC_NAME), exif_bytes, Blob(header, VIPS_META_XMP_NAME)};
-    }
+    CChunks chunks;
+    if (metadata_) chunks = WebpChunks(*metadata_, Header(), losses_);
     const int channels = rows_.Format().Channels();
     const int width = pixels_.GetWidth();
     std::vector<std::uint8_t> row(static_cast<std::size_t>(width) *
@@ -223,17 +234,10 @@ void CImageWriter::SaveWebp() {
     };
     std::string error;
     const std::vector<std::uint8_t> bytes = EncodeWebp(
-        width, pixels_.GetHeight(), extras, fill_row,
+        width, pixels_.GetHeight(), chunks, fill_row,
         [this](int percent) { return Stops(percent); }, error);
     if (bytes.empty()) FailEncoding(error);
     output_.Write(bytes);
-}
-
-// The library writes no EXIF data into TIFF files.
-void CImageWriter::SaveTiffExif() {
-    const auto exif = CExif::FromBytes(Blob(metadata_->header.get(), VIPS_META_EXIF_NAME));
-    if (!exif) return;
-    if (const int error = exif->AddToTiffFile(output_.Descriptor())) output_.FailWriting(error);
 }
 
 int CImageWriter::OnRows(VipsRegion* region, void* /*sequence*/, void* /*a*/, void* b,
@@ -252,23 +256,6 @@ void CImageWriter::OnEval(VipsImage* /*image*/, VipsProgress* progress, CImageWr
     self->Stops(std::clamp(progress->percent, 0, kPercent));
 }
 
-gint64 CImageWriter::OnWrite(VipsTargetCustom*, const void* bytes, gint64 length,
-                             CImageWriter* self) {
-    const ssize_t written =
-        write(self->output_.Descriptor(), bytes, static_cast<std::size_t>(length));
-    if (written < 0 && errno == EINTR) return OnWrite(nullptr, bytes, length, self);
-    if (written < 0) self->write_error_ = errno;
-    return written;
-}
-
-gint64 CImageWriter::OnRead(VipsTargetCustom*, void* bytes, gint64 length, CImageWriter* self) {
-    return read(self->output_.Descriptor(), bytes, static_cast<std::size_t>(length));
-}
-
-gint64 CImageWriter::OnSeek(VipsTargetCustom*, gint64 offset, int whence, CImageWriter* self) {
-    return lseek(self->output_.Descriptor(), offset, whence);
-}
-
 // An image whose rows are made when the encoder asks for them.
 TVips<VipsImage> CImageWriter::MakeVipsImage() {
     const CNPixelFormat format = rows_.Format();
@@ -285,39 +272,75 @@ TVips<VipsImage> CImageWriter::MakeVipsImage() {
         vips_image_generate(image.get(), nullptr, &OnRows, nullptr, nullptr, this) != 0) {
         FailEncoding(TakeVipsError());
     }
-    if (metadata_) GiveMetadata(*metadata_, image.get());
     vips_image_set_progress(image.get(), TRUE);
     g_signal_connect(image.get(), "eval", G_CALLBACK(&OnEval), this);
     return image;
 }
 
-// A target that keeps the system's reason when a write fails.
-TVips<VipsTarget> CImageWriter::MakeVipsTarget() {
-    VipsTargetCustom* custom = vips_target_custom_new();
-    g_signal_connect(custom, "write", G_CALLBACK(&OnWrite), this);
-    g_signal_connect(custom, "read", G_CALLBACK(&OnRead), this);
-    g_signal_connect(custom, "seek", G_CALLBACK(&OnSeek), this);
-    return TVips<VipsTarget>(VIPS_TARGET(custom));
-}
-
+// What was encoded has no metadata but what the library invents; ours take its place.
 void CImageWriter::SaveByVips() {
-    const TVips<VipsTarget> target = MakeVipsTarget();
     const TVips<VipsImage> image = MakeVipsImage();
+    void* bytes = nullptr;
+    std::size_t length = 0;
     int failed = 0;
     if (kind_.kind == ENKind::Png) {
-        failed = vips_pngsave_target(image.get(), target.get(), "compression", kPngCompression,
+        failed = vips_pngsave_buffer(image.get(), &bytes, &length, "compression", kPngCompression,
                                      "filter", kPngFilter, nullptr);
     } else if (kind_.kind == ENKind::Jpeg) {
-        failed = vips_jpegsave_target(image.get(), target.get(), "Q", kJpegQuality,
+        failed = vips_jpegsave_buffer(image.get(), &bytes, &length, "Q", kJpegQuality,
                                       "subsample_mode", VIPS_FOREIGN_SUBSAMPLE_OFF, nullptr);
     } else {
-        failed = vips_tiffsave_target(image.get(), target.get(), "compression", kTiffCompression,
+        failed = vips_tiffsave_buffer(image.get(), &bytes, &length, "compression", kTiffCompression,
                                       "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL,
                                       "bigtiff", NeedsBigTiff(), nullptr);
     }
-    // Encoders are known to overlook a write that failed.
-    const std::string reason = TakeVipsError();
-    if (failed != 0 || write_error_ != 0 || stops_) FailEncoding(reason);
+    const std::unique_ptr<void, decltype(&g_free)> owner(bytes, &g_free);
+    if (failed != 0 || stops_) FailEncoding(TakeVipsError());
+    const CBytesView file(static_cast<const std::uint8_t*>(bytes), length);
+    if (kind_.kind == ENKind::Png) {
+        WritePng(file);
+    } else if (kind_.kind == ENKind::Jpeg) {
+        WriteJpeg(file);
+    } else {
+        output_.Write(file);
+        const STiffPlan plan = metadata_ ? PlanTiff(*metadata_, Header(), losses_) : STiffPlan();
+        if (const int error = FinishTiff(plan, output_.Descriptor(), losses_)) {
+            output_.FailWriting(error);
+        }
+    }
+}
+
+void CImageWriter::WritePng(CBytesView file) {
+    constexpr std::size_t kHeaderEnd = 33;
+    const std::size_t end = file.size() - 12;
+    std::size_t pixels = kHeaderEnd;
+    while (BigEndian(file, pixels + 4, 4) != 0x49444154) {
+        pixels += BigEndian(file, pixels, 4) + 12;
+    }
+    CChunks chunks;
+    if (metadata_) chunks = PngChunks(*metadata_, Header(), losses_);
+    CBytes before, after;
+    for (const SChunk& chunk : chunks) PutChunk(chunk.follows_pixels ? after : before, chunk);
+    output_.Write(file.first(kHeaderEnd));
+    output_.Write(before);
+    output_.Write(file.subspan(pixels, end - pixels));
+    output_.Write(after);
+    output_.Write(file.subspan(end));
+}
+
+void CImageWriter::WriteJpeg(CBytesView file) {
+    std::size_t at = 2;
+    while (file[at + 1] >> 4 == 0xe) at += 2 + BigEndian(file, at + 2, 2);
+    CBytes head = {0xff, 0xd8};
+    static const SMetadata kNone;
+    for (const SSegment& segment :
+         JpegSegments(metadata_ ? *metadata_ : kNone, Header(), losses_)) {
+        head.insert(head.end(), {0xff, segment.marker});
+        PutBigEndian(head, segment.data.size() + 2, 2);
+        head.insert(head.end(), segment.data.begin(), segment.data.end());
+    }
+    output_.Write(head);
+    output_.Write(file.subspan(at));
 }
 
 }  // namespace

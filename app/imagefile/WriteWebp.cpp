@@ -40,18 +40,14 @@ std::string ErrorText(WebPEncodingError code) {
 }
 
 std::vector<std::uint8_t> Assemble(std::span<const std::uint8_t> picture,
-                                   const SWebpExtras& extras) {
+                                   const std::vector<SChunk>& chunks) {
     const TOwner<WebPMux> mux(WebPMuxNew());
     const WebPData image = {picture.data(), picture.size()};
     bool is_ok = mux && WebPMuxSetImage(mux.get(), &image, 0) == WEBP_MUX_OK;
-    const auto add = [&](const char* name, std::span<const std::uint8_t> bytes) {
-        const WebPData data = {bytes.data(), bytes.size()};
-        if (bytes.empty() || !is_ok) return;
-        is_ok = WebPMuxSetChunk(mux.get(), name, &data, 0) == WEBP_MUX_OK;
-    };
-    add("ICCP", extras.profile);
-    add("EXIF", extras.exif);
-    add("XMP ", extras.xmp);
+    for (const SChunk& chunk : chunks) {
+        const WebPData data = {chunk.data.data(), chunk.data.size()};
+        is_ok = is_ok && WebPMuxSetChunk(mux.get(), chunk.type.c_str(), &data, 0) == WEBP_MUX_OK;
+    }
     WebPData file = {};
     const TOwner<WebPData> owner(&file);
     if (!is_ok || WebPMuxAssemble(mux.get(), &file) != WEBP_MUX_OK) return {};
@@ -60,7 +56,7 @@ std::vector<std::uint8_t> Assemble(std::span<const std::uint8_t> picture,
 
 }  // namespace
 
-std::vector<std::uint8_t> EncodeWebp(int width, int height, const SWebpExtras& extras,
+std::vector<std::uint8_t> EncodeWebp(int width, int height, const std::vector<SChunk>& chunks,
                                      const std::function<void(int, std::uint32_t*)>& fill_row,
                                      const CStops& stops, std::string& error) {
     WebPConfig config;
@@ -88,20 +84,13 @@ std::vector<std::uint8_t> EncodeWebp(int width, int height, const SWebpExtras& e
             fill_row(y, picture.argb + static_cast<std::ptrdiff_t>(y) * picture.argb_stride);
         }
         if (WebPEncode(&config, &picture)) {
-            std::vector<std::uint8_t> file = Assemble({written.mem, written.size}, extras);
+            std::vector<std::uint8_t> file = Assemble({written.mem, written.size}, chunks);
             if (file.empty()) error = ErrorText(VP8_ENC_ERROR_OUT_OF_MEMORY);
             return file;
         }
     }
     error = ErrorText(picture.error_code);
     return {};
-}
-
-std::vector<std::uint8_t> OnePixelWebp(std::span<const std::uint8_t> exif) {
-    std::string error;
-    return EncodeWebp(
-        1, 1, {.profile = {}, .exif = exif, .xmp = {}},
-        [](int, std::uint32_t* row) { row[0] = 0xff000000; }, [](int) { return false; }, error);
 }
 
 }  // namespace imagefile

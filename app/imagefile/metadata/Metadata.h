@@ -9,8 +9,6 @@
 #include "app/imagefile/CImageFile.h"
 #include "app/imagefile/FileKinds.h"
 
-struct tiff;
-
 // Everything that a file holds besides the coding of its pixels, and what of it a written file
 // shall hold. Within a kind of file it is carried byte for byte, and only what the picture's change
 // makes wrong is corrected (orientation, sizes, thumbnails). Between kinds the neutral blocks
@@ -33,12 +31,14 @@ struct SSegment {
     CBytes data;
 };
 
-// A value of a TIFF directory: `count` items of the TIFF type, in this machine's byte order.
+// A value of a TIFF directory: `count` items of the TIFF type, in the file's byte order.
 struct STiffValue {
     std::uint16_t tag = 0;
     std::uint16_t type = 0;
     std::uint64_t count = 0;
-    CBytes data;
+    CBytes data = {};
+    std::uint64_t at = 0;                // where the data lay in the file or EXIF block
+    std::vector<STiffValue> below = {};  // the directory that this value points at, instead of data
 };
 
 // Unit of a resolution; None tells an aspect ratio only.
@@ -69,7 +69,9 @@ struct SMetadata {
     int orientation = 1;   // as the file told it, 1 to 8; all the rest here is corrected to 1
     SCoding coding;
 
-    // What the file held, in its order; those of the other kinds are empty.
+    // What the file held, in its order; those of the other kinds are empty. PNG: all but the pixels
+    // (IDAT). JPEG: APPn and COM. WebP: all but the pixels and VP8X. TIFF: all but the pixels'
+    // coding.
     std::vector<SChunk> png_chunks;
     std::vector<SSegment> segments;
     std::vector<SChunk> riff_chunks;
@@ -79,7 +81,7 @@ struct SMetadata {
     // Neutral blocks, empty where the file has none.
     CBytes profile;    // ICC
     CBytes exif;       // a TIFF structure, without "Exif\0\0" ahead
-    CBytes xmp;        // a packet in UTF-8
+    CBytes xmp;        // a packet
     CBytes iptc;       // IIM records, without any wrapper
     CBytes photoshop;  // image resources ("8BIM"), IPTC among them
     std::optional<SResolution> resolution;
@@ -104,22 +106,44 @@ std::vector<SSegment> JpegSegments(const SMetadata& metadata, const SImageHeader
 std::vector<SChunk> WebpChunks(const SMetadata& metadata, const SImageHeader& written,
                                CLosses& losses);
 
-// A TIFF file for EXIF data, whose offsets count from the beginning of the file and must stay:
-// it has the byte order told, and `front` are its first bytes, before any pixel. The encoder opens
-// the file with "wb" or "wl", appends what of `front` lies beyond the 8 bytes of the header, and
-// after setting the tags of the pixels calls SetTiffTags.
+// What a TIFF file shall hold besides its pixels. Many MakerNotes hold offsets that count from the
+// beginning of the file: `front` keeps them where they were. The encoder opens the file in the byte
+// order told ("wb" or "wl"), appends the bytes of `front` beyond the file header before any pixel,
+// sets the tags of the pixels' coding alone, and when the library has closed the file calls
+// FinishTiff. A file without `front` is as valid, and costs the MakerNote.
 struct STiffPlan {
     bool is_big_endian = false;
-    CBytes front;                           // empty or longer than the header
+    CBytes front;                           // empty, or longer than the 8 bytes of the header
     std::uint32_t exif_at = 0, gps_at = 0;  // directories in `front`; 0 is none
     std::vector<STiffValue> tags;           // of the main directory
 };
-STiffPlan PlanTiff(const SMetadata& metadata, const SImageHeader& written, bool is_big_tiff,
-                   CLosses& losses);
-// Answers false when the library refuses a tag, whose loss is told.
-bool SetTiffTags(const STiffPlan& plan, tiff* file, CLosses& losses);
+STiffPlan PlanTiff(const SMetadata& metadata, const SImageHeader& written, CLosses& losses);
+// Lays the main directory out anew behind all else of a TIFF file that is open for reading and
+// writing: the entries that it has, and the plan's. Answers an `errno` value, 0 when all went well.
+int FinishTiff(const STiffPlan& plan, int descriptor, CLosses& losses);
 
-// Whether these bytes are an ICC profile that the picture's colours can have.
-bool IsProfileFor(CBytesView profile, CNPixelFormat format);
+// More than this is never read of what is not pixels.
+inline constexpr std::uint64_t kMaxMetadataBytes = 64 << 20;
+
+// What a file holds, as it lies there.
+struct SContents {
+    SMetadata metadata;
+    CSize size;     // of the picture as it is stored; empty where only the decoder tells it
+    int pages = 1;  // TIFF
+    bool is_animated = false;
+    bool is_too_large = false;          // more metadata than is ever taken in
+    std::vector<std::string> damage;    // of the file's structure
+    std::vector<std::string> warnings;  // of what is carried to no kind of file
+};
+// The structure of a file of this kind. `page` counts from 1.
+SContents ReadContents(ENKind kind, int descriptor, int page = 1);
+// Corrects all that is wrong once the picture, which is stored with this size, is upright.
+void MakeUpright(SMetadata& metadata, CSize stored);
+// Gives the metadata another colour profile (which may be none), and takes out all else that tells
+// what the colours meant.
+void ReplaceProfile(SMetadata& metadata, CBytes profile);
+
+// What of the metadata did not arrive in a file, by comparing contents: "the EXIF data" and so on.
+CLosses LostMetadata(const SMetadata& wanted, const SMetadata& written);
 
 }  // namespace imagefile
