@@ -1,116 +1,91 @@
 #include "noise.h"
 
-#include <array>
-#include <cmath>
-#include <complex>
-#include <numbers>
-
 namespace generator {
 namespace {
 
-constexpr double kTwoPi = 2 * std::numbers::pi;
-
-std::uint32_t Scramble(std::uint32_t h) {
-    h ^= h >> 16;
-    h *= 0x7feb352dU;
-    h ^= h >> 15;
-    h *= 0x846ca68bU;
+Bits Scramble(Bits h) {
+    h = (h ^ (h >> 16)) * 0x7feb352dU;
+    h = (h ^ (h >> 15)) * 0x846ca68bU;
     return h ^ (h >> 16);
 }
 
-std::uint32_t Hash(int x, int y, std::uint32_t seed) {
-    return Scramble(static_cast<std::uint32_t>(x) * 0x9e3779b1U ^
-                    Scramble(static_cast<std::uint32_t>(y) * 0x85ebca77U ^ Scramble(seed)));
+std::uint32_t Seed(std::uint32_t seed) { return (seed * 0x9e3779b1U) ^ (seed >> 3) ^ 0x5bd1e995U; }
+
+Bits Hash(Bits x, Bits y, std::uint32_t seed) {
+    return Scramble((x * 0x9e3779b1U) ^ (y * 0x85ebca77U + Bits(Seed(seed))));
 }
 
-double ToUnit(std::uint32_t h) { return h * (1.0 / 4294967296.0); }
-
-int Wrap(int i, int period) { return ((i % period) + period) % period; }
+// Of the upper 24 bits, which a float holds exactly.
+Real ToUnit(Bits h) { return ToReal(h >> 8) * (1.0 / 16777216.0); }
 
 // The lattice square that holds a point, and the point's place within it.
 struct Lattice {
     Lattice(Point p, Frequency f)
         : x(p.u * f.u), y(p.v * f.v), column(Floor(x)), row(Floor(y)), s(x - column), t(y - row) {}
-    static int Floor(double a) { return static_cast<int>(std::floor(a)); }
-
-    double x, y;
-    int column, row;
-    double s, t;
+    Real x, y;
+    Real column, row;
+    Real s, t;
 };
 
-double Fade(double t) { return t * t * t * (t * (t * 6 - 15) + 10); }
+Real Fade(Real t) { return t * t * t * (t * (t * 6 - 15) + 10); }
 
 // Blends a quantity of the four corners of the point's lattice square.
 template <typename Corner>
-double Interpolate(const Lattice& at, Corner corner) {
-    const double s = Fade(at.s);
-    return Mix(Mix(corner(0, 0), corner(1, 0), s), Mix(corner(0, 1), corner(1, 1), s), Fade(at.t));
+Real Interpolate(const Lattice& at, Frequency f, Corner corner) {
+    const Bits left = ToBits(Wrap(at.column, f.u));
+    const Bits right = ToBits(Wrap(at.column + 1, f.u));
+    const Bits top = ToBits(Wrap(at.row, f.v));
+    const Bits bottom = ToBits(Wrap(at.row + 1, f.v));
+    const Real s = Fade(at.s);
+    return Mix(
+        Mix(corner(left, top, at.s, at.t), corner(right, top, at.s - 1, at.t), s),
+        Mix(corner(left, bottom, at.s, at.t - 1), corner(right, bottom, at.s - 1, at.t - 1), s),
+        Fade(at.t));
 }
 
-// Sum over octaves, scaled so that the strengths add up to 1.
+// Sum over octaves, scaled so that the strengths add up to 1. Each octave is moved, or the lattice
+// points of the first, where all would be 0, would show.
 template <typename Noise>
-double Octaves(Frequency f, int octaves, std::uint32_t seed, Noise noise) {
-    double sum = 0;
+Real Octaves(Point p, Frequency f, int octaves, std::uint32_t seed, Noise noise) {
+    Real sum = 0;
     double strengths = 0;
     double strength = 1;
     for (int i = 0; i < octaves; ++i, strength /= 2, f = {f.u * 2, f.v * 2}) {
-        sum += strength * noise(f, seed + static_cast<std::uint32_t>(i) * 7919U);
+        const Point moved{p.u + 0.3819 * i, p.v + 0.2361 * i};
+        sum = sum + strength * noise(moved, f, seed + static_cast<std::uint32_t>(i) * 7919U);
         strengths += strength;
     }
-    return sum / strengths;
-}
-
-Point CellPoint(int x, int y, Frequency f, double jitter, std::uint32_t seed, double bond) {
-    const int column = Wrap(x, f.u);
-    const int row = Wrap(y, f.v);
-    const double shift = row % 2 == 0 ? 0 : bond;
-    return {x + shift + 0.5 + jitter * (Random(column, row, seed) - 0.5),
-            y + 0.5 + jitter * (Random(column, row, seed + 1) - 0.5)};
+    return sum * (1 / strengths);
 }
 
 }  // namespace
 
-double Dome(double x) { return std::sqrt(std::max(0.0, 1 - x * x)); }
+Real Wrap(Real whole, int period) { return whole - period * Floor((whole + 0.5) * (1.0 / period)); }
 
-double Random(int x, int y, std::uint32_t seed) { return ToUnit(Hash(x, y, seed)); }
-double Random(std::uint32_t id, std::uint32_t seed) {
-    return ToUnit(Scramble(id + Scramble(seed)));
+Real Random(Real x, Real y, std::uint32_t seed) { return ToUnit(Hash(ToBits(x), ToBits(y), seed)); }
+Real Random(Bits id, std::uint32_t seed) { return ToUnit(Scramble(id + Bits(Seed(seed)))); }
+
+Real ValueNoise(Point p, Frequency f, std::uint32_t seed) {
+    return Interpolate(Lattice(p, f), f,
+                       [&](Bits x, Bits y, Real, Real) { return ToUnit(Hash(x, y, seed)); });
 }
 
-double ValueNoise(Point p, Frequency f, std::uint32_t seed) {
-    const Lattice at(p, f);
-    return Interpolate(at, [&](int dx, int dy) {
-        return Random(Wrap(at.column + dx, f.u), Wrap(at.row + dy, f.v), seed);
-    });
-}
-
-double GradientNoise(Point p, Frequency f, std::uint32_t seed) {
-    static constexpr double kShort = 0.38268343236508977;
-    static constexpr double kLong = 0.92387953251128674;
-    static constexpr std::array<Point, 8> kGradients{{{kLong, kShort},
-                                                      {kShort, kLong},
-                                                      {-kShort, kLong},
-                                                      {-kLong, kShort},
-                                                      {-kLong, -kShort},
-                                                      {-kShort, -kLong},
-                                                      {kShort, -kLong},
-                                                      {kLong, -kShort}}};
-    const Lattice at(p, f);
-    return 1.5 * Interpolate(at, [&](int dx, int dy) {
-               const auto hash = Hash(Wrap(at.column + dx, f.u), Wrap(at.row + dy, f.v), seed);
-               const Point& g = kGradients[hash >> 29];
-               return g.u * (at.s - dx) + g.v * (at.t - dy);
+Real GradientNoise(Point p, Frequency f, std::uint32_t seed) {
+    return 1.6 * Interpolate(Lattice(p, f), f, [&](Bits x, Bits y, Real s, Real t) {
+               const Bits h = Hash(x, y, seed);
+               const Real gu = ToReal(h >> 16) * (1.0 / 32768) - 1;
+               const Real gv = ToReal((h * 65536U) >> 16) * (1.0 / 32768) - 1;
+               return gu * s + gv * t;
            });
 }
 
-double Fbm(Point p, Frequency f, int octaves, std::uint32_t seed) {
-    return Octaves(f, octaves, seed,
-                   [p](Frequency at, std::uint32_t s) { return GradientNoise(p, at, s); });
+Real Fbm(Point p, Frequency f, int octaves, std::uint32_t seed) {
+    return Octaves(p, f, octaves, seed, GradientNoise);
 }
 
-double Ridges(Point p, Frequency f, int octaves, std::uint32_t seed) {
-    return Octaves(f, octaves, seed, [p](Frequency at, std::uint32_t s) {
-        return 1 - std::min(1.0, 1.6 * std::abs(GradientNoise(p, at, s)));
+Real Ridges(Point p, Frequency f, int octaves, std::uint32_t seed) {
+    return Octaves(p, f, octaves, seed, [](Point q, Frequency at, std::uint32_t s) {
+        return 1 - Min(1, 1.6 * Abs(GradientNoise(q, at, s)));
     });
 }
 
@@ -119,40 +94,44 @@ Point Warp(Point p, Frequency f, double amount, std::uint32_t seed) {
 }
 
 Cell Cells(Point p, Frequency f, double jitter, std::uint32_t seed, double bond) {
-    const Lattice at(p, f);
-    Cell cell{9, 9, 9, 0, 0, 0};
-    int nearest_x = 0;
-    int nearest_y = 0;
-    for (int y = at.row - 1; y <= at.row + 1; ++y) {
-        for (int x = at.column - 2; x <= at.column + 1; ++x) {
-            const Point q = CellPoint(x, y, f, jitter, seed, bond);
-            const double distance =
-                std::sqrt((at.x - q.u) * (at.x - q.u) + (at.y - q.v) * (at.y - q.v));
-            if (distance < cell.first) {
-                cell.second = cell.first;
-                cell.first = distance;
-                cell.du = at.x - q.u;
-                cell.dv = at.y - q.v;
-                nearest_x = x;
-                nearest_y = y;
-            } else {
-                cell.second = std::min(cell.second, distance);
-            }
+    constexpr int kReach = 4;  // points across and down that are looked at
+    struct Site {
+        Real du, dv;
+    };
+    Site sites[kReach * kReach];
+    const Real x = p.u * f.u;
+    const Real y = p.v * f.v;
+    const Real top = Floor(y - 0.5) - 1;
+    Cell cell{9, 9, 9, 0, 0, Bits(0U)};
+    Site* site = sites;
+    for (int j = 0; j < kReach; ++j) {
+        const Real row = Wrap(top + j, f.v);
+        const Real shift = bond * (row - 2 * Floor(row * 0.5));
+        const Real left = Floor(x - shift - 0.5) - 1;
+        const Bits row_bits = ToBits(row);
+        for (int i = 0; i < kReach; ++i, ++site) {
+            const Bits h = Hash(ToBits(Wrap(left + i, f.u)), row_bits, seed);
+            const Real ju = ToReal(h >> 16) * (1.0 / 65536) - 0.5;
+            const Real jv = ToReal((h * 65536U) >> 16) * (1.0 / 65536) - 0.5;
+            site->du = x - (left + i + shift + 0.5 + jitter * ju);
+            site->dv = y - (top + j + 0.5 + jitter * jv);
+            const Real distance = Sqrt(Square(site->du) + Square(site->dv));
+            const Mask nearer = distance < cell.first;
+            cell.second = Select(nearer, cell.first, Min(cell.second, distance));
+            cell.first = Select(nearer, distance, cell.first);
+            cell.du = Select(nearer, site->du, cell.du);
+            cell.dv = Select(nearer, site->dv, cell.dv);
+            cell.id = Select(nearer, h, cell.id);
         }
     }
-    cell.id = Hash(Wrap(nearest_x, f.u), Wrap(nearest_y, f.v), seed + 2);
-
     // The border towards each neighbour is the bisector between the two points.
-    const Point own{at.x - cell.du, at.y - cell.dv};
-    for (int y = nearest_y - 2; y <= nearest_y + 2; ++y) {
-        for (int x = nearest_x - 2; x <= nearest_x + 2; ++x) {
-            if (x == nearest_x && y == nearest_y) continue;
-            const Point q = CellPoint(x, y, f, jitter, seed, bond);
-            const double nu = q.u - own.u;
-            const double nv = q.v - own.v;
-            const double length = std::sqrt(nu * nu + nv * nv);
-            cell.edge = std::min(cell.edge, length / 2 - (cell.du * nu + cell.dv * nv) / length);
-        }
+    for (const Site& other : sites) {
+        const Real nu = cell.du - other.du;
+        const Real nv = cell.dv - other.dv;
+        const Real square = Square(nu) + Square(nv);
+        const Real length = Sqrt(square);
+        const Real edge = 0.5 * length - (cell.du * nu + cell.dv * nv) / Max(length, 1e-6);
+        cell.edge = Select(square > 1e-9, Min(cell.edge, edge), cell.edge);
     }
     return cell;
 }
@@ -160,40 +139,38 @@ Cell Cells(Point p, Frequency f, double jitter, std::uint32_t seed, double bond)
 Strand Strands(Point p, Frequency f, double length, double angle, double spread,
                std::uint32_t seed) {
     const Lattice at(p, f);
-    Strand nearest{9, 0, 0};
-    for (int y = at.row - 1; y <= at.row + 1; ++y) {
-        for (int x = at.column - 1; x <= at.column + 1; ++x) {
-            const Point q = CellPoint(x, y, f, 1, seed, 0);
-            const std::uint32_t id = Hash(Wrap(x, f.u), Wrap(y, f.v), seed + 2);
-            const double turn = angle + spread * (2 * Random(id, 1) - 1);
-            const double c = std::cos(turn);
-            const double s = std::sin(turn);
-            const double along = ((at.x - q.u) * c + (at.y - q.v) * s) / length;
-            const double across = (at.y - q.v) * c - (at.x - q.u) * s;
-            const double beyond = length * std::max(0.0, std::abs(along) - 1);
-            const double distance = std::sqrt(across * across + beyond * beyond);
-            if (distance < nearest.distance) nearest = {distance, std::clamp(along, -1.0, 1.0), id};
+    Strand nearest{9, 0, Bits(0U)};
+    for (int j = -1; j <= 1; ++j) {
+        const Bits row = ToBits(Wrap(at.row + j, f.v));
+        for (int i = -1; i <= 1; ++i) {
+            const Bits id = Hash(ToBits(Wrap(at.column + i, f.u)), row, seed);
+            const Real dx = at.s - i - Random(id, 1);
+            const Real dy = at.t - j - Random(id, 2);
+            const Real turn = angle + spread * (2 * Random(id, 3) - 1);
+            const Real c = CosTurns(turn);
+            const Real s = SinTurns(turn);
+            const Real along = (dx * c + dy * s) * (1 / length);
+            const Real across = dy * c - dx * s;
+            const Real beyond = length * Max(0, Abs(along) - 1);
+            const Real distance = Sqrt(Square(across) + Square(beyond));
+            const Mask nearer = distance < nearest.distance;
+            nearest.distance = Select(nearer, distance, nearest.distance);
+            nearest.along = Select(nearer, Clamp(along, -1, 1), nearest.along);
+            nearest.id = Select(nearer, id, nearest.id);
         }
     }
     return nearest;
 }
 
-Ripple Ripples(Point p, Frequency f, Frequency disorder, std::uint32_t seed) {
-    // Many plane waves of nearly the same direction and length: where they agree they make
-    // regular ripples, where they cancel out a ripple ends or forks.
-    constexpr int kWaves = 24;
-    constexpr double kOrder = 3.5;  // weight of the one wave that all others vary
-    const auto vary = [seed](int wave, int range, int axis) {
-        const double around = Random(wave, axis, seed) + Random(wave, axis + 2, seed) - 1;
-        return static_cast<int>(std::lround(around * (range + 0.5)));
-    };
-    std::complex<double> sum = std::polar(kOrder, kTwoPi * (f.u * p.u + f.v * p.v));
-    for (int i = 0; i < kWaves; ++i) {
-        const double turns = (f.u + vary(i, disorder.u, 0)) * p.u +
-                             (f.v + vary(i, disorder.v, 1)) * p.v + Random(i, 9, seed);
-        sum += std::polar(1.0, kTwoPi * turns);
-    }
-    return {std::arg(sum) / std::numbers::pi, std::min(1.0, std::abs(sum) / std::sqrt(kWaves))};
+Ripple Ripples(Point p, Frequency f, Frequency disorder, double wildness, std::uint32_t seed) {
+    const Real turns = f.u * p.u + f.v * p.v;
+    const Real real = 1 + wildness * Fbm(p, disorder, 2, seed);
+    const Real imaginary = wildness * Fbm(p, disorder, 2, seed + 1);
+    const Real size = Sqrt(Square(real) + Square(imaginary));
+    const Real c = CosTurns(turns);
+    const Real s = SinTurns(turns);
+    const Real scale = 1 / Max(size, 1e-4);
+    return {(c * real - s * imaginary) * scale, (s * real + c * imaginary) * scale, Min(1, size)};
 }
 
 }  // namespace generator

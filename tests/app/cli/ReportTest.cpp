@@ -91,12 +91,12 @@ TEST(Resources, AreListedAndExtended) {
         return std::count_if(rows.begin(), rows.end(),
                              [&](const json& row) { return row["kind"] == kind; });
     };
-    EXPECT_GE(count(shipped, "pattern"), 8);
-    EXPECT_GE(count(shipped, "texture"), 8);
+    EXPECT_GE(count(shipped, "pattern"), 16);
+    EXPECT_GE(count(shipped, "texture"), 24);
     for (const json& row : shipped) {
         EXPECT_NE(row["category"], "") << row;
-        EXPECT_EQ(row["width"], 512) << row;
-        EXPECT_EQ(row["height"], 512) << row;
+        EXPECT_EQ(row["width"], 2048) << row;
+        EXPECT_EQ(row["height"], 2048) << row;
     }
     program.WriteImage("mine.png", pictures::Noise(ENPixelFormat::Grey8, 8, 8, 1));
     const json more =
