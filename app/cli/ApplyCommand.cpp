@@ -7,10 +7,7 @@
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Document.h"
-#include "app/cli/EffectRun.h"
-#include "app/cli/Library.h"
 #include "app/cli/Options.h"
-#include "hostlib/job/ParameterValues.h"
 
 namespace {
 
@@ -38,25 +35,24 @@ class CStopwatch {
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-void PrintResult(const SApplyOptions& options, const ordered_json& values,
-                 const CCmdEffect& command, const CRowIteratorBands& image, ordered_json seconds) {
-    const ordered_json result = {{"effect", ToUtf8(command.GetResourceData()->GetComponentName())},
+void PrintResult(const SApplyOptions& options, const CEffectJob& job,
+                 const CRowIteratorBands& image, ordered_json seconds) {
+    const ordered_json result = {{"effect", job.Name()},
                                  {"input", options.document.input.file},
                                  {"output", options.output},
                                  {"width", image.GetWidth()},
                                  {"height", image.GetHeight()},
                                  {"layout", LayoutName(image.GetPixelFormat())},
                                  {"depth", image.GetPixelFormat().Is16bit() ? 16 : 8},
-                                 {"parameters", values},
+                                 {"parameters", job.Values()},
                                  {"seconds", std::move(seconds)}};
     // File names are bytes: what is not UTF-8 in them is replaced.
     std::cout << result.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
 }
 
 void Apply(const SApplyOptions& options) {
-    const CSession session(options.session);
-    const TRef<CFileResourceLibrary> library = OpenLibrary(options.document.resources);
-    CheckParameters(session, *library, options.effect, options.parameters);
+    const CJobLibrary library = OpenJobs(options.session, options.document.resources);
+    CEffectJob job = MakeCheckedJob(library, options.effect, options.parameters);
     CheckDocumentOptions(options.document);
     const imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
     CheckPictureOutput(options.output, rules, {});
@@ -67,25 +63,20 @@ void Apply(const SApplyOptions& options) {
     progress.BeginPart("reading", 0.15);
     const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
     CheckPictureOutput(options.output, rules, header.size);
-    const TRef<CDocument> document = MakeDocument(options.document, header.size);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
-    const TRef<CCmdEffect> command = session.Effect(options.effect);
-    PrepareCommand(*command, context.Get());
-    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+    SetCanvas(job, CanvasOf(options.document, header.size));
     SPictures pictures = ReadPictures(options.document, progress);
-    FillDocument(*document, pictures);
+    GivePictures(job, pictures);
     seconds["load"] = watch.Lap();
 
     progress.BeginPart(options.effect, 0.7);
-    WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
-    const CRowIteratorBands result = RunEffect(*command, *context, *library);
-    const ordered_json values = parameters::ToJson(*command->BoundRepository());
+    WarnOfPrecision(job, header.format);
+    const CRowIteratorBands result = RunJob(job, progress);
     seconds["effect"] = watch.Lap();
 
     progress.BeginPart("writing", 1.0);
     WritePicture(options.output, result, pictures.input.metadata, rules, progress);
     seconds["save"] = watch.Lap();
-    if (options.json) PrintResult(options, values, *command, result, seconds);
+    if (options.json) PrintResult(options, job, result, seconds);
 }
 
 }  // namespace

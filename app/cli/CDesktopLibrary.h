@@ -4,7 +4,7 @@
 #include <string>
 
 #include "app/desktop/IDesktop.h"
-#include "hostlib/job/Installation.h"
+#include "job/Installation.h"
 
 // The windows, loaded now and let go with this object. Failures are thrown as CCliError: without a
 // screen, or without the library, status 7.

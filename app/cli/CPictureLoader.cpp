@@ -17,9 +17,9 @@ class CStoppableProgress final : public IProgressSink {
 
 }  // namespace
 
-CPictureLoader::CPictureLoader(const SDocumentOptions& options, CDocument& document,
+CPictureLoader::CPictureLoader(const SDocumentOptions& options, CEffectJob& job,
                                IProgressSink& progress)
-    : document_(document), pictures_(std::async(std::launch::async, [this, options, &progress] {
+    : job_(job), pictures_(std::async(std::launch::async, [this, options, &progress] {
           CStoppableProgress stoppable(progress, stops_);
           return ReadPictures(options, stoppable);
       })) {}
@@ -46,7 +46,7 @@ void CPictureLoader::Take() {
     try {
         SPictures pictures = pictures_.get();
         metadata_ = pictures.input.metadata;
-        FillDocument(document_, pictures);
+        GivePictures(job_, pictures);
     } catch (...) {
         error_ = std::current_exception();
     }

@@ -2,15 +2,13 @@
 
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "app/cli/Commands.h"
-#include "app/cli/EffectJson.h"
+#include "app/cli/Document.h"
 #include "app/cli/Options.h"
-#include "hostlib/job/ParameterValues.h"
 
 namespace {
-
-using nlohmann::ordered_json;
 
 struct SDescribeOptions {
     SSessionOptions session;
@@ -19,54 +17,24 @@ struct SDescribeOptions {
     bool json = false;
 };
 
-ordered_json ParameterToJson(int index, const IParameter& parameter) {
-    const bool ranged = parameter.Type() == EParameterType::Integer ||
-                        parameter.Type() == EParameterType::Enumeration;
-    ordered_json row = {
-        {"index", index},
-        {"name", ToUtf8(parameter.Name())},
-        {"type", parameters::TypeName(parameter.Type())},
-        {"minimum", ranged ? ordered_json(parameter.Minimum()) : ordered_json(nullptr)},
-        {"maximum", ranged ? ordered_json(parameter.Maximum()) : ordered_json(nullptr)},
-        {"default", parameters::DefaultToJson(parameter)},
-        {"label", ToUtf8(parameter.Label())},
-        {"description", ToUtf8(parameter.Description())}};
-    if (parameter.Type() == EParameterType::Enumeration) {
-        row["members"] = parameters::MemberNames(parameter);
-    }
-    return row;
-}
-
-void PrintForPeople(const ordered_json& effect, IParameterRepository& repository) {
-    std::cout << fmt::format(
-        "{} ({})\n{}\n\nParameters:\n", effect["displayName"].get<std::string>(),
-        effect["name"].get<std::string>(), effect["description"].get<std::string>());
-    for (const IParameter* parameter : parameters::All(repository)) {
-        const std::string value = parameters::ToText(*parameter);
-        std::cout << fmt::format("  {:<17} {}\n{:20}{}; default {}\n", ToUtf8(parameter->Name()),
-                                 ToUtf8(parameter->Description()), "",
-                                 parameters::DescribeValues(*parameter),
-                                 value.empty() ? "empty" : value);
+void PrintForPeople(const SEffectInfo& effect) {
+    std::cout << fmt::format("{} ({})\n{}\n\nParameters:\n", effect.display_name, effect.name,
+                             effect.description);
+    for (const SParameterInfo& parameter : effect.parameters) {
+        std::cout << fmt::format("  {:<17} {}\n{:20}{}; default {}\n", parameter.name,
+                                 parameter.description, "", parameter.accepts,
+                                 parameter.default_text.empty() ? "empty" : parameter.default_text);
     }
 }
 
 void Describe(const SDescribeOptions& options) {
-    const CSession session(options.session);
-    const TRef<CCmdEffect> command = session.Effect(options.effect);
-    TRef<INGLGraphic> document;
-    if (!options.canvas.empty()) document = new CDocument(ParseSize(options.canvas, "--canvas"));
-    const TRef<CExecutionContext> context(new CExecutionContext(document, {}, nullptr));
-    PrepareCommand(*command, context.Get());
-
-    IParameterRepository& repository = *command->BoundRepository();
-    ordered_json effect = EffectToJson(*command);
-    if (!options.json) return PrintForPeople(effect, repository);
-    auto rows = ordered_json::array();
-    for (int i = 0; i < repository.Count(); ++i) {
-        rows.push_back(ParameterToJson(i, *repository.At(i)));
-    }
-    effect["parameters"] = rows;
-    std::cout << effect.dump(2) << '\n';
+    const CJobLibrary library = OpenJobs(options.session);
+    const std::string name = EffectName(library, options.effect);
+    std::optional<CSize> canvas;
+    if (!options.canvas.empty()) canvas = ParseSize(options.canvas, "--canvas");
+    const SEffectInfo effect = library.Describe(name, canvas);
+    if (!options.json) return PrintForPeople(effect);
+    std::cout << ToJson(effect).dump(2) << '\n';
 }
 
 }  // namespace

@@ -1,9 +1,13 @@
 #include "app/cli/Document.h"
 
-#include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
-#include "app/cli/CSession.h"
-#include "app/cli/Library.h"
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/cli/CliError.h"
+#include "app/cli/Options.h"
 
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
     command.add_option("IN", options.input.file, "Image to read: PNG, JPEG, TIFF or WebP")
@@ -30,9 +34,8 @@ void CheckDocumentOptions(const SDocumentOptions& options) {
     if (!options.at.empty()) ParsePlace(options.at, "--at");
 }
 
-TRef<CDocument> MakeDocument(const SDocumentOptions& options, CSize size) {
-    return TRef<CDocument>(
-        new CDocument(options.canvas.empty() ? size : ParseSize(options.canvas, "--canvas")));
+CSize CanvasOf(const SDocumentOptions& options, CSize picture) {
+    return options.canvas.empty() ? picture : ParseSize(options.canvas, "--canvas");
 }
 
 SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress) {
@@ -47,8 +50,31 @@ SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress)
     return pictures;
 }
 
-void FillDocument(CDocument& document, SPictures& pictures) {
-    document.SetSelection(pictures.selection);
-    document.SetActiveImage(pictures.input.pixels);
+void GivePictures(CEffectJob& job, SPictures& pictures) {
+    job.SetPicture(pictures.input.pixels, pictures.selection);
     pictures.input.pixels.Destroy();
+}
+
+CSize ParseSize(const std::string& text, const std::string& option) {
+    CSize size;
+    char rest = 0;
+    const bool read = std::sscanf(text.c_str(), "%dx%d%c", &size.cx, &size.cy, &rest) == 2;
+    constexpr int kLargest = 65535;
+    if (!read || size.cx < 1 || size.cy < 1 || size.cx > kLargest || size.cy > kLargest) {
+        throw CCliError(EExit::Usage, fmt::format("{} {}: not a size", option, text),
+                        "a size is written WxH, each from 1 to 65535: 1920x1080");
+    }
+    return size;
+}
+
+CPoint ParsePlace(const std::string& text, const std::string& option) {
+    CPoint place;
+    char rest = 0;
+    const bool read = std::sscanf(text.c_str(), "%d,%d%c", &place.x, &place.y, &rest) == 2;
+    constexpr int kFarthest = 1000000;
+    if (!read || std::abs(place.x) > kFarthest || std::abs(place.y) > kFarthest) {
+        throw CCliError(EExit::Usage, fmt::format("{} {}: not a place", option, text),
+                        "a place is written X,Y in pixels from the canvas's top left: 100,50");
+    }
+    return place;
 }

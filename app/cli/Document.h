@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/cli/Pictures.h"
-#include "hostlib/commands/CDocument.h"
+#include "job/CEffectJob.h"
 
 namespace CLI {
 class App;
@@ -21,13 +21,17 @@ struct SDocumentOptions {
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options);
 // Refuses a canvas or place that cannot be meant, before anything is read.
 void CheckDocumentOptions(const SDocumentOptions& options);
-// The document for a picture of a size, still without it.
-TRef<CDocument> MakeDocument(const SDocumentOptions& options, CSize size);
+// The size of the document for a picture of a size.
+CSize CanvasOf(const SDocumentOptions& options, CSize picture);
 // A picture and the selection for it, read; the picture lies where it was told to.
 struct SPictures {
     imagefile::SImageFile input;
     CRowIterator selection;
 };
 SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress);
-// Gives them to the document, which takes over the picture's pixels.
-void FillDocument(CDocument& document, SPictures& pictures);
+// Gives them to the job, which takes over the picture's pixels.
+void GivePictures(CEffectJob& job, SPictures& pictures);
+
+// "300x200" as a size of 1 to 65535 a side; "X,Y" as a place within a million pixels of the origin.
+CSize ParseSize(const std::string& text, const std::string& option);
+CPoint ParsePlace(const std::string& text, const std::string& option);

@@ -7,9 +7,7 @@
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Document.h"
-#include "app/cli/EffectRun.h"
 #include "app/cli/Interruption.h"
-#include "app/cli/Library.h"
 #include "app/cli/Options.h"
 
 namespace {
@@ -21,18 +19,6 @@ struct SEditOptions {
     std::string effect, output;
     bool overwrite = false;
 };
-
-// Shows the command's dialog; false when the user cancelled it.
-bool Edit(CCmdEffect& command, CExecutionContext& context) {
-    const CErrorAutoThrow error = command.GetResourceData()->Edit(&context, &command);
-    if (interruption::Requested()) throw CInterrupted();
-    if (error.Code() == TolmErrorCode::Cancelled) return false;
-    if (error.Failed()) {
-        throw CCliError(EExit::Effect, fmt::format("the dialog failed with error {}: {}",
-                                                   static_cast<int>(error.Code()), error.Text()));
-    }
-    return true;
-}
 
 std::string SuggestedOutput(const SEditOptions& options) {
     const std::filesystem::path input(options.document.input.file);
@@ -58,12 +44,11 @@ std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, 
 
 // Lets the user set the effect and choose a file; its name, empty when the user cancelled. A
 // picture that cannot be read ends it with the error, which the user sees in a window, too.
-std::string Converse(const SEditOptions& options, CDesktopLibrary& desktop, CCmdEffect& command,
-                     CExecutionContext& context, CPictureLoader& loader, CSize size,
-                     imagefile::SOutputRules& rules) {
+std::string Converse(const SEditOptions& options, CDesktopLibrary& desktop, CEffectJob& job,
+                     CPictureLoader& loader, CSize size, imagefile::SOutputRules& rules) {
     std::string output;
     while (output.empty()) {
-        const bool accepted = Edit(command, context);
+        const bool accepted = EditJob(job);
         try {
             if (accepted || loader.Look()) loader.Wait();
         } catch (const CCliError& error) {
@@ -77,38 +62,33 @@ std::string Converse(const SEditOptions& options, CDesktopLibrary& desktop, CCmd
 }
 
 void Edit(const SEditOptions& options) {
-    const CSession session(options.session);
-    const TRef<CFileResourceLibrary> library = OpenLibrary(options.document.resources);
-    CheckParameters(session, *library, options.effect, options.parameters);
+    const CJobLibrary library = OpenJobs(options.session, options.document.resources);
+    CEffectJob job = MakeCheckedJob(library, options.effect, options.parameters);
     CheckDocumentOptions(options.document);
     imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
     const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, header.size);
     CProgress progress(CProgress::StyleFor(false, false));
-    const TRef<CDocument> document = MakeDocument(options.document, header.size);
-    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
-    const TRef<CCmdEffect> command = session.Effect(options.effect);
-    PrepareCommand(*command, context.Get());
-    SetParameters(*command->BoundRepository(), options.effect, options.parameters);
+    SetCanvas(job, CanvasOf(options.document, header.size));
 
     progress.BeginPart("reading", 0.15);
-    CPictureLoader loader(options.document, *document, progress);
-    CDesktopLibrary desktop(session.Installation(), {.input = options.document.input.file,
+    CPictureLoader loader(options.document, job, progress);
+    const CSelectedLanguage language = library.SelectForWindows();
+    CDesktopLibrary desktop(library.Installation(), {.input = options.document.input.file,
                                                      .output = options.output,
-                                                     .language = session.Language(),
+                                                     .language = library.Language(),
                                                      .size = header.size,
                                                      .depth = header.format.Is16bit() ? 16 : 8,
                                                      .picture_came = [&] { return loader.Look(); },
                                                      .interrupted = &interruption::Requested});
-    const std::string output =
-        Converse(options, desktop, *command, *context, loader, header.size, rules);
+    const std::string output = Converse(options, desktop, job, loader, header.size, rules);
     if (output.empty()) {
         fmt::print(stderr, "cmdtexture: cancelled; nothing was written\n");
         return;
     }
-    WarnOfPrecision(*command, document->GetActiveImage().GetPixelFormat());
+    WarnOfPrecision(job, header.format);
     progress.BeginPart(options.effect, 0.7);
-    const CRowIteratorBands result = RunEffect(*command, *context, *library);
+    const CRowIteratorBands result = RunJob(job, progress);
     progress.BeginPart("writing", 1.0);
     WritePicture(output, result, loader.Wait(), rules, progress);
 }

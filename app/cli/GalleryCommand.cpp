@@ -6,8 +6,6 @@
 #include "app/cli/CContactSheet.h"
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
-#include "app/cli/EffectRun.h"
-#include "app/cli/Library.h"
 #include "app/cli/Options.h"
 #include "app/cli/Pictures.h"
 
@@ -38,14 +36,13 @@ struct SEntry {
     }
 };
 
-std::vector<SEntry> Entries(const CSession& session, const SGalleryOptions& options) {
+std::vector<SEntry> Entries(const CJobLibrary& library, const SGalleryOptions& options) {
     std::vector<SEntry> entries;
     if (options.effect.empty()) {
-        for (const std::string& name : session.Module().Names()) entries.push_back({name, {}});
+        for (const std::string& name : library.Names()) entries.push_back({name, {}});
         return entries;
     }
-    const TRef<CCmdEffect> command = session.Effect(options.effect);
-    const std::string name = ToUtf8(command->GetResourceData()->GetComponentName());
+    const std::string name = EffectName(library, options.effect);
     entries.push_back({name, {}});
     for (const std::string& preset : options.presets) {
         const SEntry added{name, {.values = {}, .preset = preset}};
@@ -71,36 +68,26 @@ std::filesystem::path MakeFolder(const std::string& name) {
     return name;
 }
 
-// The entry's command, set for the document of the context.
-TRef<CCmdEffect> Prepare(const SEntry& entry, const CSession& session, CExecutionContext& context) {
-    TRef<CCmdEffect> command = session.Module().CreateCommand(entry.effect);
-    PrepareCommand(*command, &context);
-    SetParameters(*command->BoundRepository(), entry.effect, entry.parameters);
-    return command;
-}
-
 // The title of an entry on the contact sheet: what tells it from the others.
-std::string Title(const SEntry& entry, const CCmdEffect& command) {
+std::string Title(const SEntry& entry, const CEffectJob& job) {
     const std::string preset = std::filesystem::path(entry.parameters.preset).stem();
-    return preset.empty() ? ToUtf8(command.GetResourceData()->GetDisplayName()) : preset;
+    return preset.empty() ? job.Describe().display_name : preset;
 }
 
 void Gallery(const SGalleryOptions& options) {
-    const CSession session(options.session);
-    const TRef<CFileResourceLibrary> library = OpenLibrary(options.resources);
-    const std::vector<SEntry> entries = Entries(session, options);
+    const CJobLibrary library = OpenJobs(options.session, options.resources);
+    const std::vector<SEntry> entries = Entries(library, options);
+    std::vector<CEffectJob> jobs;
     for (const SEntry& entry : entries) {
-        CheckParameters(session, *library, entry.effect, entry.parameters);
+        jobs.push_back(MakeCheckedJob(library, entry.effect, entry.parameters));
     }
     CProgress progress(CProgress::StyleFor(options.quiet, false));
     progress.BeginPart("reading", 0.1);
     const imagefile::SImageFile input = ReadPicture(options.input, progress);
-    const TRef<CDocument> document(
-        new CDocument({input.pixels.GetWidth(), input.pixels.GetHeight()}));
-    const TRef<CExecutionContext> context(new CExecutionContext(document, library, &progress));
-    std::vector<TRef<CCmdEffect>> commands;
-    commands.reserve(entries.size());
-    for (const SEntry& entry : entries) commands.push_back(Prepare(entry, session, *context));
+    for (CEffectJob& job : jobs) {
+        SetCanvas(job, {input.pixels.GetWidth(), input.pixels.GetHeight()});
+        job.SetPicture(input.pixels);
+    }
 
     const std::filesystem::path folder = MakeFolder(options.folder);
     const imagefile::SOutputRules rules{options.overwrite, options.input.file};
@@ -117,11 +104,10 @@ void Gallery(const SGalleryOptions& options) {
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const std::string name = entries[i].Name();
         progress.BeginPart(name, done + 0.7 * share);
-        document->SetActiveImage(input.pixels);
-        const CRowIteratorBands result = RunEffect(*commands[i], *context, *library);
+        const CRowIteratorBands result = RunJob(jobs[i], progress);
         progress.BeginPart("writing", done += share);
         WritePicture(file(name), result, input.metadata, rules, progress);
-        sheet.Add(Title(entries[i], *commands[i]), result);
+        sheet.Add(Title(entries[i], jobs[i]), result);
     }
     progress.BeginPart("contact sheet", 1.0);
     WritePicture(sheet_file, sheet.Make(), nullptr, rules, progress);

@@ -4,18 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/cli/Commands.h"
-#include "app/cli/EffectJson.h"
 #include "app/cli/Options.h"
-
-nlohmann::ordered_json EffectToJson(const CCmdEffect& command) {
-    const ICmdResourceData& data = *command.GetResourceData();
-    return {{"name", ToUtf8(data.GetComponentName())},
-            {"displayName", ToUtf8(data.GetDisplayName())},
-            {"englishName", ToUtf8(data.GetEnglishDisplayName())},
-            {"guid", ToText(data.GetComponentGuid())},
-            {"commandId", data.GetCommandId()},
-            {"description", ToUtf8(data.GetTextC())}};
-}
 
 namespace {
 
@@ -25,18 +14,15 @@ struct SListOptions {
 };
 
 void List(const SListOptions& options) {
-    const CSession session(options.session);
-    auto rows = nlohmann::ordered_json::array();
-    for (const std::string& name : session.Module().Names()) {
-        rows.push_back(EffectToJson(*session.Module().CreateCommand(name)));
-    }
+    const std::vector<SEffectInfo> effects = OpenJobs(options.session).Effects();
     if (options.json) {
+        auto rows = nlohmann::ordered_json::array();
+        for (const SEffectInfo& effect : effects) rows.push_back(IdentityToJson(effect));
         std::cout << rows.dump(2) << '\n';
         return;
     }
-    for (const auto& row : rows) {
-        std::cout << fmt::format("{:<14} {}\n", row["name"].get<std::string>(),
-                                 row["description"].get<std::string>());
+    for (const SEffectInfo& effect : effects) {
+        std::cout << fmt::format("{:<14} {}\n", effect.name, effect.description);
     }
 }
 

@@ -1,37 +1,5 @@
 #include "app/cli/Options.h"
 
-#include <fmt/format.h>
-
-#include <filesystem>
-#include <nlohmann/json.hpp>
-
-#include "app/cli/CliError.h"
-#include "hostlib/job/ParameterValues.h"
-#include "hostlib/job/Presets.h"
-
-namespace {
-
-std::filesystem::path PresetFile(const std::string& effect, const std::string& preset) {
-    std::error_code none;
-    if (std::filesystem::exists(preset, none)) return preset;
-    const bool is_name = preset.find('/') == std::string::npos;
-    if (is_name && std::filesystem::exists(presets::FileOf(effect, preset), none)) {
-        return presets::FileOf(effect, preset);
-    }
-    return preset;
-}
-
-void SetOne(IParameterRepository& repository, const std::string& assignment) {
-    const std::size_t equals = assignment.find('=');
-    if (equals == std::string::npos) {
-        throw CCliError(EExit::Usage, fmt::format("-p {}: expected NAME=VALUE", assignment));
-    }
-    parameters::SetFromText(parameters::Find(repository, assignment.substr(0, equals)),
-                            assignment.substr(equals + 1));
-}
-
-}  // namespace
-
 void AddSessionOptions(CLI::App& command, SSessionOptions& options) {
     command.add_option("--language", options.language,
                        "Language of names and descriptions, by code (EN, DE); default: the "
@@ -55,27 +23,11 @@ void AddParameterOptions(CLI::App& command, SParameterOptions& options) {
         ->type_name("FILE");
 }
 
-void SetParameters(IParameterRepository& repository, const std::string& effect,
-                   const SParameterOptions& options) {
-    try {
-        if (!options.preset.empty()) {
-            parameters::SetFromJson(repository, presets::Read(PresetFile(effect, options.preset)));
-        }
-        for (const std::string& assignment : options.values) SetOne(repository, assignment);
-    } catch (const parameters::CRefused& refused) {
-        throw CCliError(EExit::Usage, refused.what(),
-                        refused.Hint().empty()
-                            ? fmt::format("\"cmdtexture describe {}\" lists the parameters", effect)
-                            : refused.Hint());
-    } catch (const CNException& error) {
-        throw CCliError(EExit::Usage, error.what());
-    }
-}
-
-void CheckParameters(const CSession& session, const CFileResourceLibrary& library,
-                     const std::string& effect, const SParameterOptions& options) {
-    const TRef<CCmdEffect> command = session.Effect(effect);
-    PrepareCommand(*command, nullptr);
-    SetParameters(*command->BoundRepository(), effect, options);
-    CheckResourceNames(*command->BoundRepository(), library);
+void AddLibraryOption(CLI::App& command, std::vector<std::string>& folders) {
+    command
+        .add_option("--resources", folders,
+                    "Look for patterns and textures here, too: a folder with patterns/ and "
+                    "textures/, or of pictures")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
 }

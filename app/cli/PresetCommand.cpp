@@ -3,11 +3,9 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-#include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Options.h"
-#include "hostlib/job/ParameterValues.h"
-#include "hostlib/job/Presets.h"
+#include "hostlib/parameters/Presets.h"
 
 namespace {
 
@@ -18,44 +16,26 @@ struct SPresetOptions {
     bool overwrite = false;
 };
 
-// The effect's component name and its values: the defaults, with what the user gave over them.
-std::pair<std::string, TRef<CCmdEffect>> EffectWithValues(const CSession& session,
-                                                          const SPresetOptions& options) {
-    const TRef<CCmdEffect> command = session.Effect(options.effect);
-    PrepareCommand(*command, nullptr);
-    const std::string effect = ToUtf8(command->GetResourceData()->GetComponentName());
-    SetParameters(*command->BoundRepository(), effect, options.parameters);
-    return {effect, command};
+// A job with the values: the defaults, with what the user gave over them.
+CEffectJob JobFor(const SPresetOptions& options) {
+    const CJobLibrary library = OpenJobs(options.session);
+    return MakeJob(library, EffectName(library, options.effect), options.parameters);
 }
 
 void Show(SPresetOptions options) {
-    const CSession session(options.session);
     if (!options.name.empty()) options.parameters.preset = options.name;
-    const auto [effect, command] = EffectWithValues(session, options);
-    std::cout << parameters::ToJson(*command->BoundRepository()).dump(2) << '\n';
+    std::cout << JobFor(options).Values().dump(2) << '\n';
 }
 
 void Save(const SPresetOptions& options) {
-    const CSession session(options.session);
-    const auto [effect, command] = EffectWithValues(session, options);
-    try {
-        const auto file =
-            presets::Save(effect, options.name, parameters::ToJson(*command->BoundRepository()),
-                          options.overwrite);
-        std::cout << file.string() << '\n';
-    } catch (const CNException& error) {
-        throw CCliError(EExit::Output, error.what(),
-                        options.overwrite ? "" : "--overwrite replaces an existing preset");
-    }
+    std::cout << SavePreset(JobFor(options), options.name, options.overwrite) << '\n';
 }
 
 void ListPresets(const SPresetOptions& options) {
-    const CSession session(options.session);
-    for (const std::string& effect : session.Module().Names()) {
-        const bool wanted =
-            options.effect.empty() ||
-            ToUtf8(session.Effect(options.effect)->GetResourceData()->GetComponentName()) == effect;
-        if (!wanted) continue;
+    const CJobLibrary library = OpenJobs(options.session);
+    const std::vector<std::string> effects =
+        options.effect.empty() ? library.Names() : std::vector{EffectName(library, options.effect)};
+    for (const std::string& effect : effects) {
         for (const std::string& name : presets::Names(effect)) {
             std::cout << fmt::format("{}\t{}\n", effect, name);
         }

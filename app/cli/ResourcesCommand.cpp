@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "app/cli/Commands.h"
-#include "app/cli/Library.h"
 #include "app/cli/Options.h"
 #include "app/imagefile/CImageFile.h"
 
@@ -29,7 +28,7 @@ std::optional<CSize> SizeOf(const std::filesystem::path& file) {
 }
 
 void List(const SResourcesOptions& options) {
-    const auto library = OpenLibrary(options.folders);
+    const auto library = OpenPictures(options.folders);
     auto rows = ordered_json::array();
     for (const auto& [type, kind] : {std::pair(CFileResourceLibrary::kPatterns, "pattern"),
                                      std::pair(CFileResourceLibrary::kTextures, "texture")}) {

@@ -5,10 +5,11 @@
 #include <QTimer>
 
 #include "app/desktop/CDialogWindow.h"
-#include "app/resources/CFileResourceLibrary.h"
+#include "app/imagefile/CPictureFiles.h"
 #include "hostlib/commands/CDocument.h"
-#include "hostlib/job/CEffectModule.h"
-#include "hostlib/job/Installation.h"
+#include "job/CEffectModule.h"
+#include "job/CFileResourceLibrary.h"
+#include "job/Installation.h"
 #include "support/Bench.h"
 
 // What a user waits for who drags a number for five seconds in the window of each effect, with a
@@ -149,8 +150,8 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
         if (count > 1 && effect != arguments[1]) continue;
         const TRef<CDocument> document(new CDocument({photo.GetWidth(), photo.GetHeight()}));
         document->SetActiveImage(photo);
-        const TRef<CFileResourceLibrary> library(
-            new CFileResourceLibrary({installation.data / "resources"}));
+        const TRef<CFileResourceLibrary> library =
+            OpenResources(installation, {}, imagefile::MakePictureFiles());
         const TRef<CExecutionContext> context(new CExecutionContext(document, library, nullptr));
         const TRef<CCmdEffect> command = module.CreateCommand(effect);
         PrepareCommand(*command, context.Get());

@@ -7,9 +7,9 @@
 
 #include "host/dialogs/CColorDropper.h"
 #include "host/dialogs/CResourceSelectDlg.h"
-#include "hostlib/job/CommandLine.h"
-#include "hostlib/job/ParameterValues.h"
-#include "hostlib/job/Presets.h"
+#include "hostlib/parameters/CommandLine.h"
+#include "hostlib/parameters/ParameterValues.h"
+#include "hostlib/parameters/Presets.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "hostlib/job/ParameterValues.h"
+#include "hostlib/parameters/ParameterValues.h"
 
 namespace parameters {
 namespace {

@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 
+#include "hostlib/language/CSelectedLanguage.h"
 #include "hostlib/language/Languages.h"
 #include "hostlib/system/ConfigFolders.h"
 
@@ -107,3 +108,29 @@ void Select(const std::filesystem::path& data, const std::string& code) {
 }
 
 }  // namespace languages
+
+struct CSelectedLanguage::SBefore {
+    CString path, alternative_path;
+    std::map<std::wstring, HMODULE> resources;
+    HMODULE current = nullptr;
+};
+
+CSelectedLanguage::CSelectedLanguage(const std::filesystem::path& data, const std::string& code)
+    : before_(std::make_unique<SBefore>()) {
+    const std::lock_guard resources(Service().resource_lock);
+    {
+        const std::lock_guard lock(Service().mutex);
+        *before_ = {Service().path, Service().alternative_path, Service().resources,
+                    AfxGetResourceHandle()};
+    }
+    languages::Select(data, code);
+}
+
+CSelectedLanguage::~CSelectedLanguage() {
+    const std::lock_guard resources(Service().resource_lock);
+    AfxSetResourceHandle(before_->current);
+    const std::lock_guard lock(Service().mutex);
+    Service().path = before_->path;
+    Service().alternative_path = before_->alternative_path;
+    Service().resources = before_->resources;
+}

@@ -104,6 +104,12 @@ void SetRangeScale(int percent, bool enabled) {
     Values().by_index[IGlobalSettings::kRangeScaleOn] = enabled ? 1 : 0;
 }
 
+SRangeScale GetRangeScale() {
+    const std::lock_guard lock(Values().mutex);
+    return {Values().by_index[IGlobalSettings::kRangeScalePercent],
+            Values().by_index[IGlobalSettings::kRangeScaleOn] != 0};
+}
+
 void* CSingletonManager::GetInstanceVoid(const GUID& id) {
     static const TRef<IGlobalSettings> settings(new CGlobalSettings);
     if (id != IGlobalSettings::kId) return nullptr;

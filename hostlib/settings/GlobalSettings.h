@@ -6,3 +6,8 @@
 // makes them one and a half times as large). Without a call, the user's registry decides:
 // key "Software\Quarn\Brushwerk\X15\Settings", values "RangeScalePercent" and "RangeScale" (0, 1).
 HOST_API void SetRangeScale(int percent, bool enabled);
+struct SRangeScale {
+    int percent = 0;
+    bool enabled = false;
+};
+HOST_API SRangeScale GetRangeScale();

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "RecordingHost.h"
-#include "hostlib/job/ParameterValues.h"
+#include "hostlib/parameters/ParameterValues.h"
 #include "support/LoadedModule.h"
 #include "support/Pictures.h"
 
@@ -52,9 +52,9 @@ SOutcome RunCase(const SCase& test, bool with_mask = false) {
         PrepareCommand(*command, context.Get());
         for (const std::string& value : test.values) {
             const std::size_t equals = value.find('=');
-            parameters::SetFromText(
-                parameters::Find(*command->BoundRepository(), value.substr(0, equals)),
-                value.substr(equals + 1));
+            IParameter& parameter =
+                parameters::Find(*command->BoundRepository(), value.substr(0, equals));
+            parameters::Set(parameter, parameters::Parse(parameter, value.substr(equals + 1)));
         }
     }
     command->Setup(context.Get()).ThrowIfFailed();

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "hostlib/job/ParameterValues.h"
+#include "hostlib/parameters/ParameterValues.h"
 #include "hostlib/windowing/CHeadlessToolkit.h"
 #include "support/LoadedModule.h"
 

@@ -2,8 +2,8 @@
 
 #include "EffectDialog.h"
 #include "host/commands/ParameterDefinition.h"
-#include "hostlib/job/Presets.h"
 #include "hostlib/language/Languages.h"
+#include "hostlib/parameters/Presets.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <fstream>
 
 #include "EffectDialog.h"
-#include "hostlib/job/CommandLine.h"
-#include "hostlib/job/Presets.h"
+#include "hostlib/parameters/CommandLine.h"
+#include "hostlib/parameters/Presets.h"
 
 namespace {
 

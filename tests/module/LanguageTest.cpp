@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "hostlib/job/ParameterValues.h"
 #include "hostlib/language/Languages.h"
+#include "hostlib/parameters/ParameterValues.h"
 #include "support/LoadedModule.h"
 
 namespace {

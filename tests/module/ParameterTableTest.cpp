@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "hostlib/job/ParameterValues.h"
+#include "hostlib/parameters/ParameterValues.h"
 #include "hostlib/settings/GlobalSettings.h"
 #include "module/ParameterTable.h"
 #include "support/LoadedModule.h"

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "hostlib/commands/CDocument.h"
-#include "hostlib/job/CEffectModule.h"
-#include "hostlib/job/Installation.h"
+#include "job/CEffectModule.h"
+#include "job/Installation.h"
 
 // The plug-in that the build made, with its texts in a language.
 class LoadedModule {

@@ -9,7 +9,7 @@
 #include "app/desktop/CDialogWindow.h"
 #include "app/desktop/CPreviewPane.h"
 #include "hostlib/commands/CDocument.h"
-#include "hostlib/job/CEffectModule.h"
+#include "job/CEffectModule.h"
 #include "support/Pictures.h"
 
 // The threads of this process that compute previews, and those that they started.

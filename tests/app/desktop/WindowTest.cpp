@@ -16,7 +16,7 @@
 #include "app/desktop/Texts.h"
 #include "app/desktop/Widgets.h"
 #include "host/windowing/CDialog.h"
-#include "hostlib/job/ParameterValues.h"
+#include "hostlib/parameters/ParameterValues.h"
 #include "support/LoadedModule.h"
 #include "support/TemporaryLogon.h"
 

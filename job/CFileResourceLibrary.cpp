@@ -1,13 +1,11 @@
-#include "app/resources/CFileResourceLibrary.h"
+#include "job/CFileResourceLibrary.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 
-#include "app/imagefile/CImageFile.h"
-#include "app/imagefile/FileKinds.h"
-#include "app/resources/Thumbnails.h"
-#include "hostlib/job/NearestName.h"
+#include "hostlib/parameters/NearestName.h"
+#include "job/Thumbnails.h"
 
 namespace {
 
@@ -19,12 +17,12 @@ std::filesystem::path FolderFor(const std::filesystem::path& folder, int type) {
 
 // The pictures of a folder and of the folders right below it, which are categories.
 void Collect(const std::filesystem::path& folder, const std::string& category,
-             std::vector<CFileResourceLibrary::SFile>& files) {
+             const IPictureFiles& pictures, std::vector<CFileResourceLibrary::SFile>& files) {
     std::error_code none;
     for (const auto& entry : std::filesystem::directory_iterator(folder, none)) {
         if (entry.is_directory(none) && category.empty()) {
-            Collect(entry.path(), entry.path().filename().string(), files);
-        } else if (entry.is_regular_file(none) && imagefile::KindByExtension(entry.path())) {
+            Collect(entry.path(), entry.path().filename().string(), pictures, files);
+        } else if (entry.is_regular_file(none) && pictures.IsPicture(entry.path())) {
             files.push_back({entry.path().stem().string(), category, entry.path()});
         }
     }
@@ -34,9 +32,10 @@ void Collect(const std::filesystem::path& folder, const std::string& category,
 
 std::vector<CFileResourceLibrary::SFile> CFileResourceLibrary::Files(int type) const {
     std::vector<SFile> all;
+    if (!pictures_) return all;
     for (const std::filesystem::path& folder : folders_) {
         std::vector<SFile> found;
-        Collect(FolderFor(folder, type), "", found);
+        Collect(FolderFor(folder, type), "", *pictures_, found);
         for (SFile& file : found) {
             const bool hidden = std::any_of(all.begin(), all.end(), [&](const SFile& earlier) {
                 return SameName(earlier.name, file.name);
@@ -58,39 +57,25 @@ std::optional<CFileResourceLibrary::SFile> CFileResourceLibrary::Find(
     return std::nullopt;
 }
 
-CErrorAutoThrow CFileResourceLibrary::Load(int type, const CString& name,
-                                           CRowIteratorBands& image) const {
-    const std::optional<SFile> found = Find(type, ToUtf8(name));
-    if (!found) {
-        return {TolmErrorCode::NotFound, fmt::format("there is no picture \"{}\"", ToUtf8(name))};
-    }
-    try {
-        image = imagefile::ReadImage(found->file).pixels;
-        return {};
-    } catch (const imagefile::CImageFileError& error) {
-        return {TolmErrorCode::ReadFailed, error.what()};
-    }
-}
-
 CErrorAutoThrow CFileResourceLibrary::LoadImage(int type, const CString& name,
                                                 CRowIteratorBands& image) {
-    CErrorAutoThrow error = Load(type, name, image);
-    const std::lock_guard lock(mutex_);
-    failure_ = error.Failed() ? error.Text() : "";
-    return error;
-}
-
-std::string CFileResourceLibrary::LastFailure() const {
-    const std::lock_guard lock(mutex_);
-    return failure_;
+    return CatchErrors([&]() -> CErrorAutoThrow {
+        const std::optional<SFile> found = Find(type, ToUtf8(name));
+        if (!found) {
+            return {TolmErrorCode::NotFound,
+                    fmt::format("there is no picture \"{}\"", ToUtf8(name))};
+        }
+        image = pictures_->Read(found->file);
+        return {};
+    });
 }
 
 CErrorAutoThrow CFileResourceLibrary::LoadThumbnail(int type, const CString& name,
                                                     CRowIteratorBands& image) {
     const std::optional<SFile> found = Find(type, ToUtf8(name));
-    if (found && thumbnails::Load(found->file, image)) return {};
-    CErrorAutoThrow error = Load(type, name, image);
-    if (!error.Failed()) image = thumbnails::Make(found->file, image);
+    if (found && thumbnails::Load(*pictures_, found->file, image)) return {};
+    CErrorAutoThrow error = LoadImage(type, name, image);
+    if (!error.Failed()) image = thumbnails::Make(*pictures_, found->file, image);
     return error;
 }
 
@@ -100,4 +85,12 @@ std::vector<SResourceEntry> CFileResourceLibrary::Entries(int type) {
         entries.push_back({FromUtf8(file.name), FromUtf8(file.category)});
     }
     return entries;
+}
+
+TRef<CFileResourceLibrary> OpenResources(const SInstallation& installation,
+                                         std::vector<std::filesystem::path> folders,
+                                         std::shared_ptr<const IPictureFiles> pictures) {
+    folders.push_back(installation.data / "resources");
+    return TRef<CFileResourceLibrary>(
+        new CFileResourceLibrary(std::move(folders), std::move(pictures)));
 }

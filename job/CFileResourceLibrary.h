@@ -1,13 +1,16 @@
 #pragma once
 
 #include <filesystem>
-#include <mutex>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "host/commands/ICommandExecutionContext.h"
+#include "host/core/TRef.h"
 #include "host/core/TUnknownImpl.h"
+#include "job/IPictureFiles.h"
+#include "job/Installation.h"
 
 // Patterns and textures in folders. A folder of the library holds `patterns/` and `textures/`, or
 // pictures directly, which then serve as both; a picture's name is its file's name without the
@@ -25,8 +28,10 @@ class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResource
         std::filesystem::path file;
     };
 
-    explicit CFileResourceLibrary(std::vector<std::filesystem::path> folders)
-        : folders_(std::move(folders)) {}
+    // Without a decoder there are no pictures.
+    CFileResourceLibrary(std::vector<std::filesystem::path> folders,
+                         std::shared_ptr<const IPictureFiles> pictures)
+        : folders_(std::move(folders)), pictures_(std::move(pictures)) {}
 
     CErrorAutoThrow LoadImage(int type, const CString& name, CRowIteratorBands& image) override;
     std::vector<SResourceEntry> Entries(int type) override;
@@ -36,14 +41,13 @@ class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResource
     std::vector<SFile> Files(int type) const;
     // The picture of a name, letter case ignored; of the empty name, the first.
     std::optional<SFile> Find(int type, const std::string& name) const;
-    // Why the picture that was asked for last could not be had; empty when it could. Commands do
-    // without it, so this is how their caller learns of it.
-    std::string LastFailure() const;
 
   private:
-    CErrorAutoThrow Load(int type, const CString& name, CRowIteratorBands& image) const;
-
     std::vector<std::filesystem::path> folders_;
-    mutable std::mutex mutex_;  // guards the failure: previews load on a thread of their own
-    std::string failure_;
+    std::shared_ptr<const IPictureFiles> pictures_;
 };
+
+// The pictures of an installation, and before them those of other folders.
+TRef<CFileResourceLibrary> OpenResources(const SInstallation& installation,
+                                         std::vector<std::filesystem::path> folders,
+                                         std::shared_ptr<const IPictureFiles> pictures);

@@ -1,4 +1,4 @@
-#include "hostlib/job/NearestName.h"
+#include "hostlib/parameters/NearestName.h"
 
 #include <algorithm>
 #include <cctype>

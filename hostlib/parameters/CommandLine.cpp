@@ -1,9 +1,9 @@
-#include "hostlib/job/CommandLine.h"
+#include "hostlib/parameters/CommandLine.h"
 
 #include <algorithm>
 #include <cctype>
 
-#include "hostlib/job/ParameterValues.h"
+#include "hostlib/parameters/ParameterValues.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "hostlib/job/Presets.h"
+#include "hostlib/parameters/Presets.h"
 
 #include <fmt/format.h>
 #include <unistd.h>

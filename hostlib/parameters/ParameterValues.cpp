@@ -1,4 +1,4 @@
-#include "hostlib/job/ParameterValues.h"
+#include "hostlib/parameters/ParameterValues.h"
 
 #include <fmt/format.h>
 
@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "host/commands/ParameterDefinition.h"
-#include "hostlib/job/NearestName.h"
+#include "hostlib/parameters/NearestName.h"
 
 namespace parameters {
 namespace {
@@ -81,10 +81,10 @@ std::string ColourText(std::int64_t packed) {
     return fmt::format("#{:02X}{:02X}{:02X}", colour.Red(), colour.Green(), colour.Blue());
 }
 
-ordered_json ValueToJson(const IParameter& parameter, std::int64_t number, const CString& text) {
+std::string TextOf(const IParameter& parameter, std::int64_t number, const CString& text) {
     switch (parameter.Type()) {
         case EParameterType::Boolean:
-            return number != 0;
+            return number ? "true" : "false";
         case EParameterType::Colour:
             return ColourText(number);
         case EParameterType::String:
@@ -93,7 +93,7 @@ ordered_json ValueToJson(const IParameter& parameter, std::int64_t number, const
         case EParameterType::Enumeration:
             break;
     }
-    return number;
+    return std::to_string(number);
 }
 
 // A JSON value in the text form; nothing for one whose JSON type cannot be meant.
@@ -108,18 +108,9 @@ std::optional<std::string> TextOf(const IParameter& parameter, const ordered_jso
     return std::nullopt;
 }
 
-// Checks `text` and sets the parameter when asked to.
-void Accept(IParameter& parameter, const std::string& text, bool set) {
-    if (parameter.Type() == EParameterType::String) {
-        if (set) parameter.SetText(FromUtf8(text));
-        return;
-    }
-    const std::optional<std::int64_t> value = ParseNumber(parameter, text);
-    if (!value) Refuse(parameter, text);
-    if (HasRange(parameter) && (*value < parameter.Minimum() || *value > parameter.Maximum())) {
-        Refuse(parameter, text);
-    }
-    if (set) parameter.SetNumber(*value);
+void CheckRange(const IParameter& parameter, const SValue& value) {
+    const bool outside = value.number < parameter.Minimum() || value.number > parameter.Maximum();
+    if (HasRange(parameter) && outside) Refuse(parameter, value.written);
 }
 
 }  // namespace
@@ -132,11 +123,13 @@ std::vector<IParameter*> All(IParameterRepository& repository) {
     return all;
 }
 
-IParameter& Find(IParameterRepository& repository, const std::string& name) {
+int IndexOf(IParameterRepository& repository, const std::string& name) {
     std::vector<std::string> names;
-    for (IParameter* parameter : All(repository)) {
+    for (int i = 0; i < repository.Count(); ++i) {
+        const IParameter* parameter = repository.At(i);
+        if (!parameter) continue;
         names.push_back(ToUtf8(parameter->Name()));
-        if (SameName(names.back(), name)) return *parameter;
+        if (SameName(names.back(), name)) return i;
     }
     const std::string nearest = NearestName(name, names);
     throw CRefused(fmt::format("unknown parameter \"{}\"", name),
@@ -144,18 +137,39 @@ IParameter& Find(IParameterRepository& repository, const std::string& name) {
                                    : fmt::format("did you mean \"{}\"?", nearest));
 }
 
-void SetFromText(IParameter& parameter, const std::string& text) { Accept(parameter, text, true); }
+IParameter& Find(IParameterRepository& repository, const std::string& name) {
+    return *repository.At(IndexOf(repository, name));
+}
 
-void SetFromJson(IParameterRepository& repository, const ordered_json& values) {
-    if (!values.is_object()) throw CRefused("a preset is a JSON object of names to values");
-    for (const bool set : {false, true}) {
-        for (const auto& [name, value] : values.items()) {
-            IParameter& parameter = Find(repository, name);
-            const std::optional<std::string> text = TextOf(parameter, value);
-            if (!text) Refuse(parameter, value.dump());
-            Accept(parameter, *text, set);
-        }
+SValue Parse(const IParameter& parameter, const std::string& text) {
+    if (parameter.Type() == EParameterType::String) return {text};
+    const std::optional<std::int64_t> number = ParseNumber(parameter, text);
+    if (!number) Refuse(parameter, text);
+    return {text, *number};
+}
+
+void Set(IParameter& parameter, const SValue& value) {
+    if (parameter.Type() == EParameterType::String) {
+        parameter.SetText(FromUtf8(value.written));
+        return;
     }
+    CheckRange(parameter, value);
+    parameter.SetNumber(value.number);
+}
+
+std::map<int, SValue> SetFromJson(IParameterRepository& repository, const ordered_json& values) {
+    if (!values.is_object()) throw CRefused("a preset is a JSON object of names to values");
+    std::map<int, SValue> parsed;
+    for (const auto& [name, value] : values.items()) {
+        const int index = IndexOf(repository, name);
+        const IParameter& parameter = *repository.At(index);
+        const std::optional<std::string> text = TextOf(parameter, value);
+        if (!text) Refuse(parameter, value.dump());
+        parsed[index] = Parse(parameter, *text);
+        CheckRange(parameter, parsed[index]);
+    }
+    for (const auto& [index, value] : parsed) Set(*repository.At(index), value);
+    return parsed;
 }
 
 const char* TypeName(EParameterType type) {
@@ -175,26 +189,26 @@ const char* TypeName(EParameterType type) {
 }
 
 std::string ToText(const IParameter& parameter) {
-    switch (parameter.Type()) {
-        case EParameterType::Boolean:
-            return parameter.Number() ? "true" : "false";
-        case EParameterType::Colour:
-            return ColourText(parameter.Number());
-        case EParameterType::String:
-            return ToUtf8(parameter.Text());
-        case EParameterType::Integer:
-        case EParameterType::Enumeration:
-            break;
+    return TextOf(parameter, parameter.Number(), parameter.Text());
+}
+
+std::string DefaultToText(const IParameter& parameter) {
+    return TextOf(parameter, parameter.DefaultNumber(), parameter.DefaultText());
+}
+
+std::map<int, SValue> CurrentValues(IParameterRepository& repository) {
+    std::map<int, SValue> values;
+    for (int i = 0; i < repository.Count(); ++i) {
+        const IParameter* parameter = repository.At(i);
+        if (parameter) values[i] = {ToText(*parameter), parameter->Number()};
     }
-    return std::to_string(parameter.Number());
+    return values;
 }
 
 ordered_json ToJson(const IParameter& parameter) {
-    return ValueToJson(parameter, parameter.Number(), parameter.Text());
-}
-
-ordered_json DefaultToJson(const IParameter& parameter) {
-    return ValueToJson(parameter, parameter.DefaultNumber(), parameter.DefaultText());
+    if (HasRange(parameter)) return parameter.Number();
+    if (parameter.Type() == EParameterType::Boolean) return parameter.Number() != 0;
+    return ToText(parameter);
 }
 
 ordered_json ToJson(IParameterRepository& repository) {

@@ -1,14 +1,14 @@
-#include "hostlib/job/CEffectModule.h"
+#include "job/CEffectModule.h"
 
 #include <dlfcn.h>
 
 #include <algorithm>
 
 #include "host/commands/IComponentExporter.h"
-#include "hostlib/job/Installation.h"
 #include "hostlib/language/Languages.h"
 #include "hostlib/system/ConfigFolders.h"
 #include "hostlib/system/RegistryStore.h"
+#include "job/Installation.h"
 
 namespace {
 

@@ -1,10 +1,9 @@
-#include "app/resources/Thumbnails.h"
+#include "job/Thumbnails.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 
-#include "app/imagefile/CImageFile.h"
 #include "host/graphics/ImageHelpers.h"
 #include "hostlib/system/ConfigFolders.h"
 
@@ -23,19 +22,21 @@ std::filesystem::path CacheFile(const std::filesystem::path& file) {
 
 }  // namespace
 
-bool Load(const std::filesystem::path& file, CRowIteratorBands& thumbnail) {
+bool Load(const IPictureFiles& pictures, const std::filesystem::path& file,
+          CRowIteratorBands& thumbnail) {
     std::error_code none;
     const std::filesystem::path cached = CacheFile(file);
     if (!std::filesystem::exists(cached, none)) return false;
     try {
-        thumbnail = imagefile::ReadImage(cached).pixels;
+        thumbnail = pictures.Read(cached);
         return true;
-    } catch (const imagefile::CImageFileError&) {
+    } catch (const CNException&) {
         return false;
     }
 }
 
-CRowIteratorBands Make(const std::filesystem::path& file, const CRowIteratorBands& picture) {
+CRowIteratorBands Make(const IPictureFiles& pictures, const std::filesystem::path& file,
+                       const CRowIteratorBands& picture) {
     const double scale = std::min(
         1.0, static_cast<double>(kSide) / std::max(picture.GetWidth(), picture.GetHeight()));
     CRowIteratorBands small;
@@ -46,8 +47,8 @@ CRowIteratorBands Make(const std::filesystem::path& file, const CRowIteratorBand
         const std::filesystem::path cached = CacheFile(file);
         std::error_code none;
         std::filesystem::create_directories(cached.parent_path(), none);
-        imagefile::WriteImage(cached, small, nullptr, {.overwrite = true, .input = {}});
-    } catch (const imagefile::CImageFileError&) {
+        pictures.Write(cached, small);
+    } catch (const CNException&) {
         // The thumbnail is shown all the same; it is made anew next time.
     }
     return small;

@@ -6,12 +6,11 @@
 #include <vector>
 
 #include "host/commands/CCmdEffect.h"
-#include "host/core/HostApi.h"
 
 struct SInstallation;
 
 // The plug-in, loaded, and the commands that it makes. Commands must be gone before it is.
-class HOST_API CEffectModule {
+class CEffectModule {
   public:
     // Loads the plug-in with its texts in `language` (a code such as "EN"). Throws CNException with
     // code 105 and the reason when it cannot be loaded.
@@ -33,7 +32,7 @@ class HOST_API CEffectModule {
 };
 
 // A command ready to be set and run in a context: its repository is defined and complete.
-HOST_API void PrepareCommand(CCmdEffect& command, ICommandExecutionContext* context);
+void PrepareCommand(CCmdEffect& command, ICommandExecutionContext* context);
 // Runs a prepared command on the context's document, as the editor does: Setup, then Do. Error 100
 // when cancelled; the document is changed only on success.
-HOST_API CErrorAutoThrow RunCommand(CCmdEffect& command, ICommandExecutionContext* context);
+CErrorAutoThrow RunCommand(CCmdEffect& command, ICommandExecutionContext* context);

@@ -1,0 +1,162 @@
+#include "app/cli/Jobs.h"
+
+#include <fmt/format.h>
+
+#include "app/cli/CliError.h"
+#include "app/cli/Interruption.h"
+#include "app/imagefile/CPictureFiles.h"
+
+namespace {
+
+EExit ExitOf(EJobFault fault) {
+    switch (fault) {
+        case EJobFault::Refused:
+        case EJobFault::Preset:
+        case EJobFault::UnknownEffect:
+        case EJobFault::UnknownLanguage:
+        case EJobFault::UnknownResource:
+            return EExit::Usage;
+        case EJobFault::Unreadable:
+            return EExit::Unreadable;
+        case EJobFault::NotLoaded:
+        case EJobFault::Effect:
+            return EExit::Effect;
+        case EJobFault::Memory:
+            return EExit::Limit;
+        case EJobFault::Cancelled:
+        case EJobFault::Fault:
+            break;
+    }
+    return EExit::Fault;
+}
+
+// Which subcommand shows what there is, after the job's own hint.
+std::string HintOf(const CJobError& error, const std::string& effect) {
+    const auto with = [&](const std::string& more) {
+        return error.Hint().empty() ? more : error.Hint() + " " + more;
+    };
+    if (error.Fault() == EJobFault::UnknownEffect) return with("\"cmdtexture list\" shows all");
+    if (error.Fault() == EJobFault::UnknownResource) {
+        return with("\"cmdtexture resources\" lists them");
+    }
+    if (error.Fault() == EJobFault::Refused && error.Hint().empty()) {
+        return fmt::format("\"cmdtexture describe {}\" lists the parameters", effect);
+    }
+    return error.Hint();
+}
+
+[[noreturn]] void Throw(const CJobError& error, const std::string& effect) {
+    if (error.Fault() == EJobFault::Cancelled) throw CInterrupted();
+    throw CCliError(ExitOf(error.Fault()), error.what(), HintOf(error, effect));
+}
+
+template <class Operation>
+auto WithCliErrors(const std::string& effect, Operation&& operation) {
+    try {
+        return operation();
+    } catch (const CJobError& error) {
+        Throw(error, effect);
+    }
+}
+
+std::vector<std::filesystem::path> Folders(const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        if (!std::filesystem::is_directory(name)) {
+            throw CCliError(EExit::Usage, fmt::format("--resources {}: no such folder", name));
+        }
+    }
+    return {names.begin(), names.end()};
+}
+
+void SetOne(CEffectJob& job, const std::string& assignment) {
+    const std::size_t equals = assignment.find('=');
+    if (equals == std::string::npos) {
+        throw CCliError(EExit::Usage, fmt::format("-p {}: expected NAME=VALUE", assignment));
+    }
+    job.Set(assignment.substr(0, equals), assignment.substr(equals + 1));
+}
+
+}  // namespace
+
+CJobLibrary OpenJobs(const SSessionOptions& options,
+                     const std::vector<std::string>& resource_folders) {
+    try {
+        return CJobLibrary({.language = options.language,
+                            .resources = Folders(resource_folders),
+                            .range_scale = options.range_scale == 0
+                                               ? std::optional<int>()
+                                               : std::optional<int>(options.range_scale),
+                            .pictures = imagefile::MakePictureFiles()});
+    } catch (const CJobError& error) {
+        if (error.Fault() != EJobFault::UnknownLanguage) Throw(error, {});
+        throw CCliError(EExit::Usage,
+                        fmt::format("--language {}: no such language", options.language),
+                        error.Hint());
+    }
+}
+
+TRef<CFileResourceLibrary> OpenPictures(const std::vector<std::string>& resource_folders) {
+    return OpenResources(FindInstallation(), Folders(resource_folders),
+                         imagefile::MakePictureFiles());
+}
+
+std::string EffectName(const CJobLibrary& library, const std::string& name) {
+    return WithCliErrors(name, [&] { return library.Find(name); });
+}
+
+CEffectJob MakeJob(const CJobLibrary& library, const std::string& effect,
+                   const SParameterOptions& options) {
+    return WithCliErrors(effect, [&] {
+        CEffectJob job = library.MakeJob(effect);
+        if (!options.preset.empty()) job.TakePreset(options.preset);
+        for (const std::string& assignment : options.values) SetOne(job, assignment);
+        return job;
+    });
+}
+
+CEffectJob MakeCheckedJob(const CJobLibrary& library, const std::string& effect,
+                          const SParameterOptions& options) {
+    CEffectJob job = MakeJob(library, effect, options);
+    WithCliErrors(effect, [&] { job.CheckResources(); });
+    return job;
+}
+
+void SetCanvas(CEffectJob& job, CSize canvas) {
+    WithCliErrors(job.Name(), [&] { job.SetCanvas(canvas); });
+}
+
+bool EditJob(CEffectJob& job) {
+    bool accepted = false;
+    try {
+        accepted = job.Edit();
+    } catch (const CJobError& error) {
+        if (interruption::Requested()) throw CInterrupted();
+        Throw(error, job.Name());
+    }
+    if (interruption::Requested()) throw CInterrupted();
+    return accepted;
+}
+
+CRowIteratorBands RunJob(const CEffectJob& job, CProgress& progress) {
+    const SJobResult result = job.Run(&progress);
+    if (interruption::Requested()) throw CInterrupted();
+    if (result.error) Throw(*result.error, job.Name());
+    return result.image;
+}
+
+std::string SavePreset(const CEffectJob& job, const std::string& name, bool overwrite) {
+    try {
+        return job.SavePreset(name, overwrite);
+    } catch (const CJobError& error) {
+        throw CCliError(EExit::Output, error.what(),
+                        overwrite ? "" : "--overwrite replaces an existing preset");
+    }
+}
+
+void WarnOfPrecision(const CEffectJob& job, CNPixelFormat format) {
+    if (!format.Is16bit() || job.Describe().works_at_16_bits) return;
+    fmt::print(stderr,
+               "cmdtexture: warning: {} works with 8-bit precision; what it changes of a 16-bit "
+               "image has no finer steps\n",
+               job.Name());
+}

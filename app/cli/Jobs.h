@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/cli/CProgress.h"
+#include "job/CJobLibrary.h"
+
+// How the subcommands use jobs: the user's options in, errors out as CCliError and CInterrupted.
+
+// Options that every subcommand which talks about effects takes.
+struct SSessionOptions {
+    std::string language;  // a code; empty: the environment's
+    int range_scale = 0;   // per cent that the scaled maxima grow; 0: as the registry says
+};
+
+// Values for parameters: a preset first, then single values over it.
+struct SParameterOptions {
+    std::vector<std::string> values;  // NAME=VALUE
+    std::string preset;               // a file, or the name of a saved preset
+};
+
+CJobLibrary OpenJobs(const SSessionOptions& options,
+                     const std::vector<std::string>& resource_folders = {});
+// The installation's pictures with the user's folders before them.
+TRef<CFileResourceLibrary> OpenPictures(const std::vector<std::string>& resource_folders);
+
+// The component name that the user means.
+std::string EffectName(const CJobLibrary& library, const std::string& name);
+// A job of the effect with what the user set, checked as far as it can be without a picture.
+CEffectJob MakeJob(const CJobLibrary& library, const std::string& effect,
+                   const SParameterOptions& options);
+// The same, pictures of the library included.
+CEffectJob MakeCheckedJob(const CJobLibrary& library, const std::string& effect,
+                          const SParameterOptions& options);
+void SetCanvas(CEffectJob& job, CSize canvas);
+bool EditJob(CEffectJob& job);
+CRowIteratorBands RunJob(const CEffectJob& job, CProgress& progress);
+// The file of a saved preset.
+std::string SavePreset(const CEffectJob& job, const std::string& name, bool overwrite);
+
+// Says what happened, once, when an effect works on 16-bit pictures with 8-bit precision.
+void WarnOfPrecision(const CEffectJob& job, CNPixelFormat format);

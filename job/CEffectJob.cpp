@@ -1,0 +1,153 @@
+#include "job/CEffectJob.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "hostlib/parameters/Presets.h"
+#include "job/CRunResources.h"
+#include "job/SJobParts.h"
+
+namespace {
+
+// Runs `operation`; what the host refuses, or a preset's trouble, is thrown as a CJobError.
+template <class Operation>
+auto WithJobErrors(Operation&& operation) {
+    try {
+        return operation();
+    } catch (const parameters::CRefused& refused) {
+        throw CJobError(EJobFault::Refused, refused.what(), refused.Hint());
+    } catch (const CNException& error) {
+        throw CJobError(EJobFault::Preset, error.what());
+    }
+}
+
+// A file, whatever its name; otherwise the user's preset of the name, if there is one.
+std::filesystem::path PresetFile(const std::string& effect, const std::string& preset) {
+    std::error_code none;
+    if (std::filesystem::exists(preset, none)) return preset;
+    const bool is_name = preset.find('/') == std::string::npos;
+    if (is_name && std::filesystem::exists(presets::FileOf(effect, preset), none)) {
+        return presets::FileOf(effect, preset);
+    }
+    return preset;
+}
+
+// The reason of a run that failed.
+CJobError ErrorOf(const std::string& name, const CErrorAutoThrow& error) {
+    if (error.Code() == TolmErrorCode::Cancelled) return {EJobFault::Cancelled, "cancelled"};
+    const std::string reason = *error.Text() ? fmt::format(": {}", error.Text()) : "";
+    return {EJobFault::Effect,
+            fmt::format("{} failed with error {}{}", name, static_cast<int>(error.Code()), reason)};
+}
+
+}  // namespace
+
+void CEffectJob::SParts::Define() {
+    const CJobLibrary::CScope scope(*library);
+    const TRef<CExecutionContext> context(
+        new CExecutionContext(document, library->resources, nullptr));
+    PrepareCommand(*command, context.Get());
+    for (const auto& [index, value] : given) parameters::Set(*Repository().At(index), value);
+}
+
+CEffectJob::CEffectJob(std::unique_ptr<SParts> parts) : parts_(std::move(parts)) {}
+CEffectJob::CEffectJob(CEffectJob&& other) noexcept = default;
+CEffectJob& CEffectJob::operator=(CEffectJob&& other) noexcept = default;
+CEffectJob::~CEffectJob() = default;
+
+const std::string& CEffectJob::Name() const { return parts_->name; }
+SEffectInfo CEffectJob::Describe() const { return SEffectInfo::Of(*parts_->command); }
+
+void CEffectJob::Set(const std::string& parameter, const std::string& value) {
+    WithJobErrors([&] {
+        const int index = parameters::IndexOf(parts_->Repository(), parameter);
+        IParameter& found = *parts_->Repository().At(index);
+        const parameters::SValue parsed = parameters::Parse(found, value);
+        parameters::Set(found, parsed);
+        parts_->given[index] = parsed;
+    });
+}
+
+void CEffectJob::Set(const nlohmann::ordered_json& values) {
+    WithJobErrors([&] {
+        for (auto& [index, value] : parameters::SetFromJson(parts_->Repository(), values)) {
+            parts_->given[index] = value;
+        }
+    });
+}
+
+void CEffectJob::TakePreset(const std::string& preset) {
+    Set(WithJobErrors([&] { return presets::Read(PresetFile(parts_->name, preset)); }));
+}
+
+std::string CEffectJob::SavePreset(const std::string& name, bool overwrite) const {
+    return WithJobErrors(
+        [&] { return presets::Save(parts_->name, name, Values(), overwrite).string(); });
+}
+
+nlohmann::ordered_json CEffectJob::Values() const {
+    return parameters::ToJson(parts_->Repository());
+}
+
+void CEffectJob::CheckResources() const {
+    CRunResources::Check(parts_->Repository(), *parts_->library->resources);
+}
+
+void CEffectJob::SetCanvas(CSize canvas) {
+    const CRowIteratorBands image =
+        parts_->document ? parts_->document->GetActiveImage() : CRowIteratorBands();
+    const CRowIterator selection =
+        parts_->document ? parts_->document->GetSelection() : CRowIterator();
+    parts_->document = new CDocument(canvas);
+    parts_->document->SetActiveImage(image);
+    parts_->document->SetSelection(selection);
+    WithJobErrors([&] { parts_->Define(); });
+}
+
+void CEffectJob::SetPicture(const CRowIteratorBands& image, const CRowIterator& selection) {
+    if (!parts_->document) SetCanvas({image.GetWidth(), image.GetHeight()});
+    parts_->document->SetSelection(selection);
+    parts_->document->SetActiveImage(image);
+}
+
+bool CEffectJob::Edit() {
+    const CSelectedLanguage language(parts_->library->installation.data, parts_->library->language);
+    const TRef<CExecutionContext> context(
+        new CExecutionContext(parts_->document, parts_->library->resources, nullptr));
+    CCmdEffect& command = *parts_->command;
+    const CErrorAutoThrow error = command.GetResourceData()->Edit(context.Get(), &command);
+    parts_->given = parameters::CurrentValues(parts_->Repository());
+    if (error.Code() == TolmErrorCode::Cancelled) return false;
+    if (!error.Failed()) return true;
+    throw CJobError(EJobFault::Effect, fmt::format("the dialog failed with error {}: {}",
+                                                   static_cast<int>(error.Code()), error.Text()));
+}
+
+// Works on a clone and a document of its own, so that the job stays as it is.
+SJobResult CEffectJob::Run(IProgressSink* sink) const {
+    try {
+        if (!parts_->document || !parts_->document->GetActiveImage().IsAttached()) {
+            return {{}, CJobError(EJobFault::Refused, "there is no picture to work on")};
+        }
+        TRef<ICoreCommand> clone;
+        parts_->command->Clone(clone.Receive()).ThrowIfFailed();
+        auto& command = dynamic_cast<CCmdEffect&>(*clone.Get());
+        const TRef<IResourceLibrary> resources(
+            new CRunResources(parts_->Repository(), *parts_->library->resources));
+        const TRef<CDocument> document(new CDocument(*parts_->document));
+        const TRef<CExecutionContext> context(new CExecutionContext(document, resources, sink));
+        const CErrorAutoThrow error = RunCommand(command, context.Get());
+        if (error.Failed()) return {{}, ErrorOf(parts_->name, error)};
+        return {document->GetActiveImage(), {}};
+    } catch (const CJobError& error) {
+        return {{}, error};
+    } catch (const std::bad_alloc&) {
+        return {{}, CJobError(EJobFault::Memory, "there is not enough memory")};
+    } catch (const CNException& error) {
+        return {{}, ErrorOf(parts_->name, error)};
+    } catch (const std::exception& error) {
+        return {{}, CJobError(EJobFault::Fault, error.what())};
+    }
+}
