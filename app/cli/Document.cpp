@@ -23,6 +23,12 @@ void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
         ->type_name("X,Y");
     command.add_flag("--lenient", options.input.lenient, "Take what can be had of a damaged input");
     command
+        .add_option("--page", options.input.page,
+                    "Take this page of a TIFF or frame of an animated WebP, from 1 on")
+        ->check(CLI::Range(1, 1 << 20));
+    command.add_flag("--convert", options.input.convert,
+                     "Make 8- or 16-bit grey or RGB of CMYK, Lab, 32-bit or floating-point input");
+    command
         .add_option("--max-pixels", options.input.max_pixels,
                     "Refuse larger inputs before decoding them")
         ->capture_default_str();

@@ -17,7 +17,7 @@ struct SDocumentOptions {
     std::vector<std::string> resources;
 };
 
-// IN, --mask, --canvas, --at, --lenient, --max-pixels and --resources.
+// IN, --mask, --canvas, --at, --lenient, --page, --convert, --max-pixels and --resources.
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options);
 // Refuses a canvas or place that cannot be meant, before anything is read.
 void CheckDocumentOptions(const SDocumentOptions& options);

@@ -51,17 +51,18 @@ int Brightness(const Sample* pixel, int colour_channels) {
 
 }  // namespace
 
+static imagefile::SReadOptions ReadOptions(const SInputOptions& options) {
+    return {options.lenient, options.max_pixels, options.page, options.convert};
+}
+
 imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options) {
-    return WithCliErrors([&] {
-        return imagefile::ReadHeader(options.file, {options.lenient, options.max_pixels});
-    });
+    return WithCliErrors([&] { return imagefile::ReadHeader(options.file, ReadOptions(options)); });
 }
 
 imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress) {
     return WithCliErrors([&] {
         CStatusControl status(&progress);
-        auto picture =
-            imagefile::ReadImage(options.file, {options.lenient, options.max_pixels}, &status);
+        auto picture = imagefile::ReadImage(options.file, ReadOptions(options), &status);
         Warn(picture.warnings);
         return picture;
     });
@@ -71,6 +72,7 @@ CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& 
                       IProgressSink& progress) {
     SInputOptions mask_options = options;
     mask_options.file = file;
+    mask_options.page = 0;  // it is the picture's
     CRowIteratorBands read = ReadPicture(mask_options, progress).pixels;
     if (read.GetWidth() != size.cx || read.GetHeight() != size.cy) {
         throw CCliError(EExit::Usage,

@@ -15,6 +15,8 @@ struct SInputOptions {
     std::string file;
     bool lenient = false;
     std::uint64_t max_pixels = imagefile::kDefaultMaxPixels;
+    int page = 0;  // from 1 on; 0 takes the only one
+    bool convert = false;
 };
 
 imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options);

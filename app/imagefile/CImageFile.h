@@ -28,6 +28,10 @@ struct SReadOptions {
     bool lenient = false;
     // Larger pictures are refused before they are decoded.
     std::uint64_t max_pixels = kDefaultMaxPixels;
+    // Which page of a TIFF file, or which frame of an animation, from 1 on; 0 takes the only one.
+    int page = 0;
+    // Makes 8- or 16-bit grey or RGB of what is neither (CMYK, Lab, fractions), with a warning.
+    bool convert = false;
 };
 
 struct SImageFile {

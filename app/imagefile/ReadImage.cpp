@@ -12,17 +12,15 @@
 #include "app/imagefile/FileKinds.h"
 #include "app/imagefile/PixelRows.h"
 #include "app/imagefile/VipsSession.h"
+#include "app/imagefile/decode/Decoders.h"
 #include "app/imagefile/metadata/Metadata.h"
 
 namespace imagefile {
 
 namespace {
 
-// Rows that are decoded at a time.
+// Progress is told as often.
 constexpr int kStripRows = 32;
-
-// How the library's own note begins about an error that it also returns.
-constexpr std::string_view kTileNote = "error in tile";
 
 std::string SizeText(std::uint64_t width, std::uint64_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels";
@@ -40,6 +38,7 @@ class CImageReader {
         : file_(file), options_(options), progress_(status) {}
 
     SImageHeader ReadHeader() {
+        is_header_only_ = true;
         Open();
         return header_;
     }
@@ -70,21 +69,25 @@ class CImageReader {
     void FindKind();
     void ReadStructure();
     void CheckSize(std::uint64_t width, std::uint64_t height) const;
-    CNPixelFormat CheckLayout(VipsImage* opened) const;
-    void JudgeWarnings(bool decoding);
+    void CheckPages() const;
+    CDecoder OpenDecoder(std::string& trouble);
     void OpenPicture();
+    void Convert();
+    void JudgeComplaints();
+    void Drain();
     void Decode();
-    void DecodeRows(VipsImage* opened);
-    std::string RowTrouble();
+    void DecodeRows();
+    SVipsOptions VipsOptions() const { return {std::max(options_.page, 1), options_.lenient}; }
 
     const std::filesystem::path& file_;
     const SReadOptions& options_;
     CStatusControl progress_;
     CFileDescriptor descriptor_;
     const SKind* kind_ = nullptr;
-    CVipsWarnings logged_;
     SContents contents_;
-    TVips<VipsImage> opened_;
+    CDecoder decoder_;
+    bool is_header_only_ = false;
+    bool is_whole_ = false;  // the decoder gave every row
     SImageHeader header_;
     SImageFile result_;
 };
@@ -131,7 +134,7 @@ void CImageReader::FindKind() {
 
 // What the decoders overlook or do not tell.
 void CImageReader::ReadStructure() {
-    contents_ = ReadContents(kind_->kind, descriptor_.Get());
+    contents_ = ReadContents(kind_->kind, descriptor_.Get(), std::max(options_.page, 1));
     if (contents_.is_too_large) {
         Fail(ENFault::Limit, "has more than " + std::to_string(kMaxMetadataBytes >> 20) +
                                  " MB of data besides its pixels");
@@ -140,8 +143,10 @@ void CImageReader::ReadStructure() {
         CheckSize(static_cast<std::uint64_t>(contents_.size.cx),
                   static_cast<std::uint64_t>(contents_.size.cy));
     }
-    if (contents_.is_animated && kind_->kind == ENKind::Png) {
-        FailUnsupported("is an animated PNG", "save one frame as a PNG first");
+    CheckPages();
+    if (!contents_.unsupported.empty()) {
+        FailUnsupported(contents_.unsupported + " not supported",
+                        "save it in strips of 8 or 16 bits a sample");
     }
     for (const std::string& what : contents_.damage) Damaged(what);
     for (const std::string& what : contents_.warnings) Warn(what);
@@ -160,79 +165,83 @@ void CImageReader::CheckSize(std::uint64_t width, std::uint64_t height) const {
     }
 }
 
-// The layout of an opened image. Bands alone do not tell it: CMYK has four.
-CNPixelFormat CImageReader::CheckLayout(VipsImage* opened) const {
-    if (const int pages = vips_image_get_n_pages(opened); pages > 1) {
-        const bool is_tiff = kind_->kind == ENKind::Tiff;
-        FailUnsupported((is_tiff ? "has " : "is an animation of ") + std::to_string(pages) +
-                            (is_tiff ? " pages" : " frames"),
-                        is_tiff ? "save one page as a file first" : "save one frame first");
+void CImageReader::CheckPages() const {
+    if (contents_.is_animated && kind_->kind == ENKind::Png) {
+        FailUnsupported("is an animated PNG", "save one frame as a PNG first");
     }
-    const std::string to_rgb = "convert it to grey or RGB first";
-    const VipsInterpretation colours = opened->Type;
-    if (opened->Coding != VIPS_CODING_NONE || colours == VIPS_INTERPRETATION_LAB ||
-        colours == VIPS_INTERPRETATION_LABS || colours == VIPS_INTERPRETATION_LABQ) {
-        FailUnsupported("Lab colour is not supported", to_rgb);
+    const bool is_tiff = kind_->kind == ENKind::Tiff;
+    const std::string count = std::to_string(contents_.pages);
+    if (options_.page > contents_.pages && contents_.damage.empty()) {
+        Fail(ENFault::Usage, "has " + count + (is_tiff ? " pages" : " frames") +
+                                 "; there is no number " + std::to_string(options_.page));
     }
-    if (colours == VIPS_INTERPRETATION_CMYK)
-        FailUnsupported("CMYK colour is not supported", to_rgb);
-    if (opened->BandFmt != VIPS_FORMAT_UCHAR && opened->BandFmt != VIPS_FORMAT_USHORT) {
-        FailUnsupported(std::string("samples of type ") +
-                            vips_enum_nick(VIPS_TYPE_BAND_FORMAT, opened->BandFmt) +
-                            " are not supported",
-                        "convert it to 8 or 16 bits first");
-    }
-    const bool is_grey =
-        colours == VIPS_INTERPRETATION_B_W || colours == VIPS_INTERPRETATION_GREY16;
-    const bool is_colour = colours == VIPS_INTERPRETATION_sRGB ||
-                           colours == VIPS_INTERPRETATION_RGB ||
-                           colours == VIPS_INTERPRETATION_RGB16;
-    if (!is_grey && !is_colour) {
-        FailUnsupported(std::string(vips_enum_nick(VIPS_TYPE_INTERPRETATION, colours)) +
-                            " colour is not supported",
-                        to_rgb);
-    }
-    const int colour_channels = is_grey ? 1 : 3;
-    if (opened->Bands != colour_channels && opened->Bands != colour_channels + 1) {
-        FailUnsupported(std::to_string(opened->Bands) + " channels are not supported",
-                        "leave the colours and at most one alpha channel");
-    }
-    return CNPixelFormat::Of(opened->Bands, opened->BandFmt == VIPS_FORMAT_USHORT);
+    if (options_.page > 0 || contents_.pages < 2) return;
+    FailUnsupported(is_tiff ? "has " + count + " pages" : "is an animation of " + count + " frames",
+                    std::string("--page 1 takes the first ") + (is_tiff ? "page" : "frame"));
 }
 
-// Most warnings mean that pixels or metadata are not what was once written.
-void CImageReader::JudgeWarnings(bool decoding) {
-    for (const std::string& text : logged_.TakeNew()) {
-        // Cameras and editors write many values that the TIFF library has no name for.
-        if (Contains(text, "Unknown field with tag") || text.starts_with(kTileNote)) continue;
-        if (!decoding && text.starts_with("iCCP")) {
-            Warn("the colour profile is not valid and is left out (" + text + ")");
-        } else {
-            Damaged("is damaged (" + text + ")");
-        }
-    }
+CDecoder CImageReader::OpenDecoder(std::string& trouble) {
+    if (kind_->kind == ENKind::Png) return OpenPngDecoder(descriptor_.Get(), trouble);
+    if (kind_->kind == ENKind::Jpeg) return OpenJpegDecoder(descriptor_.Get(), trouble);
+    return OpenVipsDecoder(kind_->kind, descriptor_.Get(), VipsOptions(), trouble);
 }
 
 void CImageReader::OpenPicture() {
-    opened_ = OpenDecoder(kind_->kind, descriptor_.Get(), !options_.lenient);
-    if (!opened_) {
-        const std::vector<std::string> warnings = logged_.TakeNew();
-        std::string text = TakeVipsError();
-        if (text.empty() && !warnings.empty()) text = warnings.front();
-        const bool is_unsupported = Contains(text, "unsupported") ||
-                                    Contains(text, "not supported") ||
-                                    Contains(text, "not configured");
+    std::string trouble;
+    decoder_ = OpenDecoder(trouble);
+    if (!decoder_) {
+        const bool is_unsupported = Contains(trouble, "nsupported") ||
+                                    Contains(trouble, "not supported") ||
+                                    Contains(trouble, "not configured");
         Fail(is_unsupported ? ENFault::Unsupported : ENFault::Unreadable,
              (is_unsupported ? "is of a sort that cannot be read (" : "is damaged or cut off (") +
-                 text + ")");
+                 trouble + ")");
     }
-    CheckSize(static_cast<std::uint64_t>(opened_->Xsize),
-              static_cast<std::uint64_t>(opened_->Ysize));
-    header_ = {{opened_->Xsize, opened_->Ysize}, CheckLayout(opened_.get())};
-    if (contents_.metadata.orientation >= 5) {
-        std::swap(header_.size.cx, header_.size.cy);
+    header_.size = decoder_->Size();
+    CheckSize(static_cast<std::uint64_t>(header_.size.cx),
+              static_cast<std::uint64_t>(header_.size.cy));
+    if (!decoder_->Format().IsKnown()) Convert();
+    header_.format = decoder_->Format();
+    if (contents_.metadata.orientation >= 5) std::swap(header_.size.cx, header_.size.cy);
+    JudgeComplaints();
+}
+
+void CImageReader::Convert() {
+    const std::string what = decoder_->Strangeness();
+    if (!options_.convert) {
+        FailUnsupported(what + " is not supported", "--convert makes grey or RGB of it");
     }
-    JudgeWarnings(false);
+    // The library that converts does not go on to the end marker.
+    if (kind_->kind == ENKind::Jpeg && !is_header_only_) Drain();
+    SConversion conversion;
+    std::string trouble;
+    decoder_ = OpenConverted(kind_->kind, descriptor_.Get(), VipsOptions(), conversion, trouble);
+    if (!decoder_) {
+        FailUnsupported(what + " cannot be converted (" + trouble + ")",
+                        "convert it to grey or RGB first");
+    }
+    for (const std::string& note : conversion.notes) Warn(note);
+    if (!conversion.profile.empty()) {
+        ReplaceProfile(contents_.metadata, std::move(conversion.profile));
+    }
+}
+
+void CImageReader::Drain() {
+    std::vector<std::uint8_t> row(std::size_t{4} * static_cast<std::size_t>(header_.size.cx));
+    bool is_whole = true;
+    for (int y = 0; y < header_.size.cy && is_whole; ++y) is_whole = decoder_->NextRow(row.data());
+    if (!is_whole || !decoder_->Finish()) Damaged("is damaged (" + decoder_->Trouble() + ")");
+    JudgeComplaints();
+}
+
+void CImageReader::JudgeComplaints() {
+    for (const SComplaint& complaint : decoder_->TakeComplaints()) {
+        if (complaint.is_damage) {
+            Damaged("is damaged (" + complaint.text + ")");
+        } else {
+            Warn("has a value that is not laid out as it should be (" + complaint.text + ")");
+        }
+    }
 }
 
 void CImageReader::Decode() {
@@ -244,11 +253,11 @@ void CImageReader::Decode() {
                  ", for which the memory cannot be had");
     }
     contents_.metadata.picture.format = header_.format;
-    MakeUpright(contents_.metadata, {opened_->Xsize, opened_->Ysize});
-    DecodeRows(opened_.get());
+    MakeUpright(contents_.metadata, decoder_->Size());
+    DecodeRows();
+    if (is_whole_ && !decoder_->Finish()) Damaged("is damaged (" + decoder_->Trouble() + ")");
+    JudgeComplaints();
     result_.metadata = std::make_shared<const SMetadata>(std::move(contents_.metadata));
-    opened_.reset();  // a decoder may still complain when it is closed
-    JudgeWarnings(true);
 }
 
 // Where the rows of a stored picture go in the upright one: `at` is the place of its first pixel,
@@ -277,45 +286,30 @@ SPlacement Place(CRowIteratorBands& upright, int orientation) {
     return place;
 }
 
-// Why a strip could not be had: the warning before the error tells more than the error itself.
-std::string CImageReader::RowTrouble() {
-    std::string error = TakeVipsError();
-    for (const std::string& text : logged_.TakeNew()) {
-        if (!text.starts_with(kTileNote)) return text;
-    }
-    return error;
-}
-
-// One thread asks for strip after strip: when the library reads a whole image with threads of its
-// own, an error that one of them meets can be lost.
-void CImageReader::DecodeRows(VipsImage* opened) {
-    const TVips<VipsRegion> region(vips_region_new(opened));
+void CImageReader::DecodeRows() {
     const SPlacement place = Place(result_.pixels, contents_.metadata.orientation);
-    const int height = opened->Ysize;
-    const auto store = [&](const void* row, int y) {
-        VisitPixelFormat(result_.pixels.GetPixelFormat(), 0, [&](auto traits) {
-            SwapRow(traits, row, place.at + y * place.row_step, opened->Xsize, place.pixel_step);
+    const auto [width, height] = decoder_->Size();
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(width) *
+                                  static_cast<std::size_t>(header_.format.PixelBytes()));
+    progress_.SetProgressRange(height);
+    bool goes_on = true;
+    for (int y = 0; y < height; ++y) {
+        if (y % kStripRows == 0 && progress_.SetProgress(y)) Fail(ENFault::Cancelled, "cancelled");
+        if (goes_on && !decoder_->NextRow(row.data())) {
+            const std::string reason = " (" + decoder_->Trouble() + ")";
+            if (y == 0) Fail(ENFault::Unreadable, "is damaged or cut off" + reason);
+            Damaged("is damaged or cut off after " + std::to_string(y) + " of " +
+                    std::to_string(height) + " rows" + reason);
+            std::fill(row.begin(), row.end(), std::uint8_t{0});
+            goes_on = false;
+        }
+        if (goes_on && y % kStripRows == 0) JudgeComplaints();
+        VisitPixelFormat(header_.format, 0, [&](auto traits) {
+            SwapRow(traits, row.data(), place.at + y * place.row_step, width, place.pixel_step);
             return 0;
         });
-    };
-    progress_.SetProgressRange(height);
-    for (int top = 0; top < height; top += kStripRows) {
-        if (progress_.SetProgress(top)) Fail(ENFault::Cancelled, "cancelled");
-        const VipsRect strip = {0, top, opened->Xsize, std::min(kStripRows, height - top)};
-        if (vips_region_prepare(region.get(), &strip) != 0) {
-            const std::string rows =
-                std::to_string(top) + " of " + std::to_string(height) + " rows";
-            if (top == 0) Fail(ENFault::Unreadable, "is damaged or cut off (" + RowTrouble() + ")");
-            Damaged("is damaged or cut off after " + rows + " (" + RowTrouble() + ")");
-            const std::vector<std::uint8_t> black(VIPS_IMAGE_SIZEOF_LINE(opened));
-            for (int y = top; y < height; ++y) store(black.data(), y);
-            return;
-        }
-        JudgeWarnings(true);
-        for (int y = top; y < top + strip.height; ++y) {
-            store(VIPS_REGION_ADDR(region.get(), 0, y), y);
-        }
     }
+    is_whole_ = goes_on;
     if (progress_.SetProgress(height)) Fail(ENFault::Cancelled, "cancelled");
 }
 

@@ -41,15 +41,15 @@ std::string TakeVipsError() {
     return text;
 }
 
-TVips<VipsImage> OpenDecoder(ENKind kind, int descriptor, bool strict) {
+TVips<VipsImage> OpenVips(ENKind kind, int descriptor, int page, bool strict) {
     if (lseek(descriptor, 0, SEEK_SET) != 0) return nullptr;
     const TVips<VipsSource> source(vips_source_new_from_descriptor(descriptor));
     if (!source) return nullptr;
-    const auto load = [&](auto loader) {
+    const auto load = [&](auto loader, auto... more) {
         VipsImage* opened = nullptr;
         const int failed =
             loader(source.get(), &opened, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
-                   strict ? VIPS_FAIL_ON_WARNING : VIPS_FAIL_ON_NONE, nullptr);
+                   strict ? VIPS_FAIL_ON_WARNING : VIPS_FAIL_ON_NONE, more..., nullptr);
         return TVips<VipsImage>(failed ? nullptr : opened);
     };
     switch (kind) {
@@ -58,9 +58,9 @@ TVips<VipsImage> OpenDecoder(ENKind kind, int descriptor, bool strict) {
         case ENKind::Jpeg:
             return load(vips_jpegload_source);
         case ENKind::Tiff:
-            return load(vips_tiffload_source);
+            return load(vips_tiffload_source, "page", page - 1);
         case ENKind::Webp:
-            return load(vips_webpload_source);
+            return load(vips_webpload_source, "page", page - 1);
     }
     return nullptr;
 }

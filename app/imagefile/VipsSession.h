@@ -22,9 +22,9 @@ void StartVips();
 // The library's account of what just failed, as one line without the name of its part.
 std::string TakeVipsError();
 
-// Opens an image file of a known kind, to be decoded from top to bottom. A `strict` decoder fails
-// where it would else warn and guess. Null on failure.
-TVips<VipsImage> OpenDecoder(ENKind kind, int descriptor, bool strict);
+// Opens an image file of a known kind, to be decoded from top to bottom; pages count from 1. A
+// `strict` decoder fails where it would else warn and guess. Null on failure.
+TVips<VipsImage> OpenVips(ENKind kind, int descriptor, int page, bool strict);
 
 // Collects what the library warns of on this thread; without a collector it is dropped. One at a
 // time in a thread.

@@ -135,10 +135,8 @@ void MakeUpright(SMetadata& metadata, CSize stored) {
     const CSize size = swaps ? CSize{stored.cy, stored.cx} : stored;
     metadata.picture.size = size;
     exif::MakeUpright(metadata.exif, metadata.orientation, size);
+    if (metadata.resolution && swaps) std::swap(metadata.resolution->x, metadata.resolution->y);
     if (!metadata.resolution) metadata.resolution = exif::Resolution(metadata.exif);
-    if (swaps && metadata.resolution && metadata.kind != ENKind::Webp) {
-        std::swap(metadata.resolution->x, metadata.resolution->y);
-    }
     if (metadata.orientation != 1 && !metadata.xmp.empty()) xmp::MakeUpright(metadata.xmp, size);
     metadata.photoshop = photoshop::WithoutThumbnails(metadata.photoshop);
     ReplacePngBlocks(metadata);

@@ -231,12 +231,13 @@ SContents ReadPngContents(int descriptor) {
         if (chunk.type == "IDAT") {
             has_pixels = true;
         } else {
+            std::array<std::uint8_t, 4> checksum = {};
+            if (!read(at + 8 + length, checksum)) break;
             taken += length;
             contents.is_too_large = taken > kMaxMetadataBytes;
             if (contents.is_too_large) return contents;
             chunk.data.resize(length);
-            std::array<std::uint8_t, 4> checksum = {};
-            if (!read(at + 8, chunk.data) || !read(at + 8 + length, checksum)) break;
+            if (!read(at + 8, chunk.data)) break;
             uLong sum = crc32(0, &frame[4], 4);
             if (length > 0) sum = crc32(sum, chunk.data.data(), static_cast<uInt>(length));
             if (sum != GetNumber(checksum.data(), 4, true)) {

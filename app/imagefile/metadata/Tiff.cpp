@@ -92,6 +92,26 @@ void TakeIptc(const STiffValue* value, SMetadata& metadata) {
     }
 }
 
+// What the decoder would take for damage.
+std::string UnsupportedSamples(const CReader& reader, const SDirectory& directory) {
+    constexpr std::uint16_t kBits = 258, kPlanar = 284, kTileWidth = 322, kSampleFormat = 339;
+    const auto number = [&](std::uint16_t tag, std::uint64_t otherwise) {
+        const SEntry* entry = directory.Find(tag);
+        return entry ? reader.Number(*entry) : otherwise;
+    };
+    constexpr std::uint64_t kKnown[] = {1, 2, 4, 8, 16, 32};
+    constexpr std::uint64_t kFraction = 3;
+    const std::uint64_t bits = number(kBits, 1);
+    if (std::find(std::begin(kKnown), std::end(kKnown), bits) == std::end(kKnown)) {
+        return "samples of " + std::to_string(bits) + " bits are";
+    }
+    if (number(kSampleFormat, 1) == kFraction && bits < 32) {
+        return "fractions of " + std::to_string(bits) + " bits are";
+    }
+    const bool is_planar_tiled = number(kPlanar, 1) == 2 && directory.Find(kTileWidth);
+    return is_planar_tiled ? "tiles of one channel each are" : "";
+}
+
 std::string TagName(std::uint16_t tag) { return "the TIFF tag " + std::to_string(tag); }
 
 void WarnOfLeftOut(const std::vector<std::uint16_t>& left_out, SContents& contents) {
@@ -203,6 +223,7 @@ SContents ReadTiffContents(int descriptor, int page) {
     contents.pages = chain.pages;
     if (chain.is_broken) contents.damage.push_back("the chain of its pages is broken");
     const SDirectory& directory = chain.wanted;
+    contents.unsupported = UnsupportedSamples(reader, directory);
     std::uint64_t budget = kMaxMetadataBytes;
     std::vector<std::uint16_t> left_out;
     SDirectory carried = directory;

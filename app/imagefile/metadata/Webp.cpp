@@ -58,7 +58,10 @@ SContents ReadWebpContents(int descriptor) {
             return contents;
         }
         if (chunk.type == "VP8 ") metadata.coding.is_lossy_webp = true;
-        contents.is_animated = contents.is_animated || chunk.type == "ANMF";
+        if (chunk.type == "ANMF") {
+            contents.pages = contents.is_animated ? contents.pages + 1 : 1;
+            contents.is_animated = true;
+        }
         if (!IsCoding(chunk.type)) {
             taken += length;
             contents.is_too_large = taken > kMaxMetadataBytes;
@@ -115,6 +118,7 @@ std::vector<SChunk> WebpChunks(const SMetadata& metadata, const SImageHeader& wr
         add("EXIF", metadata.exif);
     }
     add("XMP ", metadata.xmp);
+    if (!metadata.photoshop.empty()) losses.push_back("the Photoshop data");
     return chunks;
 }
 
