@@ -49,7 +49,7 @@ class HOST_API CRowIteratorBands {
     CErrorAutoThrow CreateCompatible(const CRowIteratorBands& source, int mode);
     CErrorAutoThrow CreateCompatible(int width, int height, const CRowIteratorBands& model,
                                      int mode);
-    // A new 8-bit grey image filled with the brightness of `colour`.
+    // A new 16-bit grey image filled with the brightness of `colour`.
     CErrorAutoThrow CreateGreyscale(int width, int height, CColorRef colour);
     // Lets go of the pixels: Destroy because they are no longer wanted, Detach because somebody
     // else holds them. Either way the handle is unattached afterwards.

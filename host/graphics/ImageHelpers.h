@@ -54,6 +54,7 @@ HOST_API CErrorAutoThrow DeleteAlphaChannel(const CRowIteratorBands& source,
                                             CRowIteratorBands& output, const std::uint8_t* table,
                                             CColorRef colour);
 
-// A grey version of the same depth, with the same alpha if there is any.
+// A grey version with 16 bits, which hold the mean of three samples of 8 bits in full; with the
+// same alpha if there is any.
 HOST_API CErrorAutoThrow GreyScaleDIB(CStatusControl* status, const CRowIteratorBands& source,
                                       CRowIteratorBands& output, const SColorSpecRGB& color_spec);

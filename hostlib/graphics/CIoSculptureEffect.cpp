@@ -20,6 +20,8 @@ constexpr float kShapeRise = 1.1F;
 constexpr double kShapeShare = 1.0 / 50;
 // Blur of the relief at smoothness 100, in pixels.
 constexpr double kSoftest = 8.0;
+// What shows through a pattern that has alpha.
+constexpr CColorRef kPaper{0xFFFFFF};
 constexpr int kBlock = 32;
 
 void Hold(CRowIteratorBands& held, const CRowIteratorBands& image, bool copy) {
@@ -45,7 +47,10 @@ CRowIteratorBands Material(CStatusControl* status, const CRowIteratorBands& patt
     const CColorRef colour{settings.plainColor};
     const int bgr[] = {colour.Blue(), colour.Green(), colour.Red()};
     std::copy_n(bgr, 3, plain.Row<std::uint8_t>(0));
-    const CRowIteratorBands& from = pattern.IsAttached() ? pattern : plain;
+    CRowIteratorBands from = pattern.IsAttached() ? pattern : plain;
+    if (from.GetPixelFormat().IsAlphaChannelPresent()) {
+        FlattenIteratorWithColor(from, from, GetMask64KLUT(), kPaper).ThrowIfFailed();
+    }
 
     const double scale = std::clamp(settings.size, 1, 1000) / 100.0;
     const auto scaled = [&](int side) {
@@ -93,13 +98,6 @@ CRowIteratorBands Heights(CStatusControl* status, const CRowIteratorBands& bump,
     return heights;
 }
 
-double Softness(const CSculptureSettings& settings) {
-    return std::min(settings.smoothness, 100) / 100.0 * kSoftest;
-}
-double ShapeBlur(const CRowIteratorBands& bump) {
-    return std::clamp(std::min(bump.GetWidth(), bump.GetHeight()) * kShapeShare, 2.0, 64.0);
-}
-
 CRowIteratorBands Blurred(CStatusControl* status, const CRowIteratorBands& heights, double sigma) {
     CStatusControl step(status);
     CIoGaussianBlur blur(sigma, 3);
@@ -107,6 +105,91 @@ CRowIteratorBands Blurred(CStatusControl* status, const CRowIteratorBands& heigh
     CRowIteratorBands soft;
     blur(soft, heights).ThrowIfFailed();
     return soft;
+}
+
+// What a transparent pixel has for a height: the mean of the visible ones around it, each counted
+// by its alpha, so that what is hidden under it carves nothing.
+class CVisibleHeights {
+  public:
+    // `alpha` is 16-bit grey and of the heights' size; `blur` says how far is farther away.
+    CVisibleHeights(CStatusControl* status, const CRowIteratorBands& heights,
+                    const CRowIteratorBands& alpha, double blur)
+        : heights_(heights), alpha_(alpha) {
+        CRowIteratorBands weighted;
+        weighted.Copy(heights, 0).ThrowIfFailed();
+        ForEachRowBlock(status, weighted.GetHeight(), kBlock, [&](int first, int last) {
+            for (int y = first; y < last; ++y) {
+                auto* row = weighted.Row<std::uint16_t>(y);
+                const auto* by = alpha_.Row<std::uint16_t>(y);
+                for (int x = 0; x < weighted.GetWidth(); ++x) row[x] = Share(row[x], by[x]);
+            }
+        }).ThrowIfFailed();
+        broad_heights_ = Blurred(status, weighted, blur);
+        broad_alpha_ = Blurred(status, alpha, blur);
+    }
+    std::uint16_t At(int x, int y) const {
+        const auto own = alpha_.Row<std::uint16_t>(y)[x];
+        const auto height = heights_.Row<std::uint16_t>(y)[x];
+        if (own == kOpaque) return height;
+        return static_cast<std::uint16_t>(Share(height, own) + Share(Around(x, y), kOpaque - own));
+    }
+
+  private:
+    static constexpr std::uint32_t kOpaque = 65535;
+    static std::uint16_t Share(std::uint32_t value, std::uint32_t alpha) {
+        return static_cast<std::uint16_t>((value * std::uint64_t{alpha} + kOpaque / 2) / kOpaque);
+    }
+    // Of the pixels that touch this one, so that an outline is no cliff; else from farther away.
+    std::uint32_t Around(int x, int y) const {
+        std::uint64_t sum = 0, weight = 0;
+        for (int j = std::max(y - 1, 0); j <= std::min(y + 1, heights_.GetHeight() - 1); ++j) {
+            for (int i = std::max(x - 1, 0); i <= std::min(x + 1, heights_.GetWidth() - 1); ++i) {
+                const std::uint64_t alpha = alpha_.Row<std::uint16_t>(j)[i];
+                sum += alpha * heights_.Row<std::uint16_t>(j)[i];
+                weight += alpha;
+            }
+        }
+        if (weight == 0) {
+            weight = broad_alpha_.Row<std::uint16_t>(y)[x];
+            sum = broad_heights_.Row<std::uint16_t>(y)[x] * std::uint64_t{kOpaque};
+        }
+        constexpr std::uint64_t kMiddle = kOpaque / 2;
+        return static_cast<std::uint32_t>(
+            weight == 0 ? kMiddle : std::min<std::uint64_t>(sum / weight, kOpaque));
+    }
+
+    const CRowIteratorBands &heights_, &alpha_;
+    CRowIteratorBands broad_heights_, broad_alpha_;
+};
+
+CRowIteratorBands AlphaOf(const CRowIteratorBands& picture) {
+    CRowIteratorBands shown = picture, alpha;
+    shown.SetChannelAccess(ENChannel::Alpha, 0).ThrowIfFailed();
+    alpha.Create(picture.GetWidth(), picture.GetHeight(), shown.GetAccessFormat()).ThrowIfFailed();
+    for (int y = 0; y < alpha.GetHeight(); ++y) CopyShownRow(shown, y, alpha, y);
+    return alpha;
+}
+
+CRowIteratorBands VisibleHeights(CStatusControl* status, const CRowIteratorBands& heights,
+                                 const CRowIteratorBands& picture, double blur) {
+    const CRowIteratorBands alpha = Heights(status, AlphaOf(picture), false, {});
+    const CVisibleHeights visible(status, heights, alpha, blur);
+    CRowIteratorBands made;
+    made.CreateCompatible(heights, 2).ThrowIfFailed();
+    ForEachRowBlock(status, made.GetHeight(), kBlock, [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            auto* row = made.Row<std::uint16_t>(y);
+            for (int x = 0; x < made.GetWidth(); ++x) row[x] = visible.At(x, y);
+        }
+    }).ThrowIfFailed();
+    return made;
+}
+
+double Softness(const CSculptureSettings& settings) {
+    return std::min(settings.smoothness, 100) / 100.0 * kSoftest;
+}
+double ShapeBlur(const CRowIteratorBands& bump) {
+    return std::clamp(std::min(bump.GetWidth(), bump.GetHeight()) * kShapeShare, 2.0, 64.0);
 }
 
 CErrorAutoThrow Light(CStatusControl* status, const CSculptureSettings& settings,
@@ -169,15 +252,20 @@ CErrorAutoThrow CIoSculptureEffect::ApplyEffect(CStatusControl* status,
     if (!bump_.IsAttached() || !MaskFits(mask_, bump_)) return TolmErrorCode::UnusableInput;
     return CatchErrors([&]() -> CErrorAutoThrow {
         const bool soft = settings_.smoothness > 0;
-        if (status) status->SetNumberOfSteps(4 + (soft ? 1 : 0) + (mask_.IsAttached() ? 1 : 0));
+        const bool alpha = bump_.GetPixelFormat().IsAlphaChannelPresent();
+        if (status) {
+            status->SetNumberOfSteps(4 + (alpha ? 5 : 0) + (soft ? 1 : 0) +
+                                     (mask_.IsAttached() ? 1 : 0));
+        }
         CRowIteratorBands bump = bump_;
         bump.SetChannelAccess(ENChannel::All, 0).ThrowIfFailed();
         PrepareDestination(destination, bump).ThrowIfFailed();
         const CRowIteratorBands material =
             Material(status, pattern_, settings_, destination, color_spec);
         CRowIteratorBands heights = Heights(status, bump, settings_.invert != 0, color_spec);
-        if (soft) heights = Blurred(status, heights, Softness(settings_));
         const double broad = ShapeBlur(bump);
+        if (alpha) heights = VisibleHeights(status, heights, bump, broad);
+        if (soft) heights = Blurred(status, heights, Softness(settings_));
         const CRowIteratorBands shapes = Blurred(status, heights, broad);
         const float shape_rise = kShapeRise * static_cast<float>(broad);
         Light(status, settings_, material, {{heights, kDetailRise}, {shapes, shape_rise}}, bump,

@@ -16,20 +16,30 @@ constexpr double kBevelSlope = 0.4;
 // A pixel's light is the mean over so many points of it each way: outlines come out smooth.
 constexpr int kPoints = 3;
 
-// The relief of one tile: a bevel that rises from the outline, from a straight chamfer (smoothness
-// 0) to a pillow over the whole tile (1).
+// The relief of one tile: its edge rises from the outline, from a straight bevel (smoothness 0) to
+// a pillow over the whole tile (1). Above 0 the slope swells and fades without a jump.
 class CBevel {
   public:
     CBevel(double inradius, double smoothness, double slope)
-        : width_(inradius * (0.22 + 0.68 * smoothness)), smoothness_(smoothness), slope_(slope) {}
+        : width_(inradius * (kStraight + (1 - kStraight) * smoothness * (1.6 - 0.6 * smoothness))),
+          swell_(kSwell * smoothness * (2 - smoothness) * width_),
+          fade_(smoothness * (width_ - swell_)),
+          // A slope that fades rises less: it begins the steeper.
+          slope_(slope * (1 + 0.7 * smoothness)) {}
     // Rise per pixel at a distance from the outline.
     double SlopeAt(double inside) const {
         if (inside <= 0 || inside >= width_) return 0;
-        return slope_ * (1 - smoothness_ + smoothness_ * 2 * (1 - inside / width_));
+        return slope_ * Ramp(inside, swell_) * Ramp(width_ - inside, fade_);
     }
 
   private:
-    double width_, smoothness_, slope_;
+    static constexpr double kStraight = 0.22;  // share of the way to the middle that is bevelled
+    static constexpr double kSwell = 0.2;      // share of the edge on which the slope swells
+    static double Ramp(double at, double length) {
+        const double t = length > 0 ? std::min(at / length, 1.0) : 1.0;
+        return t * t * (3 - 2 * t);
+    }
+    double width_, swell_, fade_, slope_;
 };
 
 // The light of one period of the tiling, or of as much of it as the picture is large, beginning
@@ -40,9 +50,9 @@ class CTileLight {
         : lighting_(lighting),
           grid_(static_cast<ETileShape>(std::clamp(settings.tileShape, 0, 2)),
                 std::clamp(settings.tileSize, 1, 1024), std::clamp(settings.borderSize, 0, 256),
-                1 - std::clamp(settings.tileAngularity, 0, 100) / 100.0),
-          bevel_(grid_.Inradius(), std::clamp(settings.smoothness, 0, 100) / 100.0,
-                 kBevelSlope * lighting.HeightScale()),
+                1 - std::clamp(settings.tileAngularity, 0, 100) / 100.0,
+                Smoothness(settings) * (2 - Smoothness(settings))),
+          bevel_(grid_.Inradius(), Smoothness(settings), kBevelSlope * lighting.HeightScale()),
           grout_(1 - static_cast<float>(std::clamp(settings.groutShade, 0, 100)) / 100),
           left_(FloorMod(place.left, grid_.PeriodX())),
           top_(FloorMod(place.top, grid_.PeriodY())),
@@ -67,6 +77,9 @@ class CTileLight {
     }
 
   private:
+    static double Smoothness(const CTilesSettings& settings) {
+        return std::clamp(settings.smoothness, 0, 100) / 100.0;
+    }
     // Slopes of the points of a row of pixels, kPoints a pixel, and which of them are grout.
     void ComputeRow(int y) {
         const auto points = static_cast<std::size_t>(width_) * kPoints;

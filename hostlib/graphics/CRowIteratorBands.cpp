@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/graphics/PixelMath.h"
 #include "hostlib/graphics/CPixelStore.h"
 
 namespace {
@@ -167,10 +168,10 @@ CErrorAutoThrow CRowIteratorBands::CreateCompatible(int width, int height,
 }
 
 CErrorAutoThrow CRowIteratorBands::CreateGreyscale(int width, int height, CColorRef colour) {
-    CErrorAutoThrow created = Create(width, height, ENPixelFormat::Grey8);
+    CErrorAutoThrow created = Create(width, height, ENPixelFormat::Grey16);
     if (created.Failed()) return created;
-    std::memset(pixels_, colour.Grey(),
-                static_cast<std::size_t>(stride_) * static_cast<std::size_t>(height_));
+    const auto grey = static_cast<std::uint16_t>(pixel::Times257(colour.Grey()));
+    for (int y = 0; y < height; ++y) std::fill_n(Row<std::uint16_t>(y), width, grey);
     return created;
 }
 

@@ -192,10 +192,9 @@ CErrorAutoThrow GreyScaleDIB(CStatusControl* status, const CRowIteratorBands& so
     const CNPixelFormat format = source.GetPixelFormat();
     const CRect place = source.GetRect();
     CRowIteratorBands made;
-    CErrorAutoThrow result =
-        made.Create(source.GetWidth(), source.GetHeight(),
-                    CNPixelFormat::Of(format.IsAlphaChannelPresent() ? 2 : 1, format.Is16bit()),
-                    {place.left, place.top});
+    CErrorAutoThrow result = made.Create(
+        source.GetWidth(), source.GetHeight(),
+        CNPixelFormat::Of(format.IsAlphaChannelPresent() ? 2 : 1, true), {place.left, place.top});
     if (result.Failed()) return result;
     result = ForEachRowBlock(status, made.GetHeight(), kRowsPerBlock, [&](int first, int last) {
         for (int y = first; y < last; ++y) {

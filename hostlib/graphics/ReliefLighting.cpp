@@ -14,24 +14,53 @@ using SCoefficients = CReliefLighting::SCoefficients;
 
 // The brightest shade a slope can get over the plane's, reached only in the limit: it keeps low
 // light from burning out every slope.
-constexpr float kBrightest = 1.6F;
-// How much of the plane's light a slope loses that no light falls on: some comes from around.
-constexpr float kShadow = 0.8F;
+constexpr float kBrightest = 2.0F;
+// The share of the plane's light that comes from the whole sky, and so falls on slopes that the
+// light does not reach: the less, the steeper they are. What is turned away from the light gets
+// some of it back from the ground. Both keep the shape of what lies in shadow.
+constexpr float kSky = 0.28F;
+constexpr float kGround = 0.12F;
+// How fast slopes gather light, and lose it.
+constexpr float kGlow = 1.3F;
+constexpr float kShadow = 1.6F;
+// What is lit brighter than this share of white, or than the picture was already, comes near white
+// ever slower, so that lit slopes keep their shape; and by so much of what it loses it turns toward
+// the light's colour. The way to white counts kRoom times.
+constexpr float kShoulder = 0.7F;
+constexpr float kRoom = 1.6F;
+constexpr float kWhiten = 0.35F;
+constexpr float kTiny = 1e-6F;
+// No slope counts as steeper, whatever the depth.
+constexpr float kSteepest = 3.0F;
 
-// Shade and gloss of one point. The shade is Lambert's cosine over that of the flat plane, pulled
-// together above 1; the gloss is Blinn's halfway cosine from the plane's to its peak, given a lobe
-// by Schlick's t / (n - n t + t).
+// Shade and gloss of one point. The shade is the light over that of the flat plane (Lambert's
+// cosine for the light itself), pulled together above 1; below, it falls off like exp(-x), by its
+// series, so that shadows never close. The gloss is Blinn's halfway cosine from the plane's to its
+// peak, given a lobe by Schlick's t / (n - n t + t).
+template <bool kGlossy>
 inline void LightPoint(float slope_x, float slope_y, const SCoefficients& by, float& shade,
                        float& gloss) {
-    const float normal_z = 1.0F / std::sqrt(1.0F + slope_x * slope_x + slope_y * slope_y);
+    constexpr float kBend = 1.0F / (kSteepest * kSteepest);
+    const float steep = slope_x * slope_x + slope_y * slope_y;
+    const float normal = 1.0F / std::sqrt(1.0F + steep * (1.0F + kBend));
+    const float normal_z = normal * std::sqrt(1.0F + steep * kBend);
     const float toward = slope_x * by.toward_x + slope_y * by.toward_y;
-    const float cosine = std::max((1.0F - toward) * normal_z, 0.0F) - 1.0F;
-    const float bright = std::max(cosine, 0.0F);
-    const float dark = std::min(cosine, 0.0F);
-    const float pulled = bright / (1.0F + bright * (1.0F / kBrightest));
-    shade = std::max(by.flat + by.contrast * (pulled + kShadow * dark), 0.0F);
+    const float cosine = normal_z - toward * normal;
+    const float direct = std::max(cosine, 0.0F), away = std::max(-cosine, 0.0F);
+    const float more = direct + kSky * (normal_z - direct) + kGround * away - 1.0F;
+    const float bright = kGlow * std::max(more, 0.0F);
+    const float pull = 1.0F + bright * (1.0F / kBrightest);
+    const float dark = by.contrast * kShadow * std::max(-more, 0.0F);
+    const float series = 1.0F + dark * (1.0F + dark * (0.5F + dark * (1.0F / 6.0F)));
+    // Only one of the two is not 1.
+    shade = (by.flat * pull + by.contrast * bright) / (pull * series);
+    if constexpr (!kGlossy) {
+        gloss = 0.0F;
+        return;
+    }
 
-    const float halfway = (by.half_z - slope_x * by.half_x - slope_y * by.half_y) * normal_z;
+    const float halfway =
+        by.half_z * normal_z - (slope_x * by.half_x + slope_y * by.half_y) * normal;
     const float t = std::clamp((halfway - by.half_z) * by.gloss_scale, 0.0F, 1.0F);
     gloss = by.gloss * t / (by.tightness - by.tightness * t + t);
 }
@@ -40,7 +69,15 @@ CMDTEXTURE_MULTIVERSION void LightPoints(const float* slope_x, const float* slop
                                          const SCoefficients* coefficients, float* shade,
                                          float* gloss, int pixels) {
     const SCoefficients by = *coefficients;
-    for (int x = 0; x < pixels; ++x) LightPoint(slope_x[x], slope_y[x], by, shade[x], gloss[x]);
+    if (by.gloss > 0) {
+        for (int x = 0; x < pixels; ++x) {
+            LightPoint<true>(slope_x[x], slope_y[x], by, shade[x], gloss[x]);
+        }
+    } else {
+        for (int x = 0; x < pixels; ++x) {
+            LightPoint<false>(slope_x[x], slope_y[x], by, shade[x], gloss[x]);
+        }
+    }
 }
 
 template <class Traits>
@@ -51,14 +88,18 @@ inline void ApplyLight(typename Traits::Sample* pixel, float shade, float gloss,
     const float base = std::min(shade, by.flat);
     const float lit = std::max(shade - by.flat, 0.0F);
     float value[kCount];
-    float peak = kMaximum;
+    float was = kShoulder * kMaximum, peak = 0;
     for (int c = 0; c < kCount; ++c) {
         const float colour = kCount == 1 ? by.grey : by.colour[c];
-        value[c] = static_cast<float>(pixel[c]) * (base + lit * colour);
+        const float sample = static_cast<float>(pixel[c]);
+        value[c] = sample * (base + lit * colour);
+        was = std::max(was, sample);
         peak = std::max(peak, value[c]);
     }
-    const float keep = kMaximum / peak;
-    const float highlight = 1.0F - (1.0F - gloss) * keep;
+    const float room = kRoom * (kMaximum - was), over = std::max(peak - was, 0.0F);
+    const float taken = std::max(over * over, (peak - kMaximum) * (room + over));
+    const float keep = 1.0F - taken / ((room + over + kTiny) * (peak + kTiny));
+    const float highlight = 1.0F - (1.0F - gloss) * (kWhiten * keep + (1.0F - kWhiten));
     for (int c = 0; c < kCount; ++c) {
         const float colour = kMaximum * (kCount == 1 ? by.grey : by.colour[c]);
         const float kept = value[c] * keep;

@@ -40,10 +40,14 @@ struct SWeights {
         blue = std::min(static_cast<std::uint32_t>(by.blue * scale + 0.5), 65536 - red);
         green = 65536 - red - blue;
     }
-    // Rounded to nearest; fits 32 bits for 16-bit samples too. Equal channels keep their value.
-    template <class Sample>
-    Sample Brightness(const Sample* bgr) const {
-        return static_cast<Sample>((blue * bgr[0] + green * bgr[1] + red * bgr[2] + 32768) >> 16);
+    // In the depth of To when that is the larger, and rounded to nearest; fits 32 bits for 16-bit
+    // samples too. Equal channels keep their value.
+    template <class To, class From>
+    auto Brightness(const From* bgr) const {
+        constexpr bool kWiden = sizeof(To) > sizeof(From);
+        const std::uint32_t sum = blue * bgr[0] + green * bgr[1] + red * bgr[2];
+        return static_cast<std::conditional_t<kWiden, To, From>>(
+            (sum * (kWiden ? 257U : 1U) + 32768) >> 16);
     }
 };
 
@@ -61,7 +65,7 @@ void ConvertPixels(const typename From::Sample* in, typename To::Sample* out, in
     for (int x = 0; x < pixels; ++x, in += From::kChannels, out += To::kChannels) {
         for (int c = 0; c < To::kColourChannels; ++c) {
             if constexpr (From::kColourChannels > To::kColourChannels) {
-                out[c] = Rescale<Sample>(weights.Brightness(in));
+                out[c] = Rescale<Sample>(weights.Brightness<Sample>(in));
             } else {
                 out[c] = Rescale<Sample>(in[From::kColourChannels == 1 ? 0 : c]);
             }

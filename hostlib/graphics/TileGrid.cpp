@@ -4,57 +4,49 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <span>
 
 namespace {
 
 constexpr double kRowOfPitch = std::numbers::sqrt3 / 2;
+constexpr int kIterations = 6;  // to far less than a thousandth of a pixel
 
 double Fraction(double value) { return value - std::floor(value); }
 
+// The directions out of a tile's edges. The triangle's side is on top.
+struct SNormal {
+    double x, y;
+};
+constexpr double kTall = std::numbers::sqrt3 / 2;
+constexpr SNormal kTriangle[] = {{0, -1}, {kTall, 0.5}, {-kTall, 0.5}};
+constexpr SNormal kSquare[] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}};
+constexpr SNormal kHexagon[] = {{1, 0},  {0.5, kTall},   {-0.5, kTall},
+                                {-1, 0}, {-0.5, -kTall}, {0.5, -kTall}};
+std::span<const SNormal> NormalsOf(ETileShape shape) {
+    if (shape == ETileShape::Triangle) return kTriangle;
+    if (shape == ETileShape::Square) return kSquare;
+    return kHexagon;
+}
+// Half of an edge over its distance from the middle.
+double HalfEdgeOf(ETileShape shape) {
+    if (shape == ETileShape::Triangle) return std::numbers::sqrt3;
+    return shape == ETileShape::Square ? 1 : std::numbers::inv_sqrt3;
+}
+
 }  // namespace
 
-CTileGrid::CTileGrid(ETileShape shape, int size, int gap, double roundness) : shape_(shape) {
+CTileGrid::CTileGrid(ETileShape shape, int size, int gap, double roundness, double softness)
+    : shape_(shape), softness_(softness) {
     // A gap takes half of its width from each edge, which shortens a triangle's side by more.
     const double pitch = shape == ETileShape::Triangle ? size + std::numbers::sqrt3 * gap
                                                        : static_cast<double>(size + gap);
     pitch_ = std::max(static_cast<int>(std::lround(pitch)), 1);
     row_ = std::max(static_cast<int>(std::lround(pitch * kRowOfPitch)), 1);
-    BuildCore(gap, roundness);
-}
-
-void CTileGrid::BuildCore(double gap, double roundness) {
-    const double half = pitch_ / 2.0;
-    const double slanted = std::hypot(half, row_);
-    const auto edge = [&](double x, double y, double distance) {
-        const auto at = static_cast<std::size_t>(core_.corners++);
-        core_.normals[at] = {x, y};
-        core_.distances[at] = distance - gap / 2;
-    };
-    if (shape_ == ETileShape::Square) {
-        for (const auto& n : {SPoint{1, 0}, {0, 1}, {-1, 0}, {0, -1}}) edge(n.x, n.y, half);
-    } else if (shape_ == ETileShape::Hexagon) {
-        const SPoint n{half / slanted, row_ / slanted};
-        for (const auto& s : {SPoint{1, 0}, n, {-n.x, n.y}, {-1, 0}, {-n.x, -n.y}, {n.x, -n.y}}) {
-            edge(s.x, s.y, s.y == 0 ? half : slanted / 2);
-        }
-    } else {
-        // Its side is on top, its corner below; the middle is a third of the row's height down.
-        const SPoint n{row_ / slanted, half / slanted};
-        edge(0, -1, row_ / 3.0);
-        edge(n.x, n.y, n.x * half - n.y * row_ / 3.0);
-        edge(-n.x, n.y, n.x * half - n.y * row_ / 3.0);
-    }
-    inradius_ = std::max(
-        *std::min_element(core_.distances.begin(), core_.distances.begin() + core_.corners), 0.05);
-    radius_ = roundness * inradius_;
-    const auto count = static_cast<std::size_t>(core_.corners);
-    for (std::size_t i = 0; i < count; ++i) core_.distances[i] -= radius_;
-    for (std::size_t i = 0; i < count; ++i) {
-        const SPoint a = core_.normals[i], b = core_.normals[(i + 1) % count];
-        const double da = core_.distances[i], db = core_.distances[(i + 1) % count];
-        const double area = a.x * b.y - a.y * b.x;
-        core_.points[i] = {(da * b.y - db * a.y) / area, (a.x * db - b.x * da) / area};
-    }
+    stretch_ = shape == ETileShape::Square ? 1 : row_ / (pitch_ * kRowOfPitch);
+    const double half = shape == ETileShape::Triangle ? pitch_ * kRowOfPitch / 3 : pitch_ / 2.0;
+    inradius_ = std::max(half - gap / 2.0, 0.05);
+    straight_ = (1 - roundness) * inradius_;
+    half_edge_ = HalfEdgeOf(shape);
 }
 
 CTileGrid::SPoint CTileGrid::FromHexagon(double x, double y) const {
@@ -91,33 +83,52 @@ CTileGrid::SPoint CTileGrid::FromMiddle(double x, double y, bool& turned) const 
     return {(Fraction(x / pitch_) - 0.5) * pitch_, (Fraction(y / pitch_) - 0.5) * pitch_};
 }
 
+// In half of the sector that belongs to an edge: `across` is the distance from the tile's middle
+// toward the edge, `along` that from the edge's middle toward its end, which is not negative. The
+// answer's growth is across and along, too.
+//
+// Seen from the middle, y = 1 is the outline and y = 0 the middle. The line of one y is a polygon
+// of inradius m with a band of width inradius y - m around it, so that its corners have that
+// radius: m falls like y where softness is 0, which leaves the outline's shape, and like the cube
+// of y where it is 1, which soon leaves circles.
+STilePlace CTileGrid::InHalfEdge(double across, double along) const {
+    const double linear = straight_ * (1 - softness_), cubic = straight_ * softness_;
+    const auto inner = [&](double y) { return y * (linear + cubic * y * y); };
+    const double edge_y = across / inradius_;
+    if (along <= half_edge_ * inner(edge_y)) return {inradius_ - across, -1, 0};
+
+    // Beside the edge's straight part: the circle around the inner polygon's corner that goes
+    // through the point, by Newton's method.
+    double y = edge_y, nx = 0, ny = 0, rate = 1;
+    for (int i = 0; i < kIterations; ++i) {
+        const double m = inner(y), steep = linear + 3 * cubic * y * y;
+        const double dx = across - m, dy = along - half_edge_ * m;
+        const double distance = std::max(std::sqrt(dx * dx + dy * dy), 1e-9);
+        nx = dx / distance;
+        ny = dy / distance;
+        rate = inradius_ + (nx + half_edge_ * ny - 1) * steep;
+        y += (distance - (inradius_ * y - m)) / rate;
+    }
+    const double grow = -inradius_ / rate;
+    return {inradius_ * (1 - y), grow * nx, grow * ny};
+}
+
 STilePlace CTileGrid::PlaceOf(double x, double y) const {
     bool turned = false;
-    const SPoint p = FromMiddle(x, y, turned);
-    const double sign = turned ? -1 : 1;
-    const auto count = static_cast<std::size_t>(core_.corners);
-    double outside = -std::numeric_limits<double>::max();
-    std::size_t edge = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double beyond =
-            core_.normals[i].x * p.x + core_.normals[i].y * p.y - core_.distances[i];
-        if (beyond > outside) {
-            outside = beyond;
-            edge = i;
+    SPoint p = FromMiddle(x, y, turned);
+    p.y /= stretch_;
+    double across = -std::numeric_limits<double>::max();
+    SNormal out{};
+    for (const SNormal& normal : NormalsOf(shape_)) {
+        const double at = normal.x * p.x + normal.y * p.y;
+        if (at > across) {
+            across = at;
+            out = normal;
         }
     }
-    const SPoint n = core_.normals[edge];
-    if (outside <= 0 || radius_ == 0) {
-        return {radius_ - outside, -sign * n.x, -sign * n.y};
-    }
-    // Outside the core: the distance to the nearest point of that edge, which is one of its corners
-    // when the foot of the perpendicular lies beyond it.
-    const SPoint from = core_.points[(edge + count - 1) % count], to = core_.points[edge];
-    const SPoint along{to.x - from.x, to.y - from.y};
-    const double length = along.x * along.x + along.y * along.y;
-    const double at = (p.x - from.x) * along.x + (p.y - from.y) * along.y;
-    const double share = length > 0 ? std::clamp(at / length, 0.0, 1.0) : 0.0;
-    const SPoint off{p.x - from.x - share * along.x, p.y - from.y - share * along.y};
-    const double distance = std::max(std::hypot(off.x, off.y), 1e-9);
-    return {radius_ - distance, -sign * off.x / distance, -sign * off.y / distance};
+    const double along = out.x * p.y - out.y * p.x;
+    const STilePlace place = InHalfEdge(across, std::abs(along));
+    const double sign = turned ? -1 : 1, side = along < 0 ? -1 : 1;
+    return {place.inside, sign * (out.x * place.grow_x - side * out.y * place.grow_y),
+            sign * (out.y * place.grow_x + side * out.x * place.grow_y) / stretch_};
 }

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <array>
-
 enum class ETileShape { Triangle = 0, Square = 1, Hexagon = 2 };
 
-// A point's place in its tile: the distance to the tile's outline, positive inside, and the
-// direction in which it grows.
+// A point's place in its tile: the distance to the tile's outline, positive inside, and by how much
+// it grows to the right and downwards. Toward a corner it grows slower.
 struct STilePlace {
     double inside = 0;
     double grow_x = 0, grow_y = 0;
@@ -18,8 +16,10 @@ struct STilePlace {
 class CTileGrid {
   public:
     // `size` is the width of a tile and `gap` the distance between two, in pixels; `roundness` from
-    // 0 (sharp corners) to 1 (circles).
-    CTileGrid(ETileShape shape, int size, int gap, double roundness);
+    // 0 (sharp corners) to 1 (circles). `softness` is how soon the lines of one distance become
+    // circles on their way to the middle: from 0 (they keep the outline's shape, so that sharp
+    // corners make creases) to 1. Above 0 the distance has no creases.
+    CTileGrid(ETileShape shape, int size, int gap, double roundness, double softness);
 
     // The tiling repeats after so many pixels.
     int PeriodX() const { return pitch_; }
@@ -29,26 +29,20 @@ class CTileGrid {
     STilePlace PlaceOf(double x, double y) const;
 
   private:
-    static constexpr int kMostCorners = 6;
     struct SPoint {
         double x = 0, y = 0;
-    };
-    // The convex core of a tile, about its middle: rounding adds `radius_` around it.
-    struct SCore {
-        int corners = 0;
-        std::array<SPoint, kMostCorners> normals;      // outward, of the edge before each corner
-        std::array<double, kMostCorners> distances{};  // of that edge from the middle
-        std::array<SPoint, kMostCorners> points;       // where an edge meets the next
     };
     SPoint FromMiddle(double x, double y, bool& turned) const;
     SPoint FromHexagon(double x, double y) const;
     SPoint FromTriangle(double x, double y, bool& turned) const;
-    void BuildCore(double gap, double roundness);
+    STilePlace InHalfEdge(double across, double along) const;
 
     ETileShape shape_;
-    int pitch_;  // between the middles of neighbours in a row
-    int row_;    // between rows
+    int pitch_;       // between the middles of neighbours in a row
+    int row_;         // between rows
+    double stretch_;  // of what is regular, upright, to fit the rows
     double inradius_ = 0;
-    double radius_ = 0;
-    SCore core_;
+    double straight_ = 0;  // inradius of the outline without its corners' radius
+    double half_edge_ = 0;
+    double softness_;
 };

@@ -190,5 +190,5 @@ CErrorAutoThrow GreyScaleDIB(CStatusControl* status, const CRowIteratorBands& so
                              CRowIteratorBands& output, const SColorSpecRGB& color_spec) {
     CErrorAutoThrow error =
         Record("GreyScale", fmt::format("{} {} {}", Heard(status), Seen(source), color_spec.red));
-    return error.Failed() ? error : Make(output, source, ENPixelFormat::Grey8);
+    return error.Failed() ? error : Make(output, source, ENPixelFormat::Grey16);
 }

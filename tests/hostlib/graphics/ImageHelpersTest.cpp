@@ -161,16 +161,19 @@ TEST(Helpers, GreyFollowsTheColourSpecification) {
     });
     CRowIteratorBands grey;
     GreyScaleDIB(nullptr, colour, grey, {}).ThrowIfFailed();
-    EXPECT_EQ(Sample(grey, 0, 0, 0), 120);  // 59.8 + 58.7 + 1.14
-    EXPECT_EQ(Sample(grey, 0, 0, 1), 33);
+    EXPECT_NEAR(Sample(grey, 0, 0, 0), 257 * (59.8 + 58.7 + 1.14), 1) << "16 bits, all of use";
+    EXPECT_EQ(Sample(grey, 0, 0, 1), 257 * 33);
     const struct {
         SColorSpecRGB spec;
-        int grey;
-    } cases[] = {
-        {{1, 0, 0}, 200}, {{0, 0, 5}, 10}, {{2, 2, 0}, 150}, {{0, 0, 0}, 120}, {{-1, 2, 1}, 120}};
+        double grey;
+    } cases[] = {{{1, 0, 0}, 200},
+                 {{0, 0, 5}, 10},
+                 {{2, 2, 0}, 150},
+                 {{0, 0, 0}, 119.64},
+                 {{-1, 2, 1}, 119.64}};
     for (const auto& each : cases) {
         GreyScaleDIB(nullptr, colour, grey, each.spec).ThrowIfFailed();
-        EXPECT_EQ(Sample(grey, 0, 0, 0), each.grey);
+        EXPECT_NEAR(Sample(grey, 0, 0, 0), 257 * each.grey, 1);
     }
     const CRowIteratorBands white =
         Make(ENPixelFormat::Colour16, 1, 1, [](int, int, int) { return 65535; });

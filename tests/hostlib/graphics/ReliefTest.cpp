@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
 #include "Effects.h"
 
 namespace {
@@ -10,6 +14,7 @@ using pictures::Make;
 using pictures::Name;
 using pictures::Noise;
 using pictures::Sample;
+using pictures::SetSample;
 
 CRowIteratorBands Even(CNPixelFormat format, int width, int height, int eighth) {
     return Make(format, width, height,
@@ -48,34 +53,79 @@ TEST(Relief, AFlatTextureLeavesThePictureAsItIs) {
     }
 }
 
-// A slope that rises to one side is dark under light from there and bright under light from the
-// opposite side; a right angle to the light tells it from the plane by its steepness only.
-TEST(Relief, TheLightStandsWhereACompassSays) {
-    const struct {
-        int dx, dy;  // where the relief rises to
-        int dark, bright;
-    } slopes[] = {{1, 0, 90, 270}, {-1, 0, 270, 90}, {0, -1, 0, 180},
-                  {0, 1, 180, 0},  {1, -1, 45, 225}, {1, 1, 135, 315}};
-    const CRowIteratorBands source = Even(ENPixelFormat::Grey8, 9, 9, 3);
-    for (const auto& slope : slopes) {
-        const CRowIteratorBands bump = Make(ENPixelFormat::Grey8, 11, 11, [&](int x, int y, int) {
-            return 128 + 10 * (slope.dx * (x - 5) + slope.dy * (y - 5));
+// One slope under one light, worked out from vectors in double precision: what the light, the sky
+// and the ground give it against the plane, with Blinn's highlight over it.
+struct SLit {
+    double shade, gloss;
+};
+SLit Light(const SReliefSettings& by, double rise_x, double rise_y) {
+    const double steepness = std::sqrt(1 + (rise_x * rise_x + rise_y * rise_y) / 9);
+    double n[3] = {-rise_x / steepness, -rise_y / steepness, 1};
+    const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + 1);
+    for (double& part : n) part /= length;
+    const double turn = by.angle * M_PI / 180, up = by.elevation * M_PI / 180;
+    const double light[3] = {std::cos(up) * std::sin(turn), -std::cos(up) * std::cos(turn),
+                             std::sin(up)};
+    const double facing = n[2] + (n[0] * light[0] + n[1] * light[1]) / (light[2] + 0.1);
+    const double sky = 0.28, ground = 0.12;
+    const double got =
+        (1 - sky) * std::max(facing, 0.0) + sky * n[2] + ground * std::max(-facing, 0.0);
+    const double plane = 1 + 0.7 * by.ambience / 100, contrast = by.intensity / 50.0;
+    const double more = 1.3 * std::max(got - 1, 0.0),
+                 less = 1.6 * contrast * std::max(1 - got, 0.0);
+    SLit lit{plane / (1 + less + less * less / 2 + less * less * less / 6) +
+                 contrast * more / (1 + more / 2),
+             0};
+    double half[3] = {light[0], light[1], light[2] + 1};
+    const double wide = std::sqrt(half[0] * half[0] + half[1] * half[1] + half[2] * half[2]);
+    const double cosine = (n[0] * half[0] + n[1] * half[1] + n[2] * half[2]) / wide;
+    const double flat = half[2] / wide, shine = by.shininess / 100.0;
+    const double t = std::clamp((cosine - flat) / std::max(1 - flat, 1e-3), 0.0, 1.0);
+    const double tight = 2 + 10 * shine;
+    lit.gloss = std::min(0.6 * shine * contrast, 1.0) * t / (tight - tight * t + t);
+    return lit;
+}
+
+// All settings but smoothness, on slopes to all sides; the picture is dark enough not to reach the
+// brightness that is held back.
+TEST(Relief, SlopesAreLitAsVectorsSay) {
+    const int sample = 8192;
+    const CRowIteratorBands source =
+        Make(ENPixelFormat::Colour16, 3, 3, [](int, int, int) { return 8192; });
+    CRuntimeRandom random(1);
+    const auto draw = [&](int low, int high) { return low + random.Next() % (high - low + 1); };
+    for (int run = 0; run < 400; ++run) {
+        SReliefSettings relief;
+        relief.angle = draw(0, 360);
+        relief.elevation = draw(1, 90);
+        relief.intensity = draw(1, 100);
+        relief.ambience = draw(-100, 100);
+        relief.depth = draw(1, 100);
+        relief.shininess = draw(0, 3) * 33;
+        relief.color = 0x40A0FF;
+        const int dx = draw(-6000, 6000), dy = draw(-6000, 6000);
+        const CRowIteratorBands bump = Make(ENPixelFormat::Grey16, 5, 5, [&](int x, int y, int) {
+            return 32768 + dx * (x - 2) + dy * (y - 2);
         });
-        const auto light = [&](int angle) {
-            SReliefSettings relief;
-            relief.angle = angle;
-            relief.shininess = 0;
-            relief.depth = 20;
-            return Sample(Bumped(relief, source, bump), 4, 4, 0);
-        };
-        EXPECT_LT(light(slope.dark), 60) << slope.dx << ", " << slope.dy;
-        EXPECT_GT(light(slope.bright), 120) << slope.dx << ", " << slope.dy;
-        EXPECT_EQ(light(slope.dark), light(slope.dark + 360));
+        const double rise = 2.2 * std::sqrt(relief.depth) / 65535;
+        const SLit lit = Light(relief, rise * dx, rise * dy);
+        const double plane = 1 + 0.7 * relief.ambience / 100;
+        const CRowIteratorBands made = Bumped(relief, source, bump);
+        for (int c = 0; c < 3; ++c) {
+            const int colours[] = {0x40, 0xA0, 0xFF};
+            const double colour = colours[c] / 255.0;
+            const double shade =
+                std::min(lit.shade, plane) + std::max(lit.shade - plane, 0.0) * colour;
+            const double expected = sample * shade + lit.gloss * (65535 * colour - sample * shade);
+            ASSERT_NEAR(Sample(made, 1, 1, c), expected, 12)
+                << "light at " << relief.angle << ", " << relief.elevation << ", slope " << dx
+                << ", " << dy;
+        }
     }
 }
 
-// Shading multiplies all channels alike; what would be brighter than white turns toward white, in
-// the same order of channels.
+// Shading multiplies all channels alike; what comes near white turns toward it, in the same order
+// of channels.
 TEST(Relief, EmbossingDoesNotShiftColours) {
     const int bgr[] = {30, 90, 180};
     const CRowIteratorBands source =
@@ -89,7 +139,7 @@ TEST(Relief, EmbossingDoesNotShiftColours) {
         for (int x = 0; x < 64; ++x) {
             const int b = Sample(made, x, y, 0), g = Sample(made, x, y, 1);
             const int r = Sample(made, x, y, 2);
-            if (r < 255) {
+            if (r <= 180) {
                 EXPECT_NEAR(b * 6, r, 6) << x << ", " << y;
                 EXPECT_NEAR(g * 2, r, 2) << x << ", " << y;
             }
@@ -100,31 +150,6 @@ TEST(Relief, EmbossingDoesNotShiftColours) {
     }
     EXPECT_GT(dark, 500);
     EXPECT_GT(bright, 500);
-}
-
-// Depth, intensity and ambience each do what they say; the light's colour tints lit slopes only.
-TEST(Relief, SettingsActInTheirOwnWay) {
-    const CRowIteratorBands source = Even(ENPixelFormat::Colour8, 3, 3, 3);
-    const CRowIteratorBands rising =
-        Make(ENPixelFormat::Grey8, 5, 5, [](int x, int, int) { return 60 + 20 * x; });
-    const auto light = [&](const CRowIteratorBands& bump, int channel, auto change) {
-        SReliefSettings relief;
-        relief.angle = 270;
-        relief.shininess = 0;
-        change(relief);
-        return Sample(Bumped(relief, source, bump), 1, 1, channel);
-    };
-    const int plain = light(rising, 2, [](auto&) {});
-    EXPECT_GT(plain, 96);
-    EXPECT_GT(light(rising, 2, [](auto& to) { to.depth = 10; }), plain);
-    EXPECT_GT(light(rising, 2, [](auto& to) { to.intensity = 100; }), plain);
-    EXPECT_GT(light(rising, 2, [](auto& to) { to.ambience = 50; }), plain);
-    EXPECT_LT(light(rising, 2, [](auto& to) { to.ambience = -50; }), plain);
-    EXPECT_GT(light(rising, 2, [](auto& to) { to.shininess = 100; }), plain);
-    const auto red = [](auto& to) { to.color = 0x0000FF; };
-    EXPECT_EQ(light(rising, 2, red), plain);
-    EXPECT_EQ(light(rising, 0, red), 96);
-    EXPECT_EQ(light(Even(ENPixelFormat::Grey8, 5, 5, 2), 2, red), 96);
 }
 
 CRowIteratorBands Tiled(const CTilesSettings& settings, const CRowIteratorBands& source) {
@@ -256,6 +281,123 @@ TEST(Sculpture, ScalesThePatternOverTheCanvas) {
         CSculptureSettings settings;
         settings.size = size;
         EXPECT_EQ(Difference(Carved(settings, pattern, layer), expected), "") << size;
+    }
+}
+
+// A round bump in every effect that has an angle: brightest where the light comes from. By shape or
+// by brightness, the picture is symmetric.
+TEST(Relief, ARoundBumpIsBrightestTowardTheLight) {
+    const auto dome = [](int x, int y) {
+        const double far = std::hypot(x - 20, y - 20) / 20;
+        return static_cast<int>(20000 + 30000 * std::max(1 - far * far, 0.0));
+    };
+    const CRowIteratorBands even = Even(ENPixelFormat::Grey16, 41, 41, 3);
+    const CRowIteratorBands round =
+        Make(ENPixelFormat::Grey16, 41, 41, [&](int x, int y, int) { return dome(x, y); });
+    const CRowIteratorBands bump =
+        Make(ENPixelFormat::Grey16, 43, 43, [&](int x, int y, int) { return dome(x - 1, y - 1); });
+    const auto carve = [&](const SReliefSettings& relief) {
+        CSculptureSettings settings;
+        static_cast<SReliefSettings&>(settings) = relief;
+        return Carved(settings, {}, round);
+    };
+    const auto tile = [&](const SReliefSettings& relief) {
+        CTilesSettings settings;
+        static_cast<SReliefSettings&>(settings) = relief;
+        settings.tileShape = 1;
+        settings.tileSize = 40;
+        settings.tileAngularity = 0;
+        settings.smoothness = 100;
+        return Tiled(settings, even);
+    };
+    const std::function<CRowIteratorBands(const SReliefSettings&)> effects[] = {
+        [&](const SReliefSettings& relief) { return Bumped(relief, even, bump); }, carve, tile};
+    for (const auto& effect : effects) {
+        for (const int angle : {0, 90, 180, 270}) {
+            SReliefSettings relief;
+            relief.angle = angle;
+            relief.depth = 20;
+            const CRowIteratorBands made = effect(relief);
+            const int sides[] = {Sample(made, 20, 10, 0), Sample(made, 30, 20, 0),
+                                 Sample(made, 20, 30, 0), Sample(made, 10, 20, 0)};
+            EXPECT_EQ(std::max_element(sides, sides + 4) - sides, angle / 90);
+            EXPECT_EQ(std::min_element(sides, sides + 4) - sides, (angle / 90 + 2) % 4);
+        }
+    }
+}
+
+// The largest difference of light between neighbouring pixels, in tiles of a size and in ones four
+// times as large. A crisp bevel has jumps, which stay; in a soft one all is spread over more
+// pixels.
+TEST(Tiles, SmoothnessIsASoftEdge) {
+    const CRowIteratorBands source = Even(ENPixelFormat::Grey16, 260, 260, 3);
+    const auto jump = [&](CTilesSettings settings, int scale) {
+        settings.tileSize = 60 * scale;
+        settings.borderSize = 2 * scale;
+        settings.shininess = 0;
+        settings.groutShade = 0;
+        const CRowIteratorBands made = Tiled(settings, source);
+        int largest = 0;
+        for (int y = 1; y < 260; ++y) {
+            for (int x = 1; x < 260; ++x) {
+                const int at = Sample(made, x, y, 0);
+                largest = std::max({largest, std::abs(at - Sample(made, x - 1, y, 0)),
+                                    std::abs(at - Sample(made, x, y - 1, 0))});
+            }
+        }
+        return largest;
+    };
+    for (const int shape : {0, 1, 2}) {
+        for (const int angularity : {0, 50, 100}) {
+            CTilesSettings settings;
+            settings.tileShape = shape;
+            settings.tileAngularity = angularity;
+            const auto shrinks = [&](int smoothness) {
+                settings.smoothness = smoothness;
+                return 1.0 * jump(settings, 4) / jump(settings, 1);
+            };
+            SCOPED_TRACE(std::to_string(shape) + ", angularity " + std::to_string(angularity));
+            EXPECT_GT(shrinks(0), 0.8);
+            EXPECT_LT(shrinks(50), 0.6);
+            EXPECT_LT(shrinks(100), 0.6);
+        }
+    }
+}
+
+// What nobody sees of the layer, and of the pattern, does not count.
+TEST(Sculpture, HiddenColoursCarveNothing) {
+    const CRowIteratorBands pattern = Noise(ENPixelFormat::Colour8, 13, 7, 1);
+    for (const ENPixelFormat format : {ENPixelFormat::GreyAlpha8, ENPixelFormat::ColourAlpha8,
+                                       ENPixelFormat::GreyAlpha16, ENPixelFormat::ColourAlpha16}) {
+        for (const int smoothness : {0, 50}) {
+            CSculptureSettings settings;
+            settings.smoothness = smoothness;
+            const int alpha = CNPixelFormat(format).Channels() - 1;
+            CRowIteratorBands layer = Noise(format, 61, 43, 1), other;
+            for (int i = 0; i < 61 * 43; i += 2) SetSample(layer, i % 61, i / 61, alpha, 0);
+            for (int y = 10; y < 30; ++y) {
+                for (int x = 0; x < 40; ++x) SetSample(layer, x, y, alpha, 0);
+            }
+            other.Copy(layer, 0).ThrowIfFailed();
+            const CRowIteratorBands noise = Noise(format, 61, 43, 2);
+            for (int i = 0; i < 61 * 43; ++i) {
+                if (Sample(layer, i % 61, i / 61, alpha) != 0) continue;
+                for (int c = 0; c < alpha; ++c) {
+                    SetSample(other, i % 61, i / 61, c, Sample(noise, i % 61, i / 61, c));
+                }
+            }
+            EXPECT_EQ(
+                Difference(Carved(settings, pattern, layer), Carved(settings, pattern, other)), "")
+                << Name(format);
+        }
+        const CRowIteratorBands layer = Noise(ENPixelFormat::Colour16, 40, 30, 1);
+        const CRowIteratorBands clear = Make(format, 3, 3, [&](int, int, int c) {
+            return c == CNPixelFormat(format).Channels() - 1 ? 0 : 90;
+        });
+        const CRowIteratorBands white =
+            Make(ENPixelFormat::Colour8, 3, 3, [](int, int, int) { return 255; });
+        EXPECT_EQ(Difference(Carved({}, clear, layer), Carved({}, white, layer)), "")
+            << Name(format);
     }
 }
 
