@@ -4,130 +4,100 @@
 
 #include "host/core/Multiversion.h"
 #include "hostlib/graphics/MosaicParts.h"
+#include "hostlib/graphics/MosaicStones.h"
 #include "hostlib/graphics/ParallelRows.h"
+#include "hostlib/graphics/PictureEdges.h"
 #include "hostlib/graphics/RowSamples.h"
 
-// The antique mosaic: quadrilateral stones between the displaced points of a grid. A pixel belongs
-// to the stone whose outline its centre lies in, found by the crossings of a row with the outlines;
-// neighbours compute the crossings of their common edge alike, so no pixel is left out.
+// The antique mosaic: stones laid by hand along the picture's edges. Each has nearly one colour, a
+// tone of its own, a face that is tilted a little, and worn edges, lit from the upper left; the
+// joints are as dark as shadow makes the colours around them.
 namespace {
 
-// The most that a point of the grid is displaced, in cells: stones stay convex.
-constexpr double kFarthest = 0.24;
-// How much of the picture's detail is left within a stone, and how much stones differ in tone.
-constexpr float kDetail = 0.10F;
-constexpr float kTone = 0.05F;
-// Light falls on the stones' worn edges from the upper left.
-constexpr float kEdgeLight = 0.30F;
+// How much of the picture's detail is left within a stone and a joint.
+constexpr float kDetail = 0.16F;
+constexpr float kJointDetail = 0.5F;
+// How much stones differ in brightness, and in red against blue; how much brighter one side of a
+// stone is than its middle; and how much its grain changes it.
+constexpr float kTone = 0.08F;
+constexpr float kTint = 0.025F;
+constexpr float kTilt = 0.07F;
+constexpr float kGrain = 0.035F;
+// Light on the worn edges, in shares of the stone's brightness and of white, and their width in
+// shares of a cell.
+constexpr float kEdgeLight = 0.42F;
+constexpr float kEdgeWhite = 0.07F;
+constexpr double kEdgeWidth = 0.16;
+// A joint's brightness, in shares of the stone's beside it.
+constexpr float kJoint = 0.33F;
+// The widest joint and the farthest wander of its edges to one side, in cells: together no more
+// than a sixth of a cell at usual settings, and never more than half of one.
+constexpr double kUsualJoint = 1.0 / 18;
+constexpr double kWidestJoint = 1.0 / 5;
+constexpr double kFarthestWander = 1.0 / 18;
+constexpr double kUsualWidth = 2;  // of grout in pixels, the command's default
+constexpr double kWidestWidth = 10;
+constexpr double kCorner = 0.22;  // radius of a stone's corners, in cells
 
-struct SPoint {
-    double x = 0, y = 0;
-};
+// Squares of the picture's edges to a cell.
+constexpr double kSquares = 8;
 
-// A stone's outline as inward normals and distances: nx x + ny y + d is the distance inside.
 struct SStone {
-    std::array<float, 4> nx, ny, d, light;
-    float tone = 1;
+    SStoneOutline outline;
+    std::array<float, 4> light;    // of each edge
+    float tone = 1, tint = 0;      // drawn
+    float tilt_x = 0, tilt_y = 0;  // per pixel
+    float at_x = 0, at_y = 0;      // the stone's middle
     float mean[3] = {};
 };
 
 struct SLook {
-    float half_grout, wander, radius, worn;
-    SMortar mortar;
+    float half_joint, wander, radius, worn;
 };
 
-struct SSpan {
-    int first = 0, last = 0;
-};
-
-class CStones {
-  public:
-    CStones(CSize size, const SMosaicGrid& grid, double diffusion, CRuntimeRandom& random)
-        : size_(size), columns_(grid.columns), rows_(grid.rows) {
-        for (int row = 0; row <= rows_; ++row) {
-            for (int column = 0; column <= columns_; ++column) {
-                points_.push_back(Displaced(column, row, diffusion, random));
-            }
-        }
-        for (int row = 0; row < rows_; ++row) {
-            for (int column = 0; column < columns_; ++column) {
-                stones_.push_back(Outline(Corners(column, row)));
-                stones_.back().tone =
-                    1 + kTone * (static_cast<float>(random.Next()) / 16383.5F - 1);
-            }
-        }
-    }
-    int Columns() const { return columns_; }
-    int Rows() const { return rows_; }
-    SStone& At(int column, int row) { return stones_[Index(column, row, columns_)]; }
-    const SStone& At(int column, int row) const { return stones_[Index(column, row, columns_)]; }
-
-    // The columns of the picture's row y whose centres lie in a stone.
-    SSpan SpanOf(int column, int row, int y) const {
-        const std::array<SPoint, 4> p = Corners(column, row);
-        const double centre = y + 0.5;
-        double low = size_.cx, high = 0;
-        const auto cross = [&](const SPoint& from, const SPoint& to) {
-            if ((from.y <= centre) == (to.y <= centre)) return;
-            const double x = from.x + (to.x - from.x) * (centre - from.y) / (to.y - from.y);
-            low = std::min(low, x);
-            high = std::max(high, x);
+// Two further numbers, -1 to 1, that follow from one that was drawn.
+struct SFollowing {
+    float first, second;
+    explicit SFollowing(int drawn) {
+        const auto of = [](std::uint32_t value) {
+            return static_cast<float>((value >> 8) & 0xFFFF) / 32767.5F - 1.0F;
         };
-        cross(p[0], p[1]);
-        cross(p[0], p[2]);
-        cross(p[1], p[3]);
-        cross(p[2], p[3]);
-        if (low >= high) return {};
-        return {static_cast<int>(std::ceil(std::max(low, 0.0) - 0.5)),
-                static_cast<int>(std::ceil(std::min(high, double(size_.cx)) - 0.5))};
+        const std::uint32_t mixed = static_cast<std::uint32_t>(drawn) * 2654435761U;
+        first = of(mixed);
+        second = of((mixed ^ (mixed >> 15)) * 2246822519U);
     }
-    // The rows of the picture that a row of stones may reach.
-    SSpan Reach(int row) const {
-        const double cell = static_cast<double>(size_.cy) / rows_;
-        return {std::max(static_cast<int>((row - kFarthest) * cell) - 1, 0),
-                std::min(static_cast<int>((row + 1 + kFarthest) * cell) + 2, size_.cy)};
-    }
-
-  private:
-    static std::size_t Index(int column, int row, int columns) {
-        return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
-               static_cast<std::size_t>(column);
-    }
-    // Points on the picture's edge stay on it.
-    SPoint Displaced(int column, int row, double diffusion, CRuntimeRandom& random) const {
-        const double dx = (random.Next() / 16383.5 - 1) * kFarthest * diffusion;
-        const double dy = (random.Next() / 16383.5 - 1) * kFarthest * diffusion;
-        const bool at_side = column == 0 || column == columns_;
-        const bool at_end = row == 0 || row == rows_;
-        return {(column + (at_side ? 0 : dx)) * size_.cx / columns_,
-                (row + (at_end ? 0 : dy)) * size_.cy / rows_};
-    }
-    // Upper left, upper right, lower left, lower right.
-    std::array<SPoint, 4> Corners(int column, int row) const {
-        const std::size_t top = Index(column, row, columns_ + 1);
-        const std::size_t bottom = Index(column, row + 1, columns_ + 1);
-        return {points_[top], points_[top + 1], points_[bottom], points_[bottom + 1]};
-    }
-    static SStone Outline(const std::array<SPoint, 4>& p) {
-        SStone stone;
-        const std::array<std::array<SPoint, 2>, 4> edges{
-            {{p[0], p[1]}, {p[1], p[3]}, {p[3], p[2]}, {p[2], p[0]}}};
-        for (std::size_t i = 0; i < 4; ++i) {
-            const double x = edges[i][1].x - edges[i][0].x, y = edges[i][1].y - edges[i][0].y;
-            const double length = std::max(std::hypot(x, y), 1e-6);
-            stone.nx[i] = static_cast<float>(-y / length);
-            stone.ny[i] = static_cast<float>(x / length);
-            stone.d[i] = static_cast<float>((edges[i][0].x * y - edges[i][0].y * x) / length);
-            stone.light[i] = kEdgeLight * static_cast<float>((x - y) / length * 0.70710678);
-        }
-        return stone;
-    }
-
-    CSize size_;
-    int columns_, rows_;
-    std::vector<SPoint> points_;
-    std::vector<SStone> stones_;
 };
+
+// What makes a stone one of its own; one number is drawn for it.
+SStone Draw(double cell, CRuntimeRandom& random) {
+    SStone stone;
+    const int drawn = random.Next();
+    const float value = static_cast<float>(drawn) / 16383.5F - 1;
+    const SFollowing following(drawn);
+    stone.tone = 1 + kTone * value;
+    stone.tint = kTint * following.second;
+    // Tilted faces are bright or dark as a whole, and toward one side.
+    stone.tilt_x = kTilt * following.first / static_cast<float>(cell);
+    stone.tilt_y = kTilt * following.second / static_cast<float>(cell);
+    return stone;
+}
+
+void Lay(const CMosaicStones& stones, std::vector<SStone>& laid) {
+    for (int row = 0; row < stones.Rows(); ++row) {
+        for (int column = 0; column < stones.Columns(); ++column) {
+            SStone& stone = laid[stones.Index(column, row)];
+            stone.outline = stones.OutlineOf(column, row);
+            const SPlanePoint middle = stones.MiddleOf(column, row);
+            stone.at_x = static_cast<float>(middle.x);
+            stone.at_y = static_cast<float>(middle.y);
+            constexpr float kDiagonal = 0.70710678F;
+            for (std::size_t i = 0; i < 4; ++i) {
+                stone.light[i] =
+                    kEdgeLight * kDiagonal * (stone.outline.nx[i] + stone.outline.ny[i]);
+            }
+        }
+    }
+}
 
 // Adds up the colour of a stone's pixels, by their alpha where there is one.
 template <class Traits>
@@ -165,7 +135,7 @@ struct SSum {
 
 template <class Traits>
 CErrorAutoThrow FindColours(CStatusControl* status, const CRowIteratorBands& source,
-                            CStones& stones) {
+                            const CMosaicStones& stones, std::vector<SStone>& laid) {
     using Sample = typename Traits::Sample;
     const SShownSamples shown = ShownBy(source);
     return ForEachRowBlock(status, stones.Rows(), 1, [&](int row, int) {
@@ -176,33 +146,46 @@ CErrorAutoThrow FindColours(CStatusControl* status, const CRowIteratorBands& sou
                 const SSpan span = stones.SpanOf(column, row, y);
                 sum.Add(source.Row<Sample>(y) + shown.first, shown.step, span.first, span.last);
             }
-            sum.Mean(stones.At(column, row).mean);
+            sum.Mean(laid[stones.Index(column, row)].mean);
         }
     });
 }
 
+// A stone's colour at one channel as base + kDetail * sample, and its joints' likewise.
+struct SColours {
+    float stone[3], joint[3];
+    explicit SColours(const SStone& by, bool grey) {
+        for (int c = 0; c < 3; ++c) {
+            const float tint = grey ? 0 : by.tint * static_cast<float>(c - 1);
+            stone[c] = by.mean[c] * (1 + tint - kDetail);
+            joint[c] = by.mean[c] * kJoint * (1 - kJointDetail);
+        }
+    }
+};
+
 // One pixel of a stone, `x` and `y` its centre.
 template <class Traits>
 inline void PaintPixel(typename Traits::Sample* pixel, float x, float y, float wander,
-                       const SStone& stone, const SLook& look) {
-    float nearest = 1e9F, light = 0, corner = 0;
+                       const SStone& stone, const SColours& colours, const SLook& look) {
+    const float joint = look.half_joint + look.wander * wander;
+    float light = 0, corner = 0;
     for (std::size_t i = 0; i < 4; ++i) {
-        const float inside = stone.nx[i] * x + stone.ny[i] * y + stone.d[i];
-        light = inside < nearest ? stone.light[i] : light;
-        nearest = std::min(nearest, inside);
+        const float inside = stone.outline.nx[i] * x + stone.outline.ny[i] * y + stone.outline.d[i];
+        const float worn = std::clamp(1.0F - (inside - joint) * look.worn, 0.0F, 1.0F);
+        light += stone.light[i] * worn * worn;
         const float in_corner = std::max(look.radius - inside, 0.0F);
         corner += in_corner * in_corner;
     }
-    const float grout = look.half_grout + look.wander * wander;
-    const float cover = std::clamp(look.radius - std::sqrt(corner) - grout + 0.5F, 0.0F, 1.0F);
-    const float worn = std::clamp(1.0F - (nearest - grout) * look.worn, 0.0F, 1.0F);
-    const float shade = stone.tone * (1.0F + light * worn * worn);
+    const float cover = std::clamp(look.radius - std::sqrt(corner) - joint + 0.5F, 0.0F, 1.0F);
+    const float face = stone.tilt_x * (x - stone.at_x) + stone.tilt_y * (y - stone.at_y);
+    const float shade = stone.tone * (1.0F + light + face + kGrain * wander);
     constexpr float kMaximum = static_cast<float>(Traits::kMaximum);
+    const float white = kEdgeWhite * kMaximum * std::max(light, 0.0F);
     for (int c = 0; c < Traits::kColourChannels; ++c) {
         const float sample = static_cast<float>(pixel[c]);
-        const float colour =
-            std::min((stone.mean[c] + kDetail * (sample - stone.mean[c])) * shade, kMaximum);
-        const float mixed = look.mortar.colour[c] + cover * (colour - look.mortar.colour[c]);
+        const float colour = (colours.stone[c] + kDetail * sample) * shade + white;
+        const float dark = colours.joint[c] + kJoint * kJointDetail * sample;
+        const float mixed = std::clamp(dark + cover * (colour - dark), 0.0F, kMaximum);
         pixel[c] = static_cast<typename Traits::Sample>(static_cast<int>(mixed + 0.5F));
     }
 }
@@ -213,16 +196,17 @@ CMDTEXTURE_MULTIVERSION void PaintSpan(typename Traits::Sample* row, int first, 
                                        const SLook* look) {
     const SStone by = *stone;
     const SLook as = *look;
+    const SColours colours(by, Traits::kColourChannels == 1);
     for (int x = first; x < last; ++x) {
         PaintPixel<Traits>(row + x * Traits::kChannels, static_cast<float>(x) + 0.5F,
-                           static_cast<float>(y) + 0.5F, wander[x], by, as);
+                           static_cast<float>(y) + 0.5F, wander[x], by, colours, as);
     }
 }
 
 template <class Traits>
 void PaintRows(const CRowIteratorBands& source, CRowIteratorBands& destination,
-               const CStones& stones, const CWanderField& field, const SLook& look, int first,
-               int last) {
+               const CMosaicStones& stones, const std::vector<SStone>& laid,
+               const CWanderField& field, const SLook& look, int first, int last) {
     using Sample = typename Traits::Sample;
     std::vector<float> wander(static_cast<std::size_t>(destination.GetWidth()));
     int from = 0;
@@ -234,10 +218,20 @@ void PaintRows(const CRowIteratorBands& source, CRowIteratorBands& destination,
             for (int column = 0; column < stones.Columns(); ++column) {
                 const SSpan span = stones.SpanOf(column, row, y);
                 PaintSpan<Traits>(destination.Row<Sample>(y), span.first, span.last, y,
-                                  wander.data(), &stones.At(column, row), &look);
+                                  wander.data(), &laid[stones.Index(column, row)], &look);
             }
         }
     }
+}
+
+SLook LookOf(const SMosaicGrid& grid, double cell) {
+    const double wide =
+        std::clamp((grid.grout_width - kUsualWidth) / (kWidestWidth - kUsualWidth), 0.0, 1.0);
+    const double half =
+        std::min(grid.grout_width / 2, cell * (kUsualJoint + wide * (kWidestJoint - kUsualJoint)));
+    const auto f = [](double value) { return static_cast<float>(value); };
+    return {f(half), f(grid.grout_diffusion * std::min(half * 1.5, cell * kFarthestWander)),
+            f(std::min(cell * kCorner, 1 + 2.5 * half)), f(1 / std::max(cell * kEdgeWidth, 1.2))};
 }
 
 }  // namespace
@@ -248,22 +242,25 @@ CErrorAutoThrow MakeAntiqueMosaic(CStatusControl* status, const CRowIteratorBand
     const CSize size{source.GetWidth(), source.GetHeight()};
     const double cell = std::min(static_cast<double>(size.cx) / grid.columns,
                                  static_cast<double>(size.cy) / grid.rows);
-    CStones stones(size, grid, tile_diffusion, random);
+    CMosaicStones stones(size, grid, tile_diffusion, random);
+    std::vector<SStone> laid(stones.Index(0, stones.Rows()));
+    for (SStone& stone : laid) stone = Draw(cell, random);
     const CWanderField field(random, std::max(cell / 3, 1.5), size.cx);
-    const double half = std::min(grid.grout_width / 2, cell / 4);
-    const auto f = [](double value) { return static_cast<float>(value); };
-    const SLook look{f(half), f(grid.grout_diffusion * std::min(half * 0.9, cell * 0.14)),
-                     f(std::min(cell * 0.3, 1 + 2 * half)), f(1 / std::max(cell * 0.14, 1.2)),
-                     SMortar(destination.GetPixelFormat())};
-    if (status) status->SetNumberOfSteps(2);
+    if (status) status->SetNumberOfSteps(3);
+    // Stones that are to lie straight do so; they need not be much out of place to be laid along
+    // edges.
+    stones.Follow(CPictureEdges(status, source, cell / kSquares),
+                  std::min(2 * tile_diffusion, 1.0));
+    Lay(stones, laid);
+    const SLook look = LookOf(grid, cell);
     return VisitPixelFormat(
         destination.GetPixelFormat(), CErrorAutoThrow(TolmErrorCode::UnusableInput),
         [&](auto traits) {
             using Traits = decltype(traits);
-            CErrorAutoThrow result = FindColours<Traits>(status, source, stones);
+            CErrorAutoThrow result = FindColours<Traits>(status, source, stones, laid);
             if (result.Failed()) return result;
             return ForEachRowBlock(status, size.cy, 16, [&](int first, int last) {
-                PaintRows<Traits>(source, destination, stones, field, look, first, last);
+                PaintRows<Traits>(source, destination, stones, laid, field, look, first, last);
             });
         });
 }

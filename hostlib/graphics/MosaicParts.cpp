@@ -30,10 +30,3 @@ void CWanderField::Row(int x, int y, float* values, int pixels) const {
         values[i] = left + across[i] * (line[point[i] + 1] - left);
     }
 }
-
-SMortar::SMortar(CNPixelFormat format) {
-    constexpr float kWarmGrey[3] = {0.18F, 0.20F, 0.22F};
-    const float maximum = format.Is16bit() ? 65535.0F : 255.0F;
-    const bool grey = format.ColourChannels() == 1;
-    for (int c = 0; c < 3; ++c) colour[c] = maximum * kWarmGrey[grey ? 1 : c];
-}

@@ -32,12 +32,6 @@ class CWanderField {
     std::vector<float> across_;  // and how far the column is on the way to the next
 };
 
-// The mortar between tiles as blue, green, red (or grey) in samples of the format.
-struct SMortar {
-    explicit SMortar(CNPixelFormat format);
-    float colour[3];
-};
-
 // Both make `destination`, which is prepared: of the source's size and the format that it shows.
 // All random numbers are drawn on the calling thread.
 CErrorAutoThrow MakeAntiqueMosaic(CStatusControl* status, const CRowIteratorBands& source,

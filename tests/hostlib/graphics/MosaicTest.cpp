@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "host/graphics/CIoDeformation.h"
@@ -56,12 +57,15 @@ TEST(AntiqueMosaic, StonesTakeTheColourOfTheirPlace) {
             return c == CNPixelFormat(format).ColourChannels() ? unit * 200 : cell(x, y);
         });
         const CRowIteratorBands made = Stones(source, 5, 4, 2, 50, 0);
+        double sum = 0;
         for (int y = 10; y < 80; y += 20) {
             for (int x = 10; x < 100; x += 20) {
-                ASSERT_NEAR(Sample(made, x, y, 0), cell(x, y), 0.05 * cell(x, y) + 1)
-                    << Name(format);
+                const double share = 1.0 * Sample(made, x, y, 0) / cell(x, y);
+                ASSERT_NEAR(share, 1, 0.15) << Name(format);
+                sum += share / 20;
             }
         }
+        EXPECT_NEAR(sum, 1, 0.04) << "the tones of all stones together";
     }
 }
 
@@ -96,6 +100,52 @@ TEST(AntiqueMosaic, TileDiffusionMovesTheJoints) {
     EXPECT_LT(places(0) * 2, places(100));
 }
 
+// Joints are dark shares of the colours around them, and no more than a sixth of a cell, with their
+// wander, at the command's defaults.
+TEST(AntiqueMosaic, JointsAreThinAndDark) {
+    for (const int cell : {6, 8, 20, 60}) {
+        for (const int value : {60, 220}) {
+            const CRowIteratorBands source = Make(ENPixelFormat::Grey8, cell * 12, cell * 12,
+                                                  [&](int, int, int) { return value; });
+            const CRowIteratorBands made = Stones(source, 12, 12, 2, 50, 0);
+            double covered = 0;
+            int darkest = 255;
+            const int rows[] = {cell / 2, cell / 2 + 3 * cell, cell / 2 + 8 * cell};
+            for (const int y : rows) {
+                for (int x = cell / 2; x < cell * 11 + cell / 2; ++x) {
+                    const int at = Sample(made, x, y, 0);
+                    darkest = std::min(darkest, at);
+                    covered += std::clamp((0.8 * value - at) / (0.47 * value), 0.0, 1.0);
+                }
+            }
+            EXPECT_LE(covered / 33, cell / 6.0) << cell << " pixels, " << value;
+            EXPECT_GE(covered / 33, std::min(cell / 30.0, 0.6)) << cell << " pixels, " << value;
+            // The thinnest cover only a part of their pixels.
+            EXPECT_NEAR(darkest, (cell < 10 ? 0.5 : 0.36) * value, 0.2 * value);
+        }
+    }
+}
+
+// Half a cell beside a row of stones, a strong edge still finds joints that lie along it, where
+// stones may leave their place.
+TEST(AntiqueMosaic, StonesFollowAStrongEdge) {
+    for (const int edge : {104, 108, 112}) {
+        const CRowIteratorBands source = Make(ENPixelFormat::Grey8, 200, 200,
+                                              [&](int x, int, int) { return x < edge ? 60 : 200; });
+        const auto off = [&](double diffusion) {
+            const CRowIteratorBands made = Stones(source, 10, 10, 0, 0, diffusion);
+            int sum = 0;
+            for (int y = 0; y < 200; ++y) {
+                for (int x = 80; x < 140; ++x) {
+                    sum += std::abs(Sample(made, x, y, 0) - Sample(source, x, y, 0));
+                }
+            }
+            return sum;
+        };
+        EXPECT_LT(off(70) * 1.4, off(0)) << edge;
+    }
+}
+
 TEST(GlassMosaic, FlatGlassWithoutGroutIsClear) {
     for (const ENPixelFormat format : kAllFormats) {
         const CRowIteratorBands source = Noise(format, 57, 43, 1);
@@ -104,8 +154,7 @@ TEST(GlassMosaic, FlatGlassWithoutGroutIsClear) {
 }
 
 // The colours of one pixel at once or one sample after the other: the same picture. Channels that
-// lie beside alpha, or alone, go other ways through the loops; each takes its turn as the green
-// one, for which the mortar is that of grey pictures.
+// lie beside alpha, or alone, go other ways through the loops.
 TEST(GlassMosaic, EveryPathSeesTheSame) {
     for (const bool deep : {false, true}) {
         const CRowIteratorBands grey = Noise(CNPixelFormat::Of(1, deep), 90, 61, 1);
@@ -140,6 +189,32 @@ TEST(GlassMosaic, CurvedGlassBendsThePicture) {
     EXPECT_LT(slope(50), 170);
     EXPECT_GT(slope(50), 50);
     EXPECT_GT(Sample(made, 85, 50, 0) - Sample(made, 65, 50, 0), 2300);
+}
+
+// One tile of half size 100 with a joint of a pixel to each side: the light stands at the upper
+// left. Its reflection is a streak along the rim there, 42 pixels wide: strongest 0.58 of the way
+// from the rim's inner end to the outline, and half as strong an eighth of the rim to either side;
+// it grows weak toward the far corners. Opposite it the rim is light, without a streak.
+TEST(GlassMosaic, TheLightStandsAtTheUpperLeft) {
+    const CRowIteratorBands source =
+        Make(ENPixelFormat::Grey16, 200, 200, [](int, int, int) { return 20000; });
+    const CRowIteratorBands made = Glass(source, 1, 1, 2, 0, 50);
+    const auto at = [&](int x, int y) { return Sample(made, x, y, 0); };
+    const int middle = at(100, 100);
+    for (const bool down : {false, true}) {
+        const auto along = [&](int i) { return down ? at(60, i) : at(i, 60); };
+        int peak = 0;
+        for (int i = 0; i < 100; ++i) peak = along(i) > along(peak) ? i : peak;
+        EXPECT_NEAR(peak, 1 + 42 * (1 - 0.58), 2);
+        EXPECT_GT(along(peak), middle * 3 / 2);
+        int wide = 0;
+        for (int i = 0; i < 60; ++i) wide += along(i) > (along(peak) + middle) / 2;
+        EXPECT_NEAR(wide, 42 * 0.42 * 0.29 * 2, 3);
+        EXPECT_GT(down ? at(140, 196) : at(196, 140), middle * 11 / 10) << "the light rim";
+        EXPECT_LT(down ? at(140, 18) : at(18, 140), along(peak) * 3 / 4) << "toward the far corner";
+    }
+    EXPECT_EQ(at(0, 100), at(100, 0));
+    EXPECT_NEAR(at(0, 100), 0.4 * 20000, 2100) << "the joint";
 }
 
 }  // namespace
