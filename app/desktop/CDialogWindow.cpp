@@ -16,8 +16,10 @@
 #include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QWidgetAction>
 
 #include "app/desktop/CControlPanel.h"
+#include "app/desktop/CPresetList.h"
 #include "app/desktop/CPreviewPane.h"
 #include "app/desktop/Texts.h"
 #include "host/windowing/CDialog.h"
@@ -333,22 +335,28 @@ void CDialogWindow::PickAt(QPoint pixel) {
 void CDialogWindow::FillPresetMenu() {
     QMenu& menu = *presets_->menu();
     menu.clear();
-    const std::vector<std::string> names = model_.PresetNames();
-    for (const std::string& name : names) {
-        const QString shown = QString::fromStdString(name);
-        QString escaped = shown;
-        menu.addAction(escaped.replace("&", "&&"), this, [this, shown] { LoadPreset(shown); });
-    }
-    if (names.empty()) menu.addAction(Text(EText::NoPresets))->setEnabled(false);
+    auto* list = new CPresetList(model_, engine_->Original(), &menu);
+    auto* shown = new QWidgetAction(&menu);
+    shown->setDefaultWidget(list);
+    menu.addAction(shown);
+    const auto load = [this, &menu](const QListWidgetItem* item) {
+        const std::string id = CPresetList::IdOf(*item);
+        menu.close();
+        LoadPreset(id);
+    };
+    connect(list, &QListWidget::itemClicked, this, load);
+    connect(list, &QListWidget::itemActivated, this, load);
+    list->setFocus();
     menu.addSeparator();
     menu.addAction(Text(EText::SaveAs), this, [this] { SavePreset(); });
     QMenu* remove = menu.addMenu(Text(EText::Delete));
-    remove->setEnabled(!names.empty());
-    for (const std::string& name : names) {
-        const QString shown = QString::fromStdString(name);
-        QString escaped = shown;
-        remove->addAction(escaped.replace("&", "&&"), this, [this, shown] { DeletePreset(shown); });
+    for (const SPresetEntry& preset : model_.Presets()) {
+        if (preset.ships) continue;
+        const QString name = ToQt(preset.name);
+        QString escaped = name;
+        remove->addAction(escaped.replace("&", "&&"), this, [this, name] { DeletePreset(name); });
     }
+    remove->setEnabled(!remove->isEmpty());
 }
 
 void CDialogWindow::Report(const CErrorAutoThrow& error) {
@@ -359,17 +367,18 @@ bool CDialogWindow::Ask(const QString& question) {
     return QMessageBox::question(this, windowTitle(), question) == QMessageBox::Yes;
 }
 
-void CDialogWindow::LoadPreset(const QString& name) {
-    Report(model_.LoadPreset(name.toStdString()));
-}
+void CDialogWindow::LoadPreset(const std::string& id) { Report(model_.LoadPreset(id)); }
 
 void CDialogWindow::SavePreset() {
     bool entered = false;
     const QString name = QInputDialog::getText(
         this, Text(EText::SavePreset), Text(EText::PresetName), QLineEdit::Normal, {}, &entered);
     if (!entered || name.isEmpty()) return;
-    const auto names = model_.PresetNames();
-    const bool exists = std::find(names.begin(), names.end(), name.toStdString()) != names.end();
+    const auto presets = model_.Presets();
+    const bool exists =
+        std::any_of(presets.begin(), presets.end(), [&](const SPresetEntry& preset) {
+            return !preset.ships && preset.id == name.toStdString();
+        });
     if (exists && !Ask(Text(EText::ReplacePreset).arg(name))) return;
     Report(model_.SavePreset(name.toStdString(), exists));
 }

@@ -52,7 +52,7 @@ class CDialogWindow final : public QDialog, public IDialogView {
     void FillPresetMenu();
     void SavePreset();
     void DeletePreset(const QString& name);
-    void LoadPreset(const QString& name);
+    void LoadPreset(const std::string& id);
     void CopyCommandLine();
     bool Ask(const QString& question);
     void Report(const CErrorAutoThrow& error);

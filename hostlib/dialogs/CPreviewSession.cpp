@@ -7,8 +7,10 @@
 
 #include "host/dialogs/CColorDropper.h"
 #include "host/dialogs/CResourceSelectDlg.h"
+#include "hostlib/commands/CDocument.h"
 #include "hostlib/parameters/CommandLine.h"
 #include "hostlib/parameters/ParameterValues.h"
+#include "hostlib/parameters/PresetLibrary.h"
 #include "hostlib/parameters/Presets.h"
 
 namespace {
@@ -23,6 +25,11 @@ bool ParseNumber(const CString& typed, int& value) {
     const char* last = text.data() + text.size();
     const auto [end, error] = std::from_chars(text.data(), last, value);
     return error == std::errc() && end == last;
+}
+
+nlohmann::ordered_json ReadPreset(const std::string& effect, const std::string& id) {
+    const std::optional<presets::SPreset> preset = presets::Find(effect, id);
+    return presets::Read(preset ? preset->file : presets::FileOf(effect, id));
 }
 
 }  // namespace
@@ -260,22 +267,57 @@ void CPreviewSession::Undo() {
     Guarded([&] { ShowParameters(); });
 }
 
-std::vector<std::string> CPreviewSession::PresetNames() const {
-    return presets::Names(EffectName());
+std::vector<SPresetEntry> CPreviewSession::Presets() const {
+    std::vector<SPresetEntry> entries;
+    for (const presets::SPreset& preset : presets::List(EffectName())) {
+        entries.push_back(
+            {preset.id, FromUtf8(preset.name), FromUtf8(preset.description), preset.ships});
+    }
+    return entries;
 }
 
-CErrorAutoThrow CPreviewSession::LoadPreset(const std::string& name) {
+CErrorAutoThrow CPreviewSession::LoadPreset(const std::string& id) {
     return CatchErrors([&]() -> CErrorAutoThrow {
         try {
-            const auto values = presets::Read(presets::FileOf(EffectName(), name));
+            const auto preset = ReadPreset(EffectName(), id);
+            const INGLGraphic* graphic = dialog_.ExecutionContext()->Graphic();
+            const CSize canvas =
+                graphic ? CSize{graphic->GetWidth(), graphic->GetHeight()} : CSize();
             ChangeAll([&](IParameterRepository& repository) {
-                parameters::SetFromJson(repository, values);
+                parameters::SetFromJson(repository,
+                                        presets::ForPicture(preset, repository, canvas));
             });
             return {};
         } catch (const parameters::CRefused& refused) {
             return {TolmErrorCode::UnusableInput, refused.what()};
         }
     });
+}
+
+SPreviewSnapshot CPreviewSession::PresetSnapshot(const std::string& id,
+                                                 const CRowIteratorBands& picture) const {
+    const CSize size{picture.GetWidth(), picture.GetHeight()};
+    const TRef<CDocument> document(new CDocument(size));
+    document->SetActiveImage(picture);
+    const TRef<ICommandExecutionContext> shown = dialog_.ExecutionContext();
+    SPreviewSnapshot snapshot{{}, {}, picture, {}};
+    snapshot.context = new CExecutionContext(document, shown->ResourceLibrary(), nullptr);
+    try {
+        const auto preset = ReadPreset(EffectName(), id);
+        TRef<ICoreCommand> clone;
+        dialog_.Command().Clone(clone.Receive()).ThrowIfFailed();
+        auto* command = dynamic_cast<CCmdEffect*>(clone.Get());
+        IParameterRepository& repository = *command->BoundRepository();
+        for (IParameter* parameter : parameters::All(repository)) {
+            parameters::SetDefault(*parameter);
+        }
+        parameters::SetFromJson(repository, presets::ForPicture(preset, repository, size));
+        command->Setup(snapshot.context.Get()).ThrowIfFailed();
+        snapshot.command = command;
+    } catch (const std::exception&) {
+        return snapshot;  // the preset says what is wrong with it when it is loaded
+    }
+    return snapshot;
 }
 
 CErrorAutoThrow CPreviewSession::SavePreset(const std::string& name, bool overwrite) {

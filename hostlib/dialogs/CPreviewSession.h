@@ -45,8 +45,10 @@ class CPreviewSession final : public IDialogModel {
     bool CanUndo() const override { return !undo_.empty(); }
     void Undo() override;
 
-    std::vector<std::string> PresetNames() const override;
-    CErrorAutoThrow LoadPreset(const std::string& name) override;
+    std::vector<SPresetEntry> Presets() const override;
+    CErrorAutoThrow LoadPreset(const std::string& id) override;
+    SPreviewSnapshot PresetSnapshot(const std::string& id,
+                                    const CRowIteratorBands& picture) const override;
     CErrorAutoThrow SavePreset(const std::string& name, bool overwrite) override;
     CErrorAutoThrow DeletePreset(const std::string& name) override;
 

@@ -22,6 +22,14 @@ struct SListEntry {
     std::int64_t data = 0;
 };
 
+// A preset as a list shows it.
+struct SPresetEntry {
+    std::string id;  // what LoadPreset takes
+    CString name;
+    CString description;  // may be empty
+    bool ships = false;   // with the program; else it is the user's own
+};
+
 // What a control shows now. Which fields mean something depends on the kind.
 struct SControlState {
     int id = 0;
@@ -98,9 +106,14 @@ struct IDialogModel {
     virtual bool CanUndo() const = 0;
     virtual void Undo() = 0;
 
-    // Presets of this effect by name. A failure says what is wrong; nothing is then changed.
-    virtual std::vector<std::string> PresetNames() const = 0;
-    virtual CErrorAutoThrow LoadPreset(const std::string& name) = 0;
+    // Presets of this effect, the user's own before those that ship. A failure says what is wrong;
+    // nothing is then changed.
+    virtual std::vector<SPresetEntry> Presets() const = 0;
+    virtual CErrorAutoThrow LoadPreset(const std::string& id) = 0;
+    // What shows a preset on a picture, which takes the document's place; without a command when
+    // the preset cannot be used.
+    virtual SPreviewSnapshot PresetSnapshot(const std::string& id,
+                                            const CRowIteratorBands& picture) const = 0;
     virtual CErrorAutoThrow SavePreset(const std::string& name, bool overwrite) = 0;
     virtual CErrorAutoThrow DeletePreset(const std::string& name) = 0;
 

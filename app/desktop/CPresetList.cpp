@@ -1,0 +1,99 @@
+#include "app/desktop/CPresetList.h"
+
+#include <QPainter>
+
+#include "app/desktop/CResourceBrowser.h"
+#include "app/desktop/Texts.h"
+
+namespace {
+
+constexpr int kColumns = 4;
+constexpr int kMostRows = 4;
+constexpr QSize kRoom{20, 44};  // around a thumbnail, for its name
+// Thumbnails are made of a picture at least this much larger, so that threads and strokes, which
+// have a least width, do not fill them.
+constexpr int kOversampling = 3;
+
+const CRowIteratorBands& ThumbnailSource(const CPyramid& original) {
+    int level = original.First();
+    const auto wide = [&](int l) {
+        return original.Level(l).GetWidth() >= kOversampling * CPresetList::kThumbnail.width();
+    };
+    while (level < original.Last() && wide(level + 1)) ++level;
+    return original.Level(level);
+}
+
+// Stops an effect when the list is not wanted any more.
+class CStop final : public IProgressSink {
+  public:
+    explicit CStop(std::stop_token stop) : stop_(std::move(stop)) {}
+    bool OnProgress(double /*fraction*/) override { return stop_.stop_requested(); }
+
+  private:
+    std::stop_token stop_;
+};
+
+QImage MakeThumbnail(const SPreviewSnapshot& snapshot, const std::stop_token& stop) {
+    CStop sink(stop);
+    CStatusControl status(&sink);
+    CRowIteratorBands result;
+    CRowIterator selection;
+    const CErrorAutoThrow error = snapshot.command->Preview(&status, snapshot.source, result,
+                                                            &selection, snapshot.context.Get());
+    if (error.Failed()) return {};
+    const auto levels = CPyramid::Make(result, 0, {result.GetWidth(), result.GetHeight()});
+    if (!levels) return {};
+    return levels->Image(0, {0, 0, result.GetWidth(), result.GetHeight()})
+        .scaled(CPresetList::kThumbnail, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+}  // namespace
+
+CPresetList::CPresetList(const IDialogModel& model, const std::shared_ptr<const CPyramid>& original,
+                         QWidget* parent)
+    : QListWidget(parent) {
+    setObjectName("preset-list");
+    setAccessibleName(Text(EText::Presets).remove('&'));
+    setViewMode(QListView::IconMode);
+    setMovement(QListView::Static);
+    setResizeMode(QListView::Adjust);
+    setWordWrap(true);
+    setIconSize(kThumbnail);
+    setGridSize(kThumbnail + kRoom);
+    setFrameShape(QFrame::NoFrame);
+
+    const QIcon room(PictureOf({}, kThumbnail));  // or the pictures to come would not be in line
+    std::vector<SPreviewSnapshot> snapshots;
+    for (const SPresetEntry& preset : model.Presets()) {
+        auto* item = new QListWidgetItem(room, ToQt(preset.name), this);
+        item->setData(Qt::UserRole, QString::fromStdString(preset.id));
+        item->setToolTip(ToQt(preset.description));
+        if (original) {
+            snapshots.push_back(model.PresetSnapshot(preset.id, ThumbnailSource(*original)));
+        }
+    }
+    const int rows = std::clamp((count() + kColumns - 1) / kColumns, 1, kMostRows);
+    setFixedSize(kColumns * gridSize().width() + 24, rows * gridSize().height() + 6);
+
+    thread_ = std::jthread([this, all = std::move(snapshots)](const std::stop_token& stop) {
+        for (std::size_t row = 0; row < all.size() && !stop.stop_requested(); ++row) {
+            if (!all[row].command) continue;
+            const QImage image = MakeThumbnail(all[row], stop);
+            if (image.isNull()) continue;
+            QMetaObject::invokeMethod(
+                this, [this, row, image] { ShowThumbnail(static_cast<int>(row), image); });
+        }
+    });
+}
+
+std::string CPresetList::IdOf(const QListWidgetItem& item) {
+    return item.data(Qt::UserRole).toString().toStdString();
+}
+
+void CPresetList::ShowThumbnail(int row, const QImage& image) {
+    QPixmap pixmap(kThumbnail);
+    pixmap.fill(Qt::transparent);
+    QPainter(&pixmap).drawImage((kThumbnail.width() - image.width()) / 2,
+                                (kThumbnail.height() - image.height()) / 2, image);
+    item(row)->setIcon(QIcon(pixmap));
+}
