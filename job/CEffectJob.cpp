@@ -23,15 +23,12 @@ auto WithJobErrors(Operation&& operation) {
     }
 }
 
-// A file, whatever its name; otherwise the user's preset of the name, if there is one.
+// A file, whatever its name; otherwise the preset of the name, if there is one.
 std::filesystem::path PresetFile(const std::string& effect, const std::string& preset) {
     std::error_code none;
     if (std::filesystem::exists(preset, none)) return preset;
-    const bool is_name = preset.find('/') == std::string::npos;
-    if (is_name && std::filesystem::exists(presets::FileOf(effect, preset), none)) {
-        return presets::FileOf(effect, preset);
-    }
-    return preset;
+    const std::optional<presets::SPreset> found = presets::Find(effect, preset);
+    return found ? found->file : std::filesystem::path(preset);
 }
 
 // The reason of a run that failed.
@@ -49,7 +46,24 @@ void CEffectJob::SParts::Define() {
     const TRef<CExecutionContext> context(
         new CExecutionContext(document, library->resources, nullptr));
     PrepareCommand(*command, context.Get());
-    for (const auto& [index, value] : given) parameters::Set(*Repository().At(index), value);
+    for (const auto& [index, value] : given) {
+        if (!scaled.contains(index)) parameters::Set(*Repository().At(index), value);
+    }
+    Scale();
+}
+
+void CEffectJob::SParts::Keep(int index, const parameters::SValue& value) {
+    given[index] = value;
+    scaled.erase(index);
+}
+
+void CEffectJob::SParts::Scale() {
+    const CSize canvas = document ? CSize{document->GetWidth(), document->GetHeight()} : CSize();
+    for (const auto& [index, value] : scaled) {
+        IParameter& parameter = *Repository().At(index);
+        given[index] = parameters::Parse(parameter, std::to_string(value.For(canvas, parameter)));
+        parameters::Set(parameter, given[index]);
+    }
 }
 
 CEffectJob::CEffectJob(std::unique_ptr<SParts> parts) : parts_(std::move(parts)) {}
@@ -66,20 +80,30 @@ void CEffectJob::Set(const std::string& parameter, const std::string& value) {
         IParameter& found = *parts_->Repository().At(index);
         const parameters::SValue parsed = parameters::Parse(found, value);
         parameters::Set(found, parsed);
-        parts_->given[index] = parsed;
+        parts_->Keep(index, parsed);
     });
 }
 
 void CEffectJob::Set(const nlohmann::ordered_json& values) {
     WithJobErrors([&] {
         for (auto& [index, value] : parameters::SetFromJson(parts_->Repository(), values)) {
-            parts_->given[index] = value;
+            parts_->Keep(index, value);
         }
     });
 }
 
 void CEffectJob::TakePreset(const std::string& preset) {
-    Set(WithJobErrors([&] { return presets::Read(PresetFile(parts_->name, preset)); }));
+    WithJobErrors([&] {
+        const CJobLibrary::CScope scope(*parts_->library);  // names are those of its languages
+        auto values = presets::Read(PresetFile(parts_->name, preset));
+        const auto scaled = presets::TakeScaled(values, parts_->Repository());
+        for (const auto& [index, value] : scaled) {
+            values.erase(ToUtf8(parts_->Repository().At(index)->Name()));
+        }
+        Set(values);
+        for (const auto& [index, value] : scaled) parts_->scaled[index] = value;
+        parts_->Scale();
+    });
 }
 
 std::string CEffectJob::SavePreset(const std::string& name, bool overwrite) const {
@@ -119,6 +143,7 @@ bool CEffectJob::Edit() {
     CCmdEffect& command = *parts_->command;
     const CErrorAutoThrow error = command.GetResourceData()->Edit(context.Get(), &command);
     parts_->given = parameters::CurrentValues(parts_->Repository());
+    parts_->scaled.clear();
     if (error.Code() == TolmErrorCode::Cancelled) return false;
     if (!error.Failed()) return true;
     throw CJobError(EJobFault::Effect, fmt::format("the dialog failed with error {}: {}",

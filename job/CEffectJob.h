@@ -34,8 +34,9 @@ class CEffectJob {
     // or none of them. Throws CJobError, Refused, which says what would be right.
     void Set(const std::string& parameter, const std::string& value);
     void Set(const nlohmann::ordered_json& values);
-    // Sets the values of a preset: a file, or the name of one that the user saved. Throws
-    // CJobError: Preset, Refused.
+    // Sets the values of a preset: a file, or the name of one that the user saved or that ships.
+    // Values that follow the picture's size do so with the canvas. Throws CJobError: Preset,
+    // Refused.
     void TakePreset(const std::string& preset);
     // Saves the values as the user's preset of a name and answers its file. Throws CJobError,
     // Preset; also when there is one of the name, unless `overwrite` is set.

@@ -6,6 +6,7 @@
 
 #include "hostlib/parameters/NearestName.h"
 #include "job/Thumbnails.h"
+#include "job/UserResources.h"
 
 namespace {
 
@@ -90,6 +91,7 @@ std::vector<SResourceEntry> CFileResourceLibrary::Entries(int type) {
 TRef<CFileResourceLibrary> OpenResources(const SInstallation& installation,
                                          std::vector<std::filesystem::path> folders,
                                          std::shared_ptr<const IPictureFiles> pictures) {
+    folders.push_back(user_resources::Folder());
     folders.push_back(installation.data / "resources");
     return TRef<CFileResourceLibrary>(
         new CFileResourceLibrary(std::move(folders), std::move(pictures)));

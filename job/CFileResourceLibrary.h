@@ -47,7 +47,7 @@ class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResource
     std::shared_ptr<const IPictureFiles> pictures_;
 };
 
-// The pictures of an installation, and before them those of other folders.
+// The pictures of an installation, before them the user's own, and first those of other folders.
 TRef<CFileResourceLibrary> OpenResources(const SInstallation& installation,
                                          std::vector<std::filesystem::path> folders,
                                          std::shared_ptr<const IPictureFiles> pictures);

@@ -12,6 +12,7 @@ enum class EJobFault {
     UnknownLanguage,  // a code that no language has
     UnknownResource,  // a name that no pattern, or no texture, has
     Unreadable,       // a pattern or texture whose file cannot be read
+    Resource,         // a picture of the user's library that cannot be written or removed
     NotLoaded,        // the installation's module cannot be loaded
     Effect,           // the effect reported an error
     Cancelled,        // the progress sink asked to stop

@@ -93,6 +93,11 @@ SEffectInfo CJobLibrary::Describe(const std::string& name, std::optional<CSize> 
     return job.Describe();
 }
 
+std::vector<presets::SPreset> CJobLibrary::Presets(const std::string& name) const {
+    const CScope scope(*shared_);
+    return presets::List(Find(name));
+}
+
 CEffectJob CJobLibrary::MakeJob(const std::string& name) const {
     auto parts = std::make_unique<CEffectJob::SParts>();
     parts->library = shared_;

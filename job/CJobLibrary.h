@@ -8,6 +8,7 @@
 
 #include "host/core/Geometry.h"
 #include "hostlib/language/CSelectedLanguage.h"
+#include "hostlib/parameters/PresetLibrary.h"
 #include "job/CEffectJob.h"
 #include "job/CFileResourceLibrary.h"
 #include "job/CJobError.h"
@@ -43,6 +44,9 @@ class CJobLibrary {
     // All effects, without their parameters; or one, its ranges for a canvas or for none.
     std::vector<SEffectInfo> Effects() const;
     SEffectInfo Describe(const std::string& name, std::optional<CSize> canvas = {}) const;
+    // The presets of an effect, with names in the library's language. Throws CJobError,
+    // UnknownEffect.
+    std::vector<presets::SPreset> Presets(const std::string& name) const;
     // A job of an effect, its parameters at their defaults. Throws CJobError, UnknownEffect.
     CEffectJob MakeJob(const std::string& name) const;
 

@@ -5,6 +5,7 @@
 #include "host/core/TRef.h"
 #include "hostlib/commands/CDocument.h"
 #include "hostlib/parameters/ParameterValues.h"
+#include "hostlib/parameters/PresetLibrary.h"
 #include "hostlib/settings/GlobalSettings.h"
 #include "job/CEffectModule.h"
 #include "job/CJobLibrary.h"
@@ -41,9 +42,15 @@ struct CEffectJob::SParts {
     std::string name;
     TRef<CCmdEffect> command;
     std::map<int, parameters::SValue> given;  // what was set, by index
+    // Of these, the values of a preset that follow the canvas's size.
+    std::map<int, presets::SScaled> scaled;
     TRef<CDocument> document;  // of the canvas, with the picture; empty without a canvas
 
     IParameterRepository& Repository() const { return *command->BoundRepository(); }
     // Defines the parameters for the canvas; those that were set keep their values.
     void Define();
+    // Keeps what was set: values that are set one by one follow nothing.
+    void Keep(int index, const parameters::SValue& value);
+    // The values of the preset for the canvas there is.
+    void Scale();
 };

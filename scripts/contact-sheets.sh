@@ -1,17 +1,18 @@
 #!/bin/bash
-# Renders the contact sheets of docs/effects.md: each effect of the host's graphics library at its
-# defaults and with the presets of samples/presets. Needs a release build.
+# Renders the contact sheets of docs/effects.md: every effect at its defaults and with the presets
+# that ship, on both sample photographs, and the library of patterns and textures. Needs a release build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+program=build/release/bin/cmdtexture
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-for folder in samples/presets/*; do
+export XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data  # nobody's own presets and pictures
+sheet() { # NAME PHOTO OPTIONS...
+    local file=docs/images/sheet-$1-$2.jpg
+    "$program" gallery "samples/photos/$2.png" -d "$work/$1-$2" --sheet "$file" --quiet --overwrite "${@:3}"
+}
+for folder in presets/*/; do
     effect=$(basename "$folder")
-    options=()
-    for preset in "$folder"/*.json; do options+=(--preset "$preset"); done
-    for photo in chelsea coffee; do
-        build/release/bin/cmdtexture gallery "samples/photos/$photo.png" -d "$work/$effect-$photo" \
-            --effect "$effect" "${options[@]}" --quiet --overwrite \
-            --sheet "docs/images/sheet-$effect-$photo.jpg"
-    done
+    for photo in chelsea coffee; do sheet "$effect" "$photo" --effect "$effect" --presets; done
 done
+sheet library coffee --library

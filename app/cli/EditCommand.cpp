@@ -25,6 +25,25 @@ std::string SuggestedOutput(const SEditOptions& options) {
     return input.parent_path() / (input.stem().string() + "-" + options.effect + ".png");
 }
 
+// Takes a photograph into the user's library, seamless; answers what went wrong.
+std::string AddPicture(bool pattern, const std::string& file, const std::string& category) {
+    try {
+        CProgress silent(CProgress::StyleFor(true, false));
+        SInputOptions input;
+        input.file = file;
+        AddResource(
+            ReadPicture(input, silent).pixels,
+            {.type = pattern ? CFileResourceLibrary::kPatterns : CFileResourceLibrary::kTextures,
+             .name = std::filesystem::path(file).stem(),
+             .category = category,
+             .seamless = true,
+             .overwrite = false});
+        return {};
+    } catch (const CCliError& error) {
+        return error.what();
+    }
+}
+
 // The file to write, by option or question; empty when the user has no answer.
 std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, CSize size,
                          imagefile::SOutputRules& rules) {
@@ -80,6 +99,7 @@ void Edit(const SEditOptions& options) {
                                                      .size = header.size,
                                                      .depth = header.format.Is16bit() ? 16 : 8,
                                                      .picture_came = [&] { return loader.Look(); },
+                                                     .add_picture = &AddPicture,
                                                      .interrupted = &interruption::Requested});
     const std::string output = Converse(options, desktop, job, loader, header.size, rules);
     if (output.empty()) {

@@ -21,40 +21,74 @@ struct SGalleryOptions {
     std::string sheet;  // empty: contact-sheet.png in the folder
     std::vector<std::string> resources;
     std::string effect;                // empty: all of them
-    std::vector<std::string> presets;  // files, or names of saved presets, of the effect
+    std::vector<std::string> presets;  // files, or names of presets, of the effect
+    bool all_presets = false;          // of the effect, or of every effect
+    bool library = false;              // every pattern and texture instead
     bool overwrite = false, quiet = false;
 };
 
-// One picture of the gallery: an effect with its defaults, or with a preset over them.
+// One picture of the gallery: an effect with its defaults, or with something over them.
 struct SEntry {
     std::string effect;
     SParameterOptions parameters;
+    std::string variant;  // what is over the defaults, as a part of a file name
+    std::string title;    // what tells it from the others; empty: the effect's name
 
-    std::string Name() const {
-        const std::string preset = std::filesystem::path(parameters.preset).stem();
-        return preset.empty() ? effect : effect + '-' + preset;
-    }
+    std::string Name() const { return variant.empty() ? effect : effect + '-' + variant; }
 };
 
-std::vector<SEntry> Entries(const CJobLibrary& library, const SGalleryOptions& options) {
-    std::vector<SEntry> entries;
-    if (options.effect.empty()) {
-        for (const std::string& name : library.Names()) entries.push_back({name, {}});
-        return entries;
+void Add(SEntry added, std::vector<SEntry>& entries) {
+    const auto same = [&](const SEntry& other) { return other.Name() == added.Name(); };
+    if (std::any_of(entries.begin(), entries.end(), same)) {
+        throw CCliError(EExit::Usage,
+                        fmt::format("--preset {}: another picture is to be named {}",
+                                    added.parameters.preset, added.Name()),
+                        "give presets of different names");
     }
-    const std::string name = EffectName(library, options.effect);
-    entries.push_back({name, {}});
+    entries.push_back(std::move(added));
+}
+
+// The effect at its defaults, with the presets that were asked for.
+void AddEffect(const CJobLibrary& library, const std::string& effect,
+               const SGalleryOptions& options, std::vector<SEntry>& entries) {
+    entries.push_back({effect, {}, "", ""});
     for (const std::string& preset : options.presets) {
-        const SEntry added{name, {.values = {}, .preset = preset}};
-        const auto same = [&](const SEntry& other) { return other.Name() == added.Name(); };
-        if (std::any_of(entries.begin(), entries.end(), same)) {
-            throw CCliError(
-                EExit::Usage,
-                fmt::format("--preset {}: another picture is to be named {}", preset, added.Name()),
-                "give presets of different names");
-        }
-        entries.push_back(added);
+        const std::string stem = std::filesystem::path(preset).stem();
+        Add({effect, {.values = {}, .preset = preset}, stem, stem}, entries);
     }
+    if (!options.all_presets) return;
+    for (const presets::SPreset& preset : library.Presets(effect)) {
+        // By its file: a preset that ships shows itself, whatever the user calls his own.
+        const SParameterOptions values{.values = {}, .preset = preset.file};
+        const auto hidden = [&](const SEntry& e) {
+            return e.effect == effect && e.variant == preset.id;
+        };
+        if (std::any_of(entries.begin(), entries.end(), hidden)) continue;
+        entries.push_back({effect, values, preset.id, preset.name});
+    }
+}
+
+// Every pattern as Sculpture uses it, every texture as Texture does.
+std::vector<SEntry> LibraryEntries(const CJobLibrary& library) {
+    std::vector<SEntry> entries;
+    for (const auto& [type, effect, parameter] :
+         {std::tuple(CFileResourceLibrary::kPatterns, "Sculpture", "PatternName"),
+          std::tuple(CFileResourceLibrary::kTextures, "Texture", "TextureName")}) {
+        for (const auto& file : library.Resources().Files(type)) {
+            std::vector<std::string> values{fmt::format("{}={}", parameter, file.name)};
+            if (type == CFileResourceLibrary::kTextures) values.emplace_back("Depth=8");
+            entries.push_back({effect, {std::move(values), ""}, file.name, file.name});
+        }
+    }
+    return entries;
+}
+
+std::vector<SEntry> Entries(const CJobLibrary& library, const SGalleryOptions& options) {
+    if (options.library) return LibraryEntries(library);
+    std::vector<SEntry> entries;
+    const std::vector<std::string> effects =
+        options.effect.empty() ? library.Names() : std::vector{EffectName(library, options.effect)};
+    for (const std::string& effect : effects) AddEffect(library, effect, options, entries);
     return entries;
 }
 
@@ -66,12 +100,6 @@ std::filesystem::path MakeFolder(const std::string& name) {
                         error ? error.message() : "a file of this name exists");
     }
     return name;
-}
-
-// The title of an entry on the contact sheet: what tells it from the others.
-std::string Title(const SEntry& entry, const CEffectJob& job) {
-    const std::string preset = std::filesystem::path(entry.parameters.preset).stem();
-    return preset.empty() ? job.Describe().display_name : preset;
 }
 
 void Gallery(const SGalleryOptions& options) {
@@ -107,7 +135,8 @@ void Gallery(const SGalleryOptions& options) {
         const CRowIteratorBands result = RunJob(jobs[i], progress);
         progress.BeginPart("writing", done += share);
         WritePicture(file(name), result, input.metadata, rules, progress);
-        sheet.Add(Title(entries[i], jobs[i]), result);
+        const std::string& title = entries[i].title;
+        sheet.Add(title.empty() ? jobs[i].Describe().display_name : title, result);
     }
     progress.BeginPart("contact sheet", 1.0);
     WritePicture(sheet_file, sheet.Make(), nullptr, rules, progress);
@@ -130,8 +159,15 @@ void AddGalleryCommand(CLI::App& program) {
                                        "Show this effect only, at its defaults and with presets");
     command
         ->add_option("--preset", options->presets,
-                     "Show a saved preset or a preset file of the effect, too; may be repeated")
+                     "Show a preset of the effect, by name or file, too; may be repeated")
         ->needs(effect);
+    auto* all = command->add_flag("--presets", options->all_presets,
+                                  "Show all presets of the effect, or of every effect");
+    command
+        ->add_flag("--library", options->library,
+                   "Show every pattern, through Sculpture, and every texture, through Texture")
+        ->excludes(effect)
+        ->excludes(all);
     command
         ->add_option("--sheet", options->sheet,
                      "File of the contact sheet; default: contact-sheet.png in DIR")

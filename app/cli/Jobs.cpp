@@ -18,6 +18,8 @@ EExit ExitOf(EJobFault fault) {
             return EExit::Usage;
         case EJobFault::Unreadable:
             return EExit::Unreadable;
+        case EJobFault::Resource:
+            return EExit::Output;
         case EJobFault::NotLoaded:
         case EJobFault::Effect:
             return EExit::Effect;
@@ -39,7 +41,7 @@ std::string HintOf(const CJobError& error, const std::string& effect) {
     if (error.Fault() == EJobFault::UnknownResource) {
         return with("\"cmdtexture resources\" lists them");
     }
-    if (error.Fault() == EJobFault::Refused && error.Hint().empty()) {
+    if (error.Fault() == EJobFault::Refused && error.Hint().empty() && !effect.empty()) {
         return fmt::format("\"cmdtexture describe {}\" lists the parameters", effect);
     }
     return error.Hint();
@@ -151,6 +153,17 @@ std::string SavePreset(const CEffectJob& job, const std::string& name, bool over
         throw CCliError(EExit::Output, error.what(),
                         overwrite ? "" : "--overwrite replaces an existing preset");
     }
+}
+
+std::string AddResource(const CRowIteratorBands& photo,
+                        const user_resources::SNewResource& wanted) {
+    return WithCliErrors({}, [&] {
+        return user_resources::Add(photo, wanted, *imagefile::MakePictureFiles()).string();
+    });
+}
+
+void RemoveResource(const std::filesystem::path& file) {
+    WithCliErrors({}, [&] { user_resources::Remove(file); });
 }
 
 void WarnOfPrecision(const CEffectJob& job, CNPixelFormat format) {

@@ -5,6 +5,7 @@
 
 #include "app/cli/CProgress.h"
 #include "job/CJobLibrary.h"
+#include "job/UserResources.h"
 
 // How the subcommands use jobs: the user's options in, errors out as CCliError and CInterrupted.
 
@@ -38,6 +39,10 @@ bool EditJob(CEffectJob& job);
 CRowIteratorBands RunJob(const CEffectJob& job, CProgress& progress);
 // The file of a saved preset.
 std::string SavePreset(const CEffectJob& job, const std::string& name, bool overwrite);
+
+// Takes a photograph into the user's library, answering the new file; or a file out of it.
+std::string AddResource(const CRowIteratorBands& photo, const user_resources::SNewResource& wanted);
+void RemoveResource(const std::filesystem::path& file);
 
 // Says what happened, once, when an effect works on 16-bit pictures with 8-bit precision.
 void WarnOfPrecision(const CEffectJob& job, CNPixelFormat format);

@@ -18,8 +18,9 @@ void AddParameterOptions(CLI::App& command, SParameterOptions& options) {
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
     command
-        .add_option("--preset", options.preset,
-                    "Take values from a preset: a JSON file, or the name of a saved one")
+        .add_option(
+            "--preset", options.preset,
+            "Take values from a preset: its name (\"cmdtexture preset list\"), or a JSON file")
         ->type_name("FILE");
 }
 

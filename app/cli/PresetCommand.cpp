@@ -5,7 +5,6 @@
 
 #include "app/cli/Commands.h"
 #include "app/cli/Options.h"
-#include "hostlib/parameters/Presets.h"
 
 namespace {
 
@@ -14,6 +13,7 @@ struct SPresetOptions {
     SParameterOptions parameters;
     std::string effect, name;
     bool overwrite = false;
+    bool json = false;
 };
 
 // A job with the values: the defaults, with what the user gave over them.
@@ -35,11 +35,22 @@ void ListPresets(const SPresetOptions& options) {
     const CJobLibrary library = OpenJobs(options.session);
     const std::vector<std::string> effects =
         options.effect.empty() ? library.Names() : std::vector{EffectName(library, options.effect)};
+    auto rows = nlohmann::ordered_json::array();
     for (const std::string& effect : effects) {
-        for (const std::string& name : presets::Names(effect)) {
-            std::cout << fmt::format("{}\t{}\n", effect, name);
+        for (const presets::SPreset& preset : library.Presets(effect)) {
+            if (!options.json) {
+                std::cout << fmt::format("{}\t{}{}\n", effect, preset.id,
+                                         preset.ships ? '\t' + preset.name : "");
+            }
+            rows.push_back({{"effect", effect},
+                            {"name", preset.id},
+                            {"displayName", preset.name},
+                            {"description", preset.description},
+                            {"ships", preset.ships},
+                            {"file", preset.file.string()}});
         }
     }
+    if (options.json) std::cout << rows.dump(2) << '\n';
 }
 
 }  // namespace
@@ -57,7 +68,7 @@ void AddPresetCommand(CLI::App& program) {
     const auto [show, show_options] =
         add("show", "Print the values of a preset, or the defaults of an effect, as JSON", &Show);
     show->add_option("EFFECT", show_options->effect, "Name of the effect")->required();
-    show->add_option("NAME", show_options->name, "A saved preset or a preset file");
+    show->add_option("NAME", show_options->name, "A preset by name, or a preset file");
 
     const auto [save, save_options] = add("save", "Save values under a name", &Save);
     save->add_option("EFFECT", save_options->effect, "Name of the effect")->required();
@@ -65,6 +76,8 @@ void AddPresetCommand(CLI::App& program) {
     save->add_flag("--overwrite", save_options->overwrite, "Replace a preset of this name");
     AddParameterOptions(*save, save_options->parameters);
 
-    const auto [list, list_options] = add("list", "List the saved presets", &ListPresets);
+    const auto [list, list_options] =
+        add("list", "List the presets: the saved ones and those that ship", &ListPresets);
     list->add_option("EFFECT", list_options->effect, "Only those of this effect");
+    list->add_flag("--json", list_options->json, "Print a JSON array");
 }

@@ -4,8 +4,10 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Options.h"
+#include "app/cli/Pictures.h"
 #include "app/imagefile/CImageFile.h"
 
 namespace {
@@ -16,7 +18,14 @@ struct SResourcesOptions {
     SSessionOptions session;
     std::vector<std::string> folders;
     bool json = false;
+    // of add, remove and show
+    SInputOptions photo;
+    std::string as, category = "own", name;
+    bool seamless = false, overwrite = false;
 };
+
+constexpr std::pair<int, const char*> kKinds[] = {{CFileResourceLibrary::kPatterns, "pattern"},
+                                                  {CFileResourceLibrary::kTextures, "texture"}};
 
 // The size of a picture, of which one that is not there, or damaged, has none.
 std::optional<CSize> SizeOf(const std::filesystem::path& file) {
@@ -27,25 +36,28 @@ std::optional<CSize> SizeOf(const std::filesystem::path& file) {
     }
 }
 
+ordered_json RowOf(const char* kind, const CFileResourceLibrary::SFile& entry) {
+    const std::optional<CSize> size = SizeOf(entry.file);
+    return {{"kind", kind},
+            {"name", entry.name},
+            {"category", entry.category},
+            {"width", size ? ordered_json(size->cx) : ordered_json()},
+            {"height", size ? ordered_json(size->cy) : ordered_json()},
+            {"own", user_resources::Holds(entry.file)},
+            {"file", entry.file.string()}};
+}
+
+void Print(const ordered_json& json) {
+    std::cout << json.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
+}
+
 void List(const SResourcesOptions& options) {
     const auto library = OpenPictures(options.folders);
     auto rows = ordered_json::array();
-    for (const auto& [type, kind] : {std::pair(CFileResourceLibrary::kPatterns, "pattern"),
-                                     std::pair(CFileResourceLibrary::kTextures, "texture")}) {
-        for (const auto& entry : library->Files(type)) {
-            const std::optional<CSize> size = SizeOf(entry.file);
-            rows.push_back({{"kind", kind},
-                            {"name", entry.name},
-                            {"category", entry.category},
-                            {"width", size ? ordered_json(size->cx) : ordered_json()},
-                            {"height", size ? ordered_json(size->cy) : ordered_json()},
-                            {"file", entry.file.string()}});
-        }
+    for (const auto& [type, kind] : kKinds) {
+        for (const auto& entry : library->Files(type)) rows.push_back(RowOf(kind, entry));
     }
-    if (options.json) {
-        std::cout << rows.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
-        return;
-    }
+    if (options.json) return Print(rows);
     for (const auto& row : rows) {
         const std::string size =
             row["width"].is_null()
@@ -57,13 +69,95 @@ void List(const SResourcesOptions& options) {
     }
 }
 
+void Add(const SResourcesOptions& options) {
+    const std::string stem = std::filesystem::path(options.photo.file).stem();
+    const user_resources::SNewResource wanted{.type = options.as == "pattern"
+                                                          ? CFileResourceLibrary::kPatterns
+                                                          : CFileResourceLibrary::kTextures,
+                                              .name = options.name.empty() ? stem : options.name,
+                                              .category = options.category,
+                                              .seamless = options.seamless,
+                                              .overwrite = options.overwrite};
+    CProgress progress(CProgress::StyleFor(false, false));
+    progress.BeginPart("reading", 0.5);
+    const CRowIteratorBands photo = ReadPicture(options.photo, progress).pixels;
+    std::cout << AddResource(photo, wanted) << '\n';
+}
+
+// The pictures of a name; of one kind where --as tells it.
+std::vector<std::pair<const char*, CFileResourceLibrary::SFile>> Named(
+    const SResourcesOptions& options) {
+    const auto library = OpenPictures(options.folders);
+    std::vector<std::pair<const char*, CFileResourceLibrary::SFile>> found;
+    for (const auto& [type, kind] : kKinds) {
+        if (!options.as.empty() && options.as != kind) continue;
+        if (const auto file = library->Find(type, options.name)) found.emplace_back(kind, *file);
+    }
+    if (!found.empty()) return found;
+    throw CCliError(
+        EExit::Usage,
+        fmt::format("there is no {} \"{}\"", options.as.empty() ? "pattern or texture" : options.as,
+                    options.name),
+        "\"cmdtexture resources\" lists them");
+}
+
+void Show(const SResourcesOptions& options) {
+    auto rows = ordered_json::array();
+    for (const auto& [kind, file] : Named(options)) rows.push_back(RowOf(kind, file));
+    Print(rows);
+}
+
+void Remove(const SResourcesOptions& options) {
+    const auto found = Named(options);
+    if (found.size() > 1) {
+        throw CCliError(EExit::Usage,
+                        fmt::format("there is a pattern and a texture \"{}\"", options.name),
+                        "--as pattern or --as texture says which");
+    }
+    RemoveResource(found[0].second.file);
+    std::cout << found[0].second.file.string() << '\n';
+}
+
+void AddKindOption(CLI::App& command, SResourcesOptions& options, bool required) {
+    command.add_option("--as", options.as, "Which kind: pattern or texture")
+        ->type_name("KIND")
+        ->check(CLI::IsMember({"pattern", "texture"}))
+        ->required(required);
+}
+
 }  // namespace
 
 void AddResourcesCommand(CLI::App& program) {
     auto* command = program.add_subcommand(
-        "resources", "List the patterns of Sculpture and the textures of Texture");
+        "resources",
+        "List the patterns of Sculpture and the textures of Texture; add your own, remove them");
     auto options = std::make_shared<SResourcesOptions>();
     command->add_flag("--json", options->json, "Print a JSON array");
     AddLibraryOption(*command, options->folders);
-    command->callback([options] { List(*options); });
+    command->require_subcommand(0, 1);
+    command->callback([command, options] {
+        if (command->get_subcommands().empty()) List(*options);
+    });
+
+    auto* add = command->add_subcommand(
+        "add", "Make a photograph of a material into a pattern or texture of your own library");
+    add->add_option("PHOTO", options->photo.file, "Photograph: PNG, JPEG, TIFF or WebP")
+        ->required();
+    AddKindOption(*add, *options, true);
+    add->add_option("--category", options->category, "Category that it joins")
+        ->capture_default_str();
+    add->add_option("--name", options->name, "Its name; default: the file's");
+    add->add_flag("--seamless", options->seamless,
+                  "Even out the light and join the borders, so that it can be tiled");
+    add->add_flag("--overwrite", options->overwrite, "Replace one of yours of this name");
+    add->callback([options] { Add(*options); });
+
+    const auto named = [&](const char* name, const char* help, auto&& run) {
+        auto* named_command = command->add_subcommand(name, help);
+        named_command->add_option("NAME", options->name, "Name of the picture")->required();
+        AddKindOption(*named_command, *options, false);
+        named_command->callback([options, run] { run(*options); });
+    };
+    named("remove", "Remove a picture of your own library", &Remove);
+    named("show", "Print what there is of a name, as JSON", &Show);
 }

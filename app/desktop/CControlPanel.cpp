@@ -323,7 +323,9 @@ QWidget* CControlPanel::MakeResource(int id, const QString& label, Shower& show)
     button->setIconSize(kResourceIcon);
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, [this, id, button, label] {
-        CResourceBrowser(model_, id, Text(EText::ChooseOne).arg(label), button->window()).exec();
+        CResourceBrowser browser(model_, id, Text(EText::ChooseOne).arg(label), button->window());
+        if (add_picture) browser.OfferAdding(add_picture);
+        browser.exec();
     });
     show = [button, label](const SControlState& state) {
         const bool chosen =

@@ -21,6 +21,9 @@ class CControlPanel final : public QScrollArea {
     // when the pointer or the focus comes to a control.
     std::function<void(int swatch)> on_pick;
     std::function<void(int control)> on_entered;
+    // Takes a photograph into the user's library (SDesktopOptions::add_picture); may be empty.
+    std::function<std::string(bool pattern, const std::string& file, const std::string& category)>
+        add_picture;
 
     void Show(const SControlState& control);
     void EnablePicking(bool enabled);

@@ -165,6 +165,7 @@ QWidget* CDialogWindow::MakeControls() {
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
     controls_ = new CControlPanel(model_, side);
+    controls_->add_picture = options_.add_picture;
     controls_->on_pick = [this](int swatch) { pane_->SetPicking(swatch != 0); };
     controls_->on_entered = [this](int control) {
         description_->setText(ToQt(model_.Description(control)));

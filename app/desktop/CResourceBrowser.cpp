@@ -1,8 +1,12 @@
 #include "app/desktop/CResourceBrowser.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -44,7 +48,8 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
       control_(control),
       before_(model.Control(control).selected),
       category_before_(model.Control(control).category),
-      list_(new QListWidget) {
+      list_(new QListWidget),
+      buttons_(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel)) {
     setWindowTitle(title);
     resize(kWindow);
     model_.OpenLibrary(control_);
@@ -57,11 +62,10 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
         model_.ChooseView(control_, chosen);
         ShowView(chosen);
     });
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    buttons->button(QDialogButtonBox::Ok)->setText(Text(EText::Ok));
-    buttons->button(QDialogButtonBox::Cancel)->setText(Text(EText::Cancel));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    buttons_->button(QDialogButtonBox::Ok)->setText(Text(EText::Ok));
+    buttons_->button(QDialogButtonBox::Cancel)->setText(Text(EText::Cancel));
+    connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto* choosers = new QHBoxLayout;
     if (!model_.Control(control_).categories.empty()) choosers->addWidget(MakeCategories());
@@ -70,7 +74,7 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(choosers);
     layout->addWidget(list_);
-    layout->addWidget(buttons);
+    layout->addWidget(buttons_);
 
     list_->setAccessibleName(title);
     list_->setResizeMode(QListView::Adjust);
@@ -88,6 +92,37 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
         model_.Choose(control_, before_);
     });
     list_->setFocus();
+}
+
+void CResourceBrowser::OfferAdding(AddPicture add) {
+    auto* button = buttons_->addButton(Text(EText::AddPhoto), QDialogButtonBox::ActionRole);
+    button->setObjectName("add-photo");
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, [this, add] { AddPhotograph(add); });
+}
+
+void CResourceBrowser::AddPhotograph(const AddPicture& add) {
+    const QString file = QFileDialog::getOpenFileName(
+        this, Text(EText::AddPhotoTitle), {},
+        Text(EText::Pictures) + " (*.png *.jpg *.jpeg *.tif *.tiff *.webp)");
+    if (file.isEmpty()) return;
+    const CString category = model_.Control(control_).category;
+    const std::string own = category.IsEmpty() ? "own" : ToUtf8(category);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const std::string failure = add(model_.EffectName() == "Sculpture", file.toStdString(), own);
+    QApplication::restoreOverrideCursor();
+    if (!failure.empty()) {
+        QMessageBox::warning(this, windowTitle(), QString::fromStdString(failure));
+        return;
+    }
+    ShowAdded(QFileInfo(file).completeBaseName());
+}
+
+void CResourceBrowser::ShowAdded(const QString& name) {
+    model_.OpenLibrary(control_);
+    Fill();
+    const auto found = list_->findItems(name, Qt::MatchFixedString);
+    if (!found.empty()) list_->setCurrentItem(found.front());
 }
 
 QComboBox* CResourceBrowser::MakeCategories() {

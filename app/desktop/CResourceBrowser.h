@@ -2,11 +2,14 @@
 
 #include <QDialog>
 #include <QTimer>
+#include <functional>
+#include <string>
 
 #include "host/core/CString.h"
 #include "host/graphics/CRowIteratorBands.h"
 
 class QComboBox;
+class QDialogButtonBox;
 class QListWidget;
 struct IDialogModel;
 
@@ -17,19 +20,28 @@ QPixmap PictureOf(const CRowIteratorBands& picture, QSize size);
 // other. What is chosen takes effect at once; Cancel brings back what was there before.
 class CResourceBrowser final : public QDialog {
   public:
+    using AddPicture = std::function<std::string(bool pattern, const std::string& file,
+                                                 const std::string& category)>;
+
     CResourceBrowser(IDialogModel& model, int control, const QString& title, QWidget* parent);
+    // Shows a button that asks for a photograph, has `add` take it into the user's library, and
+    // chooses it.
+    void OfferAdding(AddPicture add);
 
   private:
     QComboBox* MakeCategories();
     void Fill();
     void ShowView(int view);
     void LoadNext();
+    void AddPhotograph(const AddPicture& add);
+    void ShowAdded(const QString& name);
 
     IDialogModel& model_;
     const int control_;
     const int before_;
     const CString category_before_;
     QListWidget* list_;
+    QDialogButtonBox* buttons_;
     int loaded_ = 0;
     QTimer loading_;
 };

@@ -18,6 +18,10 @@ struct SDesktopOptions {
     // Asked now and then, until true, while the document has no picture: whether it got one now, or
     // will get none. May be empty.
     std::function<bool()> picture_came = {};
+    // Takes a photograph into the user's library, as a pattern or a texture, under the category;
+    // answers what went wrong, or nothing. Empty where there is no such library.
+    std::function<std::string(bool pattern, const std::string& file, const std::string& category)>
+        add_picture = {};
     std::function<bool()> interrupted = {};  // whether the process was asked to stop; may be empty
 };
 

@@ -49,6 +49,8 @@ enum class EText {
     ChooseOne,
     Category,
     AllCategories,
+    AddPhoto,
+    AddPhotoTitle,
     SaveResult = 60070,
     Pictures,
     Application,

@@ -38,7 +38,7 @@ struct SScaled {
     double value = 0;   // in a picture of
     double pixels = 0;  // so many pixels
     // The value for a picture of a size (of no size: the value itself), within the range.
-    std::int64_t For(CSize picture, const IParameter& parameter) const;
+    HOST_API std::int64_t For(CSize picture, const IParameter& parameter) const;
 };
 // The scaled values of a preset by parameter index, "$scale" being taken out of it. Throws CRefused
 // when it is not as above.

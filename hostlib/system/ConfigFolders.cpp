@@ -31,6 +31,10 @@ std::filesystem::path SystemConfig() {
     return std::filesystem::path(all.substr(0, all.find(':'))) / "cmdtexture";
 }
 
+std::filesystem::path UserData() {
+    return FromEnvironment("XDG_DATA_HOME", Home() / ".local" / "share") / "cmdtexture";
+}
+
 std::filesystem::path UserCache() {
     return FromEnvironment("XDG_CACHE_HOME", Home() / ".cache") / "cmdtexture";
 }

@@ -8,6 +8,7 @@
 namespace folders {
 HOST_API std::filesystem::path UserConfig();    // $XDG_CONFIG_HOME/cmdtexture
 HOST_API std::filesystem::path SystemConfig();  // the first of $XDG_CONFIG_DIRS, /cmdtexture
+HOST_API std::filesystem::path UserData();      // $XDG_DATA_HOME/cmdtexture
 HOST_API std::filesystem::path UserCache();     // $XDG_CACHE_HOME/cmdtexture
 HOST_API std::filesystem::path UserRuntime();   // $XDG_RUNTIME_DIR/cmdtexture, or below /tmp
 }  // namespace folders

@@ -76,6 +76,32 @@ SView ViewOf(const std::string& language, std::optional<int> range_scale) {
     return {size.label, size.maximum, RunOnPhoto(job).image};
 }
 
+// Four at least for every effect, each with a name and a description in two languages, by all of
+// which it is found, and with values that the effect takes.
+TEST(Presets, ShipForEveryEffect) {
+    const CJobLibrary english({.language = "EN"});
+    const CJobLibrary german({.language = "DE"});
+    for (const std::string& effect : english.Names()) {
+        std::map<std::string, nlohmann::ordered_json> values;
+        for (const CJobLibrary* library : {&english, &german}) {
+            int ships = 0;
+            for (const presets::SPreset& preset : library->Presets(effect)) {
+                ships += preset.ships;
+                EXPECT_NE(preset.name, preset.id) << effect;
+                EXPECT_NE(preset.description, "") << effect << ' ' << preset.id;
+                for (const std::string& called : {preset.id, preset.name}) {
+                    CEffectJob job = english.MakeJob(effect);
+                    job.TakePreset(called);
+                    const auto& first = values.try_emplace(preset.id, job.Values()).first->second;
+                    EXPECT_EQ(job.Values(), first) << effect << ' ' << called;
+                    EXPECT_NO_THROW(job.SetCanvas({6000, 4000})) << effect << ' ' << called;
+                }
+            }
+            EXPECT_GE(ships, 4) << effect;
+        }
+    }
+}
+
 }  // namespace
 
 // Languages and scales belong to a library, though the host's services for them are the process's.

@@ -22,6 +22,7 @@ class Program {
     Program() : folder_(std::filesystem::path(::testing::TempDir()) / UniqueName()) {
         std::filesystem::create_directories(folder_);
         setenv("XDG_CONFIG_HOME", (folder_ / "config").c_str(), 1);
+        setenv("XDG_DATA_HOME", (folder_ / "data").c_str(), 1);
         setenv("XDG_CACHE_HOME", (folder_ / "cache").c_str(), 1);
         setenv("LC_ALL", "C.UTF-8", 1);
     }
@@ -78,7 +79,8 @@ class Program {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
             const std::string name = entry.path().filename();
-            if (name != "stdout" && name != "stderr" && name != "config" && name != "cache") {
+            const auto ours = {"stdout", "stderr", "config", "cache", "data"};
+            if (std::find(ours.begin(), ours.end(), name) == ours.end()) {
                 names.push_back(name);
             }
         }
