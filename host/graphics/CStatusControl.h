@@ -2,6 +2,8 @@
 
 #include "host/core/HostApi.h"
 
+struct IRowWorkers;
+
 // Receives the progress of a whole job. `fraction` runs from 0 to 1 and never falls; answering
 // true asks the job to stop. Called on the thread that works.
 struct IProgressSink {
@@ -14,7 +16,8 @@ struct IProgressSink {
 // Progress and cancellation of one operation. A routine sets a range, then reports once a row or
 // stroke; a nonzero answer means that the user cancelled. An operation made of steps says how many;
 // each child constructed on a control, and each range set on the control itself, is its next step.
-// Not for use by several threads at once.
+// It also carries the threads that the host lends to the operation. Not for use by several threads
+// at once.
 class HOST_API CStatusControl {
   public:
     // A root: reports to `sink`, which outlives it; null reports to nobody and is never cancelled.
@@ -32,6 +35,11 @@ class HOST_API CStatusControl {
     int SetProgress(int position);
     int IncrementProgress(int by);
 
+    // The host's threads for the operation, which outlive it; null, as at the start, lends none.
+    // Children have their parent's.
+    void LendWorkers(IRowWorkers* workers) { workers_ = workers; }
+    IRowWorkers* Workers() const { return workers_; }
+
   private:
     struct SShare {  // of the whole job: where it begins and ends
         double start = 0.0;
@@ -42,6 +50,7 @@ class HOST_API CStatusControl {
     double StepStart(int step) const;
 
     IProgressSink* sink_ = nullptr;
+    IRowWorkers* workers_ = nullptr;
     SShare share_;
     int steps_ = 1;
     int begun_ = 0;

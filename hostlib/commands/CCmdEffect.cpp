@@ -1,6 +1,7 @@
 #include "host/commands/CCmdEffect.h"
 
 #include "hostlib/graphics/DepthConversion.h"
+#include "hostlib/graphics/ParallelRows.h"
 #include "hostlib/graphics/SelectionBlend.h"
 
 CCmdEffect::CCmdEffect(const std::array<bool, 13>& flags) : flags_(flags) {}
@@ -28,7 +29,9 @@ CErrorAutoThrow CCmdEffect::Preview(CStatusControl* status, const CRowIteratorBa
         }
         transparent_ = source.GetPixelFormat().IsAlphaChannelPresent();
         CStatusControl nobody;
-        error = ApplyEffect(status ? status : &nobody, input, destination, mask, {}, context);
+        CStatusControl& heard = status ? *status : nobody;
+        heard.LendWorkers(&HostRowWorkers());
+        error = ApplyEffect(&heard, input, destination, mask, {}, context);
         if (!error.Failed() && !destination.IsAttached()) {
             error = {TolmErrorCode::NotCreated, "the effect made no picture"};
         }

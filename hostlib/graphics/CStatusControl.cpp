@@ -5,6 +5,7 @@
 CStatusControl::CStatusControl(CStatusControl* parent) {
     if (!parent) return;
     sink_ = parent->sink_;
+    workers_ = parent->workers_;
     share_ = parent->BeginStep();
     run_.start = share_.start;
 }

@@ -14,7 +14,7 @@ namespace {
 // the user cancels.
 class CBlockQueue {
   public:
-    CBlockQueue(int rows, int block, const std::function<void(int, int)>& work)
+    CBlockQueue(int rows, int block, const IRowWorkers::Work& work)
         : rows_(rows), block_(block), count_((rows - 1) / block + 1), work_(work) {
         stop_ = false;  // a store that Drain's load pairs with: the work's data is ready
     }
@@ -23,9 +23,10 @@ class CBlockQueue {
     int Done() const { return done_; }
     bool Cancelled() const { return cancelled_; }
 
-    // Works on blocks; before each asks `cancelled`, with the number of rows done so far.
+    // Works on blocks; before each asks `cancelled`, with the number of rows done so far. Each call
+    // has a slot of its own.
     template <class Cancelled>
-    void Drain(Cancelled&& cancelled) noexcept {
+    void Drain(int slot, Cancelled&& cancelled) noexcept {
         while (!stop_) {
             if (cancelled(Done())) {
                 cancelled_ = true;
@@ -34,7 +35,7 @@ class CBlockQueue {
             }
             const int index = next_++;
             if (index >= count_) return;
-            Run(index);
+            Run(index, slot);
         }
     }
 
@@ -44,11 +45,11 @@ class CBlockQueue {
     }
 
   private:
-    void Run(int index) noexcept {
+    void Run(int index, int slot) noexcept {
         const int first = index * block_;
         const int last = first + std::min(block_, rows_ - first);
         try {
-            work_(first, last);
+            work_(first, last, slot);
             done_ += last - first;
         } catch (...) {
             const std::lock_guard<std::mutex> lock(mutex_);
@@ -60,7 +61,7 @@ class CBlockQueue {
     const int rows_;
     const int block_;
     const int count_;
-    const std::function<void(int, int)>& work_;
+    const IRowWorkers::Work& work_;
     std::atomic<int> next_{0};
     std::atomic<int> done_{0};
     std::atomic<bool> stop_;
@@ -77,20 +78,38 @@ void RunOnAllCores(CBlockQueue& queue, CStatusControl* status) {
         tbb::task_group helpers;
         const int wanted = std::min(tbb::this_task_arena::max_concurrency(), queue.Count()) - 1;
         for (int i = 0; i < wanted; ++i) {
-            helpers.run([&queue] { queue.Drain([](int) { return false; }); });
+            helpers.run([&queue, i] { queue.Drain(i + 1, [](int) { return false; }); });
         }
-        queue.Drain([&](int done) { return status && status->SetProgress(done) != 0; });
+        queue.Drain(0, [&](int done) { return status && status->SetProgress(done) != 0; });
         helpers.wait();
     });
 }
 
+class CHostRowWorkers : public IRowWorkers {
+  public:
+    int Threads() const override { return tbb::this_task_arena::max_concurrency(); }
+    void ForEachBlock(int rows, int block, const Work& work) override {
+        if (rows < 1) return;
+        CBlockQueue queue(rows, std::clamp(block, 1, rows), work);
+        RunOnAllCores(queue, nullptr);
+        queue.Rethrow();
+    }
+};
+
 }  // namespace
+
+IRowWorkers& HostRowWorkers() {
+    static CHostRowWorkers workers;
+    return workers;
+}
 
 CErrorAutoThrow ForEachRowBlock(CStatusControl* status, int rows, int block,
                                 const std::function<void(int first, int last)>& work) {
     if (rows < 1) return {};
     return CatchErrors([&]() -> CErrorAutoThrow {
-        CBlockQueue queue(rows, std::clamp(block, 1, rows), work);
+        const auto slotless = [&](int first, int last, int /*slot*/) { work(first, last); };
+        const IRowWorkers::Work block_work = slotless;
+        CBlockQueue queue(rows, std::clamp(block, 1, rows), block_work);
         if (status) status->SetProgressRange(rows);
         RunOnAllCores(queue, status);
         queue.Rethrow();

@@ -3,7 +3,9 @@
 #include <functional>
 
 #include "host/core/CErrorAutoThrow.h"
+#include "host/core/HostApi.h"
 #include "host/graphics/CStatusControl.h"
+#include "host/graphics/IRowWorkers.h"
 
 // Runs work(first, last) for blocks [first, last) that cover the rows 0 to rows - 1, each row in
 // exactly one block of `block` rows (the last one may be shorter), on all cores and in any order.
@@ -15,3 +17,6 @@
 // threads at once, and from inside a block.
 CErrorAutoThrow ForEachRowBlock(CStatusControl* status, int rows, int block,
                                 const std::function<void(int first, int last)>& work);
+
+// All cores as a service for the module.
+HOST_API IRowWorkers& HostRowWorkers();
