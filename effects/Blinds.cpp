@@ -6,8 +6,11 @@
 #include <vector>
 
 #include "host/core/Multiversion.h"
+#include "host/graphics/IRowWorkers.h"
 
 namespace {
+
+constexpr int kBlockRows = 16;  // rows that a thread takes on at a time
 
 // The part of the blending that one run has in common. Strength and rest are the slats' and the
 // source's shares in the result and add up to the largest sample value.
@@ -207,19 +210,26 @@ class TTableShader {
     std::vector<std::uint32_t> table_of_column_;  // where the tables of a column's phase begin
 };
 
+// Copies the source row by row into the image, which has its shape, and shades the rows.
 template <class Sample, class Shader>
-CErrorAutoThrow ShadeRows(CStatusControl& progress, CRowIteratorBands& image, int canvas_height,
-                          Shader shader) {
+CErrorAutoThrow ShadeRows(CStatusControl& progress, const CRowIteratorBands& source,
+                          CRowIteratorBands& image, int canvas_height, const Shader& shader) {
     const int height = image.GetHeight();
-    std::int64_t position = std::int64_t{canvas_height} - image.GetRect().bottom + height;
-    for (int y = 0; y < height; ++y, --position) {
-        if (progress.SetProgress(y) != 0) {
-            image.Destroy();
-            return TolmErrorCode::Cancelled;
-        }
-        shader.ShadeRow(image.Row<Sample>(y), position);
-    }
-    return {};
+    const std::int64_t position = std::int64_t{canvas_height} - image.GetRect().bottom + height;
+    IRowWorkers* const workers = progress.Workers();
+    const int slots = workers ? workers->Threads() : 1;
+    std::vector<Shader> shaders(static_cast<std::size_t>(slots), shader);
+    CErrorAutoThrow result = ForEachRow(
+        workers, height, kBlockRows, [&](int y) { return progress.SetProgress(y); },
+        [&](int first, int last, int slot) {
+            for (int y = first; y < last; ++y) {
+                image.CopyRow(source, y);
+                shaders[static_cast<std::size_t>(slot)].ShadeRow(image.Row<Sample>(y),
+                                                                 position - y);
+            }
+        });
+    if (result.Failed()) image.Destroy();
+    return result;
 }
 
 }  // namespace
@@ -229,8 +239,8 @@ CErrorAutoThrow ApplyBlinds(CStatusControl* status, const CRowIteratorBands& sou
                             bool lightFromLeftTop, COLORREF color, int canvasHeight) {
     CStatusControl progress(status);
     if (!source.IsAttached()) return TolmErrorCode::UnusableInput;
-    CErrorAutoThrow copied = destination.Copy(source, 0);
-    if (copied.Failed()) return copied;
+    CErrorAutoThrow matched = destination.Match(source);
+    if (matched.Failed()) return matched;
     progress.SetProgressRange(source.GetHeight());
 
     const int left = source.GetRect().left;
@@ -242,11 +252,11 @@ CErrorAutoThrow ApplyBlinds(CStatusControl* status, const CRowIteratorBands& sou
         if constexpr (!Traits::kIs16bit) {
             using Tables = TTableShader<Traits>;
             if (Tables::Pays(slats, horizontal, left, columns, source.GetHeight())) {
-                return ShadeRows<Sample>(progress, destination, canvasHeight,
+                return ShadeRows<Sample>(progress, source, destination, canvasHeight,
                                          Tables(slats, horizontal, left, columns));
             }
         }
-        return ShadeRows<Sample>(progress, destination, canvasHeight,
+        return ShadeRows<Sample>(progress, source, destination, canvasHeight,
                                  TArithmeticShader<Traits>(slats, horizontal, left, columns));
     };
     return CatchErrors([&] {

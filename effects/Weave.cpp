@@ -6,9 +6,12 @@
 #include <vector>
 
 #include "host/core/Multiversion.h"
+#include "host/graphics/IRowWorkers.h"
 #include "host/graphics/PixelMath.h"
 
 namespace {
+
+constexpr int kBlockRows = 16;  // rows that a thread takes on at a time
 
 // The four bands into which a period of the pattern is cut, along either axis.
 enum class EBand { GapA, Thread1, GapB, Thread2 };
@@ -220,8 +223,8 @@ CErrorAutoThrow ApplyWeave(CStatusControl* status, CRowIteratorBands& source,
     if (weaveWidth < 0 || gapWidth < 0 || (weaveWidth == 0 && gapWidth == 0)) {
         return TolmErrorCode::UnusableInput;
     }
-    CErrorAutoThrow copied = destination.Copy(source, 0);
-    if (copied.Failed()) return copied;
+    CErrorAutoThrow matched = destination.Match(source);
+    if (matched.Failed()) return matched;
     const int height = source.GetHeight();
     progress.SetProgressRange(height);
 
@@ -236,14 +239,20 @@ CErrorAutoThrow ApplyWeave(CStatusControl* status, CRowIteratorBands& source,
             SetAccess(destination, is_grey ? ENChannel::Grey : ENChannel::Colour);
         }
         const std::int64_t bottom = std::int64_t{canvasHeight} - source.GetRect().bottom;
-        for (int k = 0; k < height; ++k) {
-            if (progress.SetProgress(k) != 0) {
-                destination.Destroy();
-                SetAccess(source, ENChannel::All);
-                return TolmErrorCode::Cancelled;
-            }
-            // The pattern keeps alpha by itself, so rows need not be gathered and scattered.
-            patterns.WeaveRow(destination.Row<std::uint8_t>(height - 1 - k), bottom + k);
+        // The pattern keeps alpha by itself, so rows need not be gathered and scattered.
+        CErrorAutoThrow result = ForEachRow(
+            progress.Workers(), height, kBlockRows, [&](int k) { return progress.SetProgress(k); },
+            [&](int first, int last, int /*slot*/) {
+                for (int k = first; k < last; ++k) {
+                    const int y = height - 1 - k;
+                    destination.CopyRow(source, y);
+                    patterns.WeaveRow(destination.Row<std::uint8_t>(y), bottom + k);
+                }
+            });
+        if (result.Failed()) {
+            destination.Destroy();
+            SetAccess(source, ENChannel::All);
+            return result;
         }
         SetAccess(source, ENChannel::All);
         SetAccess(destination, ENChannel::All);

@@ -1,5 +1,6 @@
 #include "effects/Blinds.h"
 #include "effects/Weave.h"
+#include "hostlib/graphics/ParallelRows.h"
 #include "support/Bench.h"
 
 namespace {
@@ -17,7 +18,9 @@ void Blinds(benchmark::State& state) {
     const CRowIteratorBands& source = Source(state.range(0));
     CRowIteratorBands destination;
     bench::AgainstCopy(state, source, [&] {
-        ApplyBlinds(nullptr, source, destination, static_cast<int>(state.range(1)), 100,
+        CStatusControl status;
+        status.LendWorkers(&HostRowWorkers());
+        ApplyBlinds(&status, source, destination, static_cast<int>(state.range(1)), 100,
                     state.range(2) != 0, state.range(3) != 0, 0x4080C0, source.GetHeight())
             .ThrowIfFailed();
     });
@@ -35,7 +38,9 @@ void Weave(benchmark::State& state) {
     CRowIteratorBands source = Source(state.range(0));
     CRowIteratorBands destination;
     bench::AgainstCopy(state, source, [&] {
-        ApplyWeave(nullptr, source, destination, static_cast<int>(state.range(1)),
+        CStatusControl status;
+        status.LendWorkers(&HostRowWorkers());
+        ApplyWeave(&status, source, destination, static_cast<int>(state.range(1)),
                    static_cast<int>(state.range(2)), 100, 0x4080C0, 0, state.range(3) != 0,
                    source.GetHeight())
             .ThrowIfFailed();

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <memory>
 
@@ -42,8 +43,11 @@ class HOST_API CRowIteratorBands {
     // last handle is gone. `stride` is the distance of rows in bytes.
     CErrorAutoThrow Attach(void* pixels, std::ptrdiff_t stride, int width, int height,
                            CNPixelFormat format, std::function<void()> release = {});
-    // Becomes an image of the source's size, place and format, holding its pixels (all channels).
-    // `mode` is 0. Memory is reused when nobody else holds it and size and format are equal.
+    // Becomes an image of the source's size, place and format, all channels accessible and pixels
+    // undefined, unless the two share their pixels. Memory is reused when nobody else holds it and
+    // size and format are equal.
+    CErrorAutoThrow Match(const CRowIteratorBands& source);
+    // Becomes the same, holding the source's pixels (all channels). `mode` is 0.
     CErrorAutoThrow Copy(const CRowIteratorBands& source, int mode);
     // A new image, zeroed, of the source's format, place and size (or the size given). `mode` is 2.
     CErrorAutoThrow CreateCompatible(const CRowIteratorBands& source, int mode);
@@ -95,6 +99,13 @@ class HOST_API CRowIteratorBands {
         return reinterpret_cast<const Sample*>(pixels_ + stride_ * y);
     }
     std::ptrdiff_t Stride() const { return stride_; }
+    // Takes over all samples of row `y` from an image of the same size and format.
+    void CopyRow(const CRowIteratorBands& source, int y) {
+        if (SharesPixelsWith(source)) return;
+        std::memcpy(
+            Row<std::uint8_t>(y), source.Row<std::uint8_t>(y),
+            static_cast<std::size_t>(width_) * static_cast<std::size_t>(format_.PixelBytes()));
+    }
     bool SharesPixelsWith(const CRowIteratorBands& other) const {
         return store_ && store_ == other.store_;
     }

@@ -127,7 +127,7 @@ CErrorAutoThrow CRowIteratorBands::Attach(void* pixels, std::ptrdiff_t stride, i
     });
 }
 
-CErrorAutoThrow CRowIteratorBands::Copy(const CRowIteratorBands& source, int /*mode*/) {
+CErrorAutoThrow CRowIteratorBands::Match(const CRowIteratorBands& source) {
     if (!source.IsAttached()) return TolmErrorCode::UnusableInput;
     if (SharesPixelsWith(source)) return {};
     const bool reusable = store_ && store_.use_count() == 1 && width_ == source.width_ &&
@@ -139,6 +139,12 @@ CErrorAutoThrow CRowIteratorBands::Copy(const CRowIteratorBands& source, int /*m
     }
     origin_ = source.origin_;
     channel_ = ENChannel::All;
+    return {};
+}
+
+CErrorAutoThrow CRowIteratorBands::Copy(const CRowIteratorBands& source, int /*mode*/) {
+    CErrorAutoThrow matched = Match(source);
+    if (matched.Failed() || SharesPixelsWith(source)) return matched;
     const auto row =
         static_cast<std::size_t>(width_) * static_cast<std::size_t>(format_.PixelBytes());
     if (stride_ == source.stride_ && stride_ > 0) {
@@ -146,9 +152,7 @@ CErrorAutoThrow CRowIteratorBands::Copy(const CRowIteratorBands& source, int /*m
         std::memcpy(pixels_, source.pixels_, rows * static_cast<std::size_t>(stride_) + row);
         return {};
     }
-    for (int y = 0; y < height_; ++y) {
-        std::memcpy(Row<std::uint8_t>(y), source.Row<std::uint8_t>(y), row);
-    }
+    for (int y = 0; y < height_; ++y) CopyRow(source, y);
     return {};
 }
 
