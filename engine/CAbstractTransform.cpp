@@ -40,7 +40,7 @@ void CAbstractTransform::ComputeBorders() {
     if (top > bottom) std::swap(top, bottom);
 }
 
-CErrorAutoThrow CAbstractTransform::Run() {
+CErrorAutoThrow CAbstractTransform::Prepare() {
     if (!source || !source->IsAttached() || !destination || !status) {
         return TolmErrorCode::UnusableInput;
     }
@@ -50,6 +50,12 @@ CErrorAutoThrow CAbstractTransform::Run() {
     ComputeBorders();
     PrepareRun();
     ReadParameters();
+    return {};
+}
+
+CErrorAutoThrow CAbstractTransform::Run() {
+    CErrorAutoThrow prepared = Prepare();
+    if (prepared.Failed()) return prepared;
     const int sample_bits = pixelFormat.Is16bit() ? 16 : 8;
     if (bitsPerPixel == sample_bits) return ProcessGrey();
     if (bitsPerPixel == sample_bits * 2) return ProcessGreyAlpha();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "engine/CTransformParamList.h"
@@ -7,6 +8,7 @@
 #include "host/core/Geometry.h"
 #include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/CStatusControl.h"
+#include "host/graphics/IRowWorkers.h"
 #include "host/graphics/PixelMath.h"
 
 // A transform of the texture engine: named integer parameters, a source that is read, a
@@ -15,6 +17,9 @@
 // Use: construct, fill `params`, SetStatus, SetImages, Run. Source and destination do not share
 // their pixels. What a run does not write keeps what the destination held: the source's pixels
 // when the run had to make the destination.
+//
+// Rows that do not depend on each other are worked on by the threads that the status control lends;
+// without any, or on the plain path, one after the other.
 //
 // Every constructor reseeds the calling thread's generator, so that a picture's strokes are the
 // same on every run.
@@ -45,6 +50,8 @@ class CAbstractTransform {
     // Prepares and processes. Error 101 without a source, destination or status control; a layout
     // that the engine does not know is left alone and succeeds.
     CErrorAutoThrow Run();
+    // The part of Run that comes before the processing: images, work rectangle, parameters.
+    CErrorAutoThrow Prepare();
     // Turns the border parameters, in thousandths of the image's sides, into the work rectangle.
     void ComputeBorders();
     static constexpr int Clamp(int value, int low, int high) {
@@ -76,12 +83,32 @@ class CAbstractTransform {
 
     int ValueOf(const wchar_t* parameter) const { return params.Find(parameter).value; }
     CRect WorkRectangle() const { return {left, top, right, bottom}; }
-    // One step of progress; true when the user cancelled.
-    bool StepCancelled() { return status->IncrementProgress(1) != 0; }
+    IRowWorkers* Workers() const { return use_plain_path ? nullptr : status->Workers(); }
+    // Rows `top` to `end` - 1, one step of progress each: `rows(first, last)` on blocks of them.
+    template <class Rows>
+    CErrorAutoThrow ForRows(int end, Rows&& rows) {
+        return ForEachRow(
+            Workers(), end - top, kBlockRows, [this](int) { return status->IncrementProgress(1); },
+            [&](int first, int last, int /*slot*/) { rows(top + first, top + last); });
+    }
+    // Rows that a thread takes on at a time.
+    static constexpr int kBlockRows = 16;
     // A destination that came with a format of the source's may be smaller than it.
     bool DestinationHasRow(int row) const { return row < destination->GetHeight(); }
     int ColumnsInDestination(int end) const {
         return end < destination->GetWidth() ? end : destination->GetWidth();
+    }
+    // The destination's rows end before this one, in the source's rectangle.
+    int DestinationEnd() const { return std::min(height, destination->GetHeight()); }
+    SCanvas DestinationRows(int first, int last) const {
+        return {destination->Row<std::uint8_t>(first), destination->Stride(),
+                ColumnsInDestination(width), first, last};
+    }
+    // Calls `visitor` with the TPixelTraits of the image's format.
+    template <class Visitor>
+    auto AtLayout(Visitor&& visitor) const {
+        using Result = decltype(visitor(TPixelTraits<std::uint8_t, 1>{}));
+        return VisitPixelFormat<Result>(pixelFormat, Result{}, visitor);
     }
     // Calls `visitor` with the TPixelTraits of this many channels at the image's depth.
     template <int kChannels, class Visitor>
@@ -93,8 +120,8 @@ class CAbstractTransform {
     template <int kChannels>
     void DrawAALine(CPoint from, CPoint to, const TColour<kChannels>& colour, int transparency) {
         AtDepth<kChannels>([&](auto traits) {
-            DrawSoftLine<decltype(traits)>(*destination, {width, height}, from, to, colour,
-                                           transparency);
+            CSoftLine({width, height}, from, to)
+                .Draw<decltype(traits)>(DestinationRows(0, DestinationEnd()), colour, transparency);
         });
     }
 

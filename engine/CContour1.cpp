@@ -49,15 +49,15 @@ ENGINE_INLINE Lane BlendGrey(Lane sample, int contour_sum, Lane weight) {
 template <class Traits>
 CMDTEXTURE_MULTIVERSION void ContourRow(const typename Traits::Sample* row,
                                         const typename Traits::Sample* below,
-                                        typename Traits::Sample* to, int pixels, int intensity,
-                                        const int* contour) {
+                                        typename Traits::Sample* to, int pixels, bool ends,
+                                        int intensity, const int* contour) {
     using Sample = typename Traits::Sample;
     constexpr int n = Traits::kChannels;
     TPlanes<n> here, under;
     alignas(64) Lane weight[kBlockPixels];
     for (int done = 0; done < pixels; done += kBlockPixels) {
         const int count = std::min(kBlockPixels, pixels - done);
-        Split<Traits>(row + done * n, count + 1, here);
+        SplitWithNeighbour<Traits>(row + done * n, count, ends && done + count == pixels, here);
         Split<Traits>(below + done * n, count, under);
         for (int c = 0; c < Traits::kColourChannels; ++c) {
             const Lane* sample = here.channel[c];
@@ -121,15 +121,15 @@ void CContour1::ComputeRGB() {
     });
 }
 
-bool CContour1::ComputeRow(const std::uint8_t* row, const std::uint8_t* below, std::uint8_t* to,
-                           int pixels) {
-    return VisitPixelFormat(pixelFormat, false, [&](auto traits) {
+void CContour1::ComputeRow(const std::uint8_t* row, const std::uint8_t* below, std::uint8_t* to,
+                           int pixels, bool ends) const {
+    VisitPixelFormat(pixelFormat, false, [&](auto traits) {
         using Sample = typename decltype(traits)::Sample;
         const int colour[] = {contourBlue, contourGreen, contourRed};
         const int sum[] = {contourRed + contourGreen + contourBlue};
         ContourRow<decltype(traits)>(reinterpret_cast<const Sample*>(row),
                                      reinterpret_cast<const Sample*>(below),
-                                     reinterpret_cast<Sample*>(to), pixels, intensity,
+                                     reinterpret_cast<Sample*>(to), pixels, ends, intensity,
                                      traits.kColourChannels == 3 ? colour : sum);
         return true;
     });

@@ -15,8 +15,8 @@ class CContour1 : public CTemplateB {
     void ComputeRGBA() override { ComputeRGB(); }
 
   protected:
-    bool ComputeRow(const std::uint8_t* row, const std::uint8_t* below, std::uint8_t* to,
-                    int pixels) override;
+    void ComputeRow(const std::uint8_t* row, const std::uint8_t* below, std::uint8_t* to,
+                    int pixels, bool ends) const override;
 
   private:
     std::int32_t intensity = 0;

@@ -2,6 +2,20 @@
 
 #include "engine/StrokeField.h"
 
+namespace {
+
+template <class Traits>
+struct THair {
+    CSoftLine line;
+    TColour<Traits::kChannels> colour;
+    int transparency;
+
+    CStrokeBands::SRows Rows() const { return line.Rows(); }
+    void Draw(const SCanvas& canvas) const { line.Draw<Traits>(canvas, colour, transparency); }
+};
+
+}  // namespace
+
 CCotangentLines::CCotangentLines() {
     params.Add(L"Number of lines", 1, 100, 33, 0);
     params.Add(L"Length of lines", 1, 100, 5, 0);
@@ -15,19 +29,20 @@ void CCotangentLines::ReadParameters() {
     transparency = ValueOf(L"Transparency");
 }
 
-template <int kChannels>
-CErrorAutoThrow CCotangentLines::DrawHairs() {
-    return AtDepth<kChannels>([this](auto traits) {
-        return ScatterStrokes<decltype(traits)>(
-            *source, WorkRectangle(), lineCount, *status, [this](const TStrokePoint<kChannels>& p) {
+std::unique_ptr<IStrokeParts> CCotangentLines::MakeParts() const {
+    return AtLayout([this](auto traits) {
+        return MakeStrokes<decltype(traits)>(
+            *source, WorkRectangle(), lineCount, Workers(), [this](const auto& point) {
                 const auto reach = [&](int gradient) {
                     return static_cast<int>(static_cast<double>(lineLength * gradient) /
-                                            p.steepness);
+                                            point.steepness);
                 };
-                const int dx = reach(p.gradient_x);
-                const int dy = reach(p.gradient_y);
-                DrawAALine<kChannels>({p.x + dx, p.y + dy}, {p.x - dx, p.y - dy}, p.colour,
-                                      transparency);
+                const int dx = reach(point.gradient_x);
+                const int dy = reach(point.gradient_y);
+                return THair<decltype(traits)>{
+                    {{width, height}, {point.x + dx, point.y + dy}, {point.x - dx, point.y - dy}},
+                    point.colour,
+                    transparency};
             });
     });
 }

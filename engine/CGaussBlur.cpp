@@ -20,5 +20,8 @@ CErrorAutoThrow CGaussBlur::Blur() {
     if (blurStrength == 0) return destination->Copy(*source, 0);
     CIoGaussianBlur blur(blurStrength * 0.2, 3);
     blur.SetStatusControl(status);
-    return blur(*destination, *source);
+    CErrorAutoThrow result = blur(*destination, *source);
+    // A blur that was stopped leaves nothing that anybody could use.
+    if (result.Failed() && destination->IsAttached()) destination->Copy(*source, 0).Ignore();
+    return result;
 }

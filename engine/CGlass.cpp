@@ -270,17 +270,17 @@ CErrorAutoThrow CGlass::ProcessRows() {
     if (width > kLargestSide || height > kLargestSide) return TolmErrorCode::UnusableInput;
     status->SetProgressRange(bottom - top - 1);
     const int end = ColumnsInDestination(right - 1);
-    for (y = top; y < bottom - 1; ++y) {
-        if (StepCancelled()) return TolmErrorCode::Cancelled;
-        if (!DestinationHasRow(y)) continue;
-        if (use_plain_path) {
-            ComputePlainRow<Traits>(end);
-        } else {
-            GlassRow<Traits>(*source, y, left, end, intensity,
-                             destination->Row<typename Traits::Sample>(y));
+    return ForRows(bottom - 1, [&](int first, int last) {
+        for (int row = first; row < last && DestinationHasRow(row); ++row) {
+            if (use_plain_path) {
+                y = row;
+                ComputePlainRow<Traits>(end);
+            } else {
+                GlassRow<Traits>(*source, row, left, end, intensity,
+                                 destination->Row<typename Traits::Sample>(row));
+            }
         }
-    }
-    return {};
+    });
 }
 
 CErrorAutoThrow CGlass::ProcessGrey() {

@@ -89,8 +89,8 @@ void CLuminance::ComputeRGBA() {
     outAlpha = alpha[0];
 }
 
-bool CLuminance::ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) {
-    return VisitPixelFormat(pixelFormat, false, [&](auto traits) {
+void CLuminance::ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) const {
+    VisitPixelFormat(pixelFormat, false, [&](auto traits) {
         using Sample = typename decltype(traits)::Sample;
         ShiftRow<decltype(traits)>(reinterpret_cast<const Sample*>(from),
                                    reinterpret_cast<Sample*>(to), pixels, luminance);

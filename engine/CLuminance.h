@@ -16,7 +16,7 @@ class CLuminance : public CTemplateA {
     void ComputeRGBA() override;
 
   protected:
-    bool ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) override;
+    void ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) const override;
 
   private:
     std::int32_t luminance = 0;

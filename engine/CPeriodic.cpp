@@ -152,8 +152,8 @@ void CTriangleBands::ComputeRGB() {
     });
 }
 
-bool CTriangleBands::ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) {
-    return VisitPixelFormat(pixelFormat, false, [&](auto traits) {
+void CTriangleBands::ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) const {
+    VisitPixelFormat(pixelFormat, false, [&](auto traits) {
         using Sample = typename decltype(traits)::Sample;
         BandRow<decltype(traits)>(reinterpret_cast<const Sample*>(from),
                                   reinterpret_cast<Sample*>(to), pixels, ToLane(periods),
@@ -190,8 +190,8 @@ void CPeriodic5::ComputeRGB() {
     });
 }
 
-bool CPeriodic5::ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) {
-    return VisitPixelFormat(pixelFormat, false, [&](auto traits) {
+void CPeriodic5::ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) const {
+    VisitPixelFormat(pixelFormat, false, [&](auto traits) {
         using Sample = typename decltype(traits)::Sample;
         const auto* samples = reinterpret_cast<const Sample*>(from);
         auto* results = reinterpret_cast<Sample*>(to);

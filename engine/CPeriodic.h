@@ -22,7 +22,7 @@ class CTriangleBands : public CPeriodic {
 
   protected:
     explicit CTriangleBands(bool only_darker);
-    bool ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) override;
+    void ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) const override;
 
   private:
     const bool only_darker_;  // no channel may become brighter than it is, in 8-bit terms
@@ -50,7 +50,7 @@ class CPeriodic5 : public CPeriodic {
     void ComputeRGB() override;
 
   protected:
-    bool ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) override;
+    void ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) const override;
 
   private:
     std::int32_t halfPeriods = 0;

@@ -1,19 +1,15 @@
 #pragma once
 
-#include "engine/CAbstractTransform.h"
+#include "engine/CStrokeTransform.h"
 
 // Draws pipes along the contours of the image, each across the gradient at a random point and in
 // the colour of that point: bundles of parallel strands whose shade rises and falls across the
 // bundle, so that a pipe looks round. Alpha is left alone.
 // "Number of pipes" 1 to 100, each 320 pipes; "Length factor" 1 to 20, half a pipe in pixels;
 // "Width factor" 0 to 40, the strands on either side of the axis; "Transparency" 0 to 255.
-class CTangentPipes : public CAbstractTransform {
+class CTangentPipes : public CStrokeTransform {
   public:
     CTangentPipes();
-    CErrorAutoThrow ProcessGrey() override { return DrawPipes<1>(); }
-    CErrorAutoThrow ProcessGreyAlpha() override { return DrawPipes<2>(); }
-    CErrorAutoThrow ProcessRGB() override { return DrawPipes<3>(); }
-    CErrorAutoThrow ProcessRGBA() override { return DrawPipes<4>(); }
     void ReadParameters() override;
 
     // Draw one pipe around an axis. Colours are sample values of the image's depth.
@@ -34,11 +30,15 @@ class CTangentPipes : public CAbstractTransform {
         DrawPipe<4>({x0, y0}, {x1, y1}, pipe_width, {b, g, r}, pipe_transparency);
     }
 
+  protected:
+    SField Field() const override {
+        return {pipeCount, 1, 3 * (2 * lengthFactor + 1) * (2 * widthFactor + 1)};
+    }
+    std::unique_ptr<IStrokeParts> MakeParts() const override;
+
   private:
     template <int kChannels>
-    CErrorAutoThrow DrawPipes();
-    template <int kChannels>
-    void DrawPipe(CPoint from, CPoint to, int pipe_width, TColour<kChannels> shade,
+    void DrawPipe(CPoint from, CPoint to, int pipe_width, const TColour<kChannels>& colour,
                   int pipe_transparency);
 
     std::int32_t pipeCount = 0;

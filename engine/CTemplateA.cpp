@@ -1,5 +1,7 @@
 #include "engine/CTemplateA.h"
 
+#include <algorithm>
+
 namespace {
 
 // Stores the low bits of a result.
@@ -52,4 +54,17 @@ CErrorAutoThrow CTemplateA::ProcessRGBA() {
         Store(to[2], outRed);
         Store(to[3], outAlpha);
     });
+}
+
+CErrorAutoThrow CTemplateA::Announce() {
+    status->SetProgressRange(bottom - top);
+    return AnnounceSteps(*status, bottom - top);
+}
+
+void CTemplateA::MakeBand(const SBand& band) const {
+    const int end = std::min(band.last, bottom);
+    for (int at = std::max(band.first, top); at < end && left < right; ++at) {
+        std::uint8_t* row = band.Row(at) + std::ptrdiff_t{left} * pixelFormat.PixelBytes();
+        ComputeRow(row, row, right - left);
+    }
 }

@@ -4,11 +4,12 @@
 #include <cstdint>
 
 #include "engine/CAbstractTransform.h"
+#include "engine/IBandStage.h"
 
 // The template of transforms that make each pixel from the source's pixel alone. The row loops
 // load a pixel's samples into entry 0 of the channel arrays, call the layout's operation and store
 // what it leaves in the out fields.
-class CTemplateA : public CAbstractTransform {
+class CTemplateA : public CAbstractTransform, public IBandStage {
   public:
     CErrorAutoThrow ProcessGrey() override;
     CErrorAutoThrow ProcessGreyAlpha() override;
@@ -21,12 +22,16 @@ class CTemplateA : public CAbstractTransform {
     virtual void ComputeRGB() = 0;
     virtual void ComputeRGBA() = 0;
 
+    // A stage before another in one pass: its progress, then its rows (CTemplateB::RunOver).
+    CErrorAutoThrow Announce() override;
+    void MakeBand(const SBand& band) const override;
+
   protected:
     // The row kernel: what the operation of the image's layout does to each of `pixels` pixels
-    // (samples of `pixelFormat`), all at once. False when there is none for that format.
-    virtual bool ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) = 0;
+    // (samples of `pixelFormat`), all at once; in place when `from` is `to`. Runs on any thread.
+    virtual void ComputeRow(const std::uint8_t* from, std::uint8_t* to, int pixels) const = 0;
 
-    // The row loop: one step of progress a row, then the row kernel or, without one,
+    // The row loop: one step of progress a row, then the row kernel or, on the plain path,
     // `pixel(from, to)` for every pixel, given its samples.
     template <int kChannels, class Pixel>
     CErrorAutoThrow ProcessRows(Pixel&& pixel);
@@ -38,18 +43,21 @@ CErrorAutoThrow CTemplateA::ProcessRows(Pixel&& pixel) {
         using Sample = typename decltype(traits)::Sample;
         status->SetProgressRange(bottom - top);
         const int end = ColumnsInDestination(right);
-        for (y = top; y < bottom; ++y) {
-            if (StepCancelled()) return TolmErrorCode::Cancelled;
-            if (!DestinationHasRow(y) || left >= end) continue;
+        const auto row = [&](int at) {
+            if (!DestinationHasRow(at) || left >= end) return;
             const std::ptrdiff_t first = std::ptrdiff_t{left} * kChannels;
-            const Sample* from = source->Row<Sample>(y) + first;
-            Sample* to = destination->Row<Sample>(y) + first;
-            if (!use_plain_path && ComputeRow(reinterpret_cast<const std::uint8_t*>(from),
-                                              reinterpret_cast<std::uint8_t*>(to), end - left)) {
-                continue;
+            const Sample* from = source->Row<Sample>(at) + first;
+            Sample* to = destination->Row<Sample>(at) + first;
+            if (!use_plain_path) {
+                ComputeRow(reinterpret_cast<const std::uint8_t*>(from),
+                           reinterpret_cast<std::uint8_t*>(to), end - left);
+                return;
             }
+            y = at;
             for (x = left; x < end; ++x, from += kChannels, to += kChannels) pixel(from, to);
-        }
-        return {};
+        };
+        return ForRows(bottom, [&](int first, int last) {
+            for (int at = first; at < last; ++at) row(at);
+        });
     });
 }

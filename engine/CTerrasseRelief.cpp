@@ -69,12 +69,13 @@ ENGINE_INLINE void LightBlock(TPlanes<Traits::kChannels>& here,
 template <class Traits>
 CMDTEXTURE_MULTIVERSION void LightRow(const typename Traits::Sample* row,
                                       const typename Traits::Sample* below,
-                                      typename Traits::Sample* to, int pixels, SLight light) {
+                                      typename Traits::Sample* to, int pixels, bool ends,
+                                      SLight light) {
     constexpr int n = Traits::kChannels;
     TPlanes<n> here, under;
     for (int done = 0; done < pixels; done += kBlockPixels) {
         const int count = std::min(kBlockPixels, pixels - done);
-        Split<Traits>(row + done * n, count + 1, here);
+        SplitWithNeighbour<Traits>(row + done * n, count, ends && done + count == pixels, here);
         Split<Traits>(below + done * n, count, under);
         LightBlock<Traits>(here, under, count, light);
         if constexpr (n == 4) std::copy_n(under.channel[3], count, here.channel[3]);
@@ -134,39 +135,25 @@ void CTerrasseRelief::ComputeRGB() {
     });
 }
 
-// The last row and column of the rectangle are not written.
 CErrorAutoThrow CTerrasseRelief::ProcessGreyAlpha() {
-    return AtDepth<2>([this](auto traits) -> CErrorAutoThrow {
-        using Sample = typename decltype(traits)::Sample;
-        static_cast<void>(status->SetProgress(0));
-        status->SetProgressRange(bottom - top - 1);
-        for (y = top; y < bottom - 1; ++y) {
-            if (StepCancelled()) return TolmErrorCode::Cancelled;
-            if (!DestinationHasRow(y)) continue;
-            ComputeColumns<decltype(traits)>(source->Row<Sample>(y), source->Row<Sample>(y + 1),
-                                             destination->Row<Sample>(y),
-                                             ColumnsInDestination(right - 1),
-                                             [this](const Sample* pixel, const Sample* below,
-                                                    const Sample* right_pixel, Sample* to) {
-                                                 LoadGrey(pixel, below, right_pixel);
-                                                 ComputeGrey();
-                                                 to[0] = static_cast<Sample>(outGrey);
-                                             });
-        }
-        return {};
+    return ProcessRows<2>([this]<class Sample>(const Sample* pixel, const Sample* below,
+                                               const Sample* right_pixel, Sample* to) {
+        LoadGrey(pixel, below, right_pixel);
+        ComputeGrey();
+        to[0] = static_cast<Sample>(outGrey);
     });
 }
 
-bool CTerrasseRelief::ComputeRow(const std::uint8_t* row, const std::uint8_t* below,
-                                 std::uint8_t* to, int pixels) {
-    return VisitPixelFormat(pixelFormat, false, [&](auto traits) {
+void CTerrasseRelief::ComputeRow(const std::uint8_t* row, const std::uint8_t* below,
+                                 std::uint8_t* to, int pixels, bool ends) const {
+    VisitPixelFormat(pixelFormat, false, [&](auto traits) {
         using Sample = typename decltype(traits)::Sample;
         const bool colour = traits.kColourChannels == 3;
         const SLight light{
             cosAngle, sinAngle, {colour ? lightBlue : lightGreen, lightGreen, lightRed}};
         LightRow<decltype(traits)>(reinterpret_cast<const Sample*>(row),
                                    reinterpret_cast<const Sample*>(below),
-                                   reinterpret_cast<Sample*>(to), pixels, light);
+                                   reinterpret_cast<Sample*>(to), pixels, ends, light);
         return true;
     });
 }

@@ -16,8 +16,10 @@ class CTerrasseRelief : public CTemplateB {
     void ComputeRGB() override;
 
   protected:
-    bool ComputeRow(const std::uint8_t* row, const std::uint8_t* below, std::uint8_t* to,
-                    int pixels) override;
+    void ComputeRow(const std::uint8_t* row, const std::uint8_t* below, std::uint8_t* to,
+                    int pixels, bool ends) const override;
+
+    bool LeavesLastRowAndColumn() const override { return pixelFormat.Channels() == 2; }
 
   private:
     std::int32_t lightAngle = 0;  // degrees: "Angle" + 90

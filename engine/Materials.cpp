@@ -31,6 +31,7 @@ enum ERules : unsigned {
     kStartsAsCopy = 1,     // the destination is made a copy of the source first
     kRefuses = 2,          // a missing source or a value out of bounds is error 101
     kDestroysOnError = 4,  // the destination of a run that fails
+    kBlursFirst = 8,       // the first stage writes the whole destination
 };
 
 struct SMaterial {
@@ -43,13 +44,13 @@ struct SMaterial {
 
 // clang-format off
 constexpr SMaterial kSandstone = {
-    DefineTransfo1T2, RunTransfo1T2, kWholeImage, kStartsAsCopy,
+    DefineTransfo1T2, RunTransfo1T2, kWholeImage, kStartsAsCopy | kBlursFirst,
     {kBlur, {1, 256} /* detail */, {10, 20} /* luminance */, kAngle, kByte, kByte, kByte}};
 constexpr SMaterial kPolishedStone = {
-    DefineTransfo1T5, RunTransfo1T5, kWholeImage, kStartsAsCopy,
+    DefineTransfo1T5, RunTransfo1T5, kWholeImage, kStartsAsCopy | kBlursFirst,
     {kBlur, {1, 256} /* detail */, {10, 20} /* polishing */, kAngle, kByte, kByte, kByte}};
 constexpr SMaterial kSoftPlastic = {
-    DefineTransfo1T4, RunTransfo1T4, kWholeImage, kStartsAsCopy | kRefuses,
+    DefineTransfo1T4, RunTransfo1T4, kWholeImage, kStartsAsCopy | kBlursFirst | kRefuses,
     {kBlur, {1, 100} /* detail */, {1, 128} /* density */, kAngle, kByte, kByte, kByte}};
 constexpr SMaterial kRoughLeather = {
     DefineTransfo1T7, RunTransfo1T7, kWholeImage, kStartsAsCopy | kDestroysOnError,
@@ -78,8 +79,12 @@ CErrorAutoThrow Apply(const SMaterial& material, CStatusControl& status, CRowIte
         }
     }
     if (material.rules & kStartsAsCopy) {
-        CErrorAutoThrow copied = destination.Copy(source, 0);
-        if (copied.Failed()) return copied;
+        // A first stage that writes the whole destination leaves nothing of a copy, but plainly one
+        // is made.
+        const bool overwritten = (material.rules & kBlursFirst) && status.Workers();
+        CErrorAutoThrow made =
+            overwritten ? destination.Match(source) : destination.Copy(source, 0);
+        if (made.Failed()) return made;
     }
     CTransformParamList list = material.define();
     for (int i = 0; i < kBorders; ++i) list[i].value = material.borders.value[i];

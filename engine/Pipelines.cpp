@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <type_traits>
 #include <vector>
 
 #include "engine/CContour1.h"
@@ -27,11 +28,12 @@ TransformPtr Make() {
 struct SStage {
     TransformPtr (*make)() = nullptr;
     bool owns_status = false;  // the pipeline's status control itself, not a child of it
+    bool pairs = false;        // can be made band by band for a stage of neighbourhoods
 };
 
 template <class Transform>
-constexpr SStage kStage = {Make<Transform>, false};
-constexpr SStage kBlur = {Make<CGaussBlur>, true};
+constexpr SStage kStage = {Make<Transform>, false, std::is_base_of_v<IBandStage, Transform>};
+constexpr SStage kBlur = {Make<CGaussBlur>, true, false};
 
 struct SPipeline {
     static constexpr int kMostStages = 5;
@@ -77,49 +79,126 @@ CTransformParamList Define(const SPipeline& pipeline) {
     return list;
 }
 
-CErrorAutoThrow RunStage(CAbstractTransform& transform, bool owns_status, CRowIteratorBands& from,
-                         CRowIteratorBands& to, CStatusControl& status) {
-    std::optional<CStatusControl> child;
-    if (!owns_status) child.emplace(&status);
-    transform.SetStatus(owns_status ? &status : &*child);
-    from.SetChannelAccess(ENChannel::All, 0).Ignore();
-    transform.SetImages(&from, &to);
-    return transform.Run();
-}
-
-CErrorAutoThrow RunStages(const SPipeline& pipeline, CRowIteratorBands& source,
-                          CRowIteratorBands& destination, const CTransformParamList& list,
-                          CStatusControl& status) {
-    CRowIteratorBands temporary;
-    const ENChannel access = source.GetChannelAccess();
-    const int modify_mode = source.GetImageModifyMode();
-    const int count = pipeline.Count();
-    status.SetNumberOfSteps(count);
-    const std::vector<TransformPtr> transforms = MakeTransforms(pipeline);
-
-    CRowIteratorBands* from = &source;
-    int first = kBorders;
-    for (int i = 0; i < count; ++i) {
-        CAbstractTransform& transform = *transforms[static_cast<std::size_t>(i)];
-        const int last = first + transform.params.Count() - kBorders;
-        transform.params =
-            CTransformParamList::Concat(list.Extract(0, kBorders), list.Extract(first, last));
-        first = last;
-        // The stages write the two images by turns, so that the last one writes the destination.
-        CRowIteratorBands* to = (count - i) % 2 == 1 ? &destination : &temporary;
-        CErrorAutoThrow result =
-            RunStage(transform, pipeline.stages[i].owns_status, *from, *to, status);
-        if (i + 1 < count) from->SetChannelAccess(access, modify_mode).Ignore();
-        if (result.Failed()) return result;
-        from = to;
+// A run of a pipeline: which image each stage reads and writes, and what the stages share.
+class CPipelineRun {
+  public:
+    CPipelineRun(const SPipeline& pipeline, CRowIteratorBands& source,
+                 CRowIteratorBands& destination, const CTransformParamList& list,
+                 CStatusControl& status)
+        : pipeline_(pipeline),
+          source_(source),
+          destination_(destination),
+          status_(status),
+          access_(source.GetChannelAccess()),
+          modify_mode_(source.GetImageModifyMode()) {
+        status.SetNumberOfSteps(pipeline.Count());
+        transforms_ = MakeTransforms(pipeline);
+        int first = kBorders;
+        for (const TransformPtr& transform : transforms_) {
+            const int last = first + transform->params.Count() - kBorders;
+            transform->params =
+                CTransformParamList::Concat(list.Extract(0, kBorders), list.Extract(first, last));
+            first = last;
+        }
     }
-    return {};
-}
+
+    CErrorAutoThrow Run() {
+        const int count = pipeline_.Count();
+        CRowIteratorBands* from = &source_;
+        for (int i = 0; i < count; ++i) {
+            // The stages write the two images by turns, so that the last one writes the
+            // destination.
+            CRowIteratorBands* to = (count - i) % 2 == 1 ? &destination_ : &temporary_;
+            CErrorAutoThrow result;
+            if (PairsWithNext(i, *from)) {
+                result = RunPair(i++, *from);
+                to = from;
+            } else if (NextDrawsOver(i)) {
+                result = RunStage(i, *from, temporary_);
+                if (!result.Failed()) destination_.Consume(temporary_);
+                to = &destination_;
+                if (!result.Failed()) result = RunStage(++i, *to, *to);
+            } else {
+                result = RunStage(i, *from, *to);
+            }
+            if (result.Failed()) return result;
+            from = to;
+        }
+        return {};
+    }
+
+  private:
+    CAbstractTransform& Transform(int stage) {
+        return *transforms_[static_cast<std::size_t>(stage)];
+    }
+
+    // Runs `run(status)` with the status control of a stage that reads `from`.
+    template <class Work>
+    CErrorAutoThrow InStage(int stage, CRowIteratorBands& from, Work&& work) {
+        const bool owns_status = pipeline_.stages[stage].owns_status;
+        std::optional<CStatusControl> child;
+        if (!owns_status) child.emplace(&status_);
+        Transform(stage).SetStatus(owns_status ? &status_ : &*child);
+        from.SetChannelAccess(ENChannel::All, 0).Ignore();
+        CErrorAutoThrow result = work();
+        if (stage + 1 < pipeline_.Count()) from.SetChannelAccess(access_, modify_mode_).Ignore();
+        return result;
+    }
+
+    CErrorAutoThrow RunStage(int stage, CRowIteratorBands& from, CRowIteratorBands& to) {
+        return InStage(stage, from, [&] {
+            Transform(stage).SetImages(&from, &to);
+            return Transform(stage).Run();
+        });
+    }
+
+    // Whether a stage can be made band by band for the next, which then writes over `image`, the
+    // destination: needs threads, and an image that is the pipeline's own to write.
+    bool PairsWithNext(int stage, const CRowIteratorBands& image) const {
+        return status_.Workers() && &image == &destination_ && pipeline_.stages[stage].pairs &&
+               stage + 1 < pipeline_.Count();
+    }
+
+    // Whether a blur makes the very image that the last stage draws its strokes over: all strokes
+    // are made before the first is drawn, and the destination holds nothing that is to be kept.
+    bool NextDrawsOver(int stage) const {
+        const bool kept =
+            destination_.IsAttached() && destination_.GetPixelFormat() == source_.GetPixelFormat();
+        return status_.Workers() && pipeline_.stages[stage].owns_status &&
+               stage + 2 == pipeline_.Count() && pipeline_.stages[stage + 1].pairs && !kept;
+    }
+
+    CErrorAutoThrow RunPair(int stage, CRowIteratorBands& image) {
+        auto& before = dynamic_cast<IBandStage&>(Transform(stage));
+        auto& after = dynamic_cast<CTemplateB&>(Transform(stage + 1));
+        CErrorAutoThrow result = InStage(stage, image, [&] {
+            Transform(stage).SetImages(&image, &image);
+            CErrorAutoThrow prepared = Transform(stage).Prepare();
+            return prepared.Failed() ? prepared : before.Announce();
+        });
+        if (result.Failed()) return result;
+        return InStage(stage + 1, temporary_, [&] {
+            after.SetImages(&image, &image);
+            CErrorAutoThrow prepared = after.Prepare();
+            return prepared.Failed() ? prepared : after.RunOver(before);
+        });
+    }
+
+    const SPipeline& pipeline_;
+    CRowIteratorBands& source_;
+    CRowIteratorBands& destination_;
+    CStatusControl& status_;
+    const ENChannel access_;
+    const int modify_mode_;
+    std::vector<TransformPtr> transforms_;
+    CRowIteratorBands temporary_;
+};
 
 CErrorAutoThrow Run(const SPipeline& pipeline, CRowIteratorBands& source,
                     CRowIteratorBands& destination, const CTransformParamList& list,
                     CStatusControl& status) {
-    return CatchErrors([&] { return RunStages(pipeline, source, destination, list, status); });
+    return CatchErrors(
+        [&] { return CPipelineRun(pipeline, source, destination, list, status).Run(); });
 }
 
 }  // namespace

@@ -49,6 +49,16 @@ ENGINE_INLINE void Split(const typename Traits::Sample* from, int pixels,
     }
 }
 
+// Splits a block and the pixel right of it, whose place the last pixel takes when the row ends
+// there.
+template <class Traits>
+ENGINE_INLINE void SplitWithNeighbour(const typename Traits::Sample* from, int pixels, bool ends,
+                                      TPlanes<Traits::kChannels>& planes) {
+    Split<Traits>(from, ends ? pixels : pixels + 1, planes);
+    if (!ends) return;
+    for (auto& plane : planes.channel) plane[pixels] = plane[pixels - 1];
+}
+
 // Stores the low bits of every lane.
 template <class Traits>
 ENGINE_INLINE void Merge(const TPlanes<Traits::kChannels>& planes, int pixels,

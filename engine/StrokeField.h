@@ -2,10 +2,13 @@
 
 #include <cmath>
 #include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
 
-#include "engine/LineRasteriser.h"
+#include "engine/CStrokeTransform.h"
 #include "host/core/RuntimeRandom.h"
-#include "host/graphics/CStatusControl.h"
+#include "host/graphics/IRowWorkers.h"
 
 // What the stroke transforms share: random points of the work rectangle, each with the gradient of
 // the source's brightness there.
@@ -50,19 +53,24 @@ TStrokePoint<Traits::kChannels> StrokePointAt(const CRowIteratorBands& source, i
     return point;
 }
 
-// Calls `draw` with `count` random points of the area, one step of progress each; error 100 when
-// cancelled. An empty area has no points.
-template <class Traits, class Draw>
-CErrorAutoThrow ScatterStrokes(const CRowIteratorBands& source, const CRect& area, int count,
-                               CStatusControl& status, Draw&& draw) {
-    if (area.IsRectEmpty()) return {};
-    status.SetProgressRange(count);
+// Strokes at `count` random points of the area, which is not empty: each is what stroke_at(point)
+// answers.
+template <class Traits, class StrokeAt>
+auto MakeStrokes(const CRowIteratorBands& source, const CRect& area, int count,
+                 IRowWorkers* workers, StrokeAt&& stroke_at) {
+    using Stroke = decltype(stroke_at(TStrokePoint<Traits::kChannels>{}));
+    constexpr int kBlock = 256;
     CRuntimeRandom& random = CRuntimeRandom::OfThisThread();
-    for (int stroke = 0; stroke < count; ++stroke) {
-        if (status.IncrementProgress(1) != 0) return TolmErrorCode::Cancelled;
-        const int x = area.left + random.Next() % area.Width();
-        const int y = area.top + random.Next() % area.Height();
-        draw(StrokePointAt<Traits>(source, x, y));
+    std::vector<CPoint> points(static_cast<std::size_t>(count));
+    for (CPoint& point : points) {
+        point.x = area.left + random.Next() % area.Width();
+        point.y = area.top + random.Next() % area.Height();
     }
-    return {};
+    auto strokes = std::make_unique<TStrokeParts<Stroke>>(points.size());
+    ForEachBlock(workers, count, kBlock, [&](int first, int last) {
+        for (auto i = static_cast<std::size_t>(first); i < static_cast<std::size_t>(last); ++i) {
+            (*strokes)[i] = stroke_at(StrokePointAt<Traits>(source, points[i].x, points[i].y));
+        }
+    });
+    return std::unique_ptr<IStrokeParts>(std::move(strokes));
 }

@@ -13,6 +13,7 @@
 #include "engine/CTangentPipes.h"
 #include "engine/CTerrasseRelief.h"
 #include "engine/Materials.h"
+#include "hostlib/graphics/ParallelRows.h"
 #include "support/Bench.h"
 
 namespace {
@@ -45,6 +46,7 @@ void RegisterTransform(const char* name, const std::vector<int>& values = {}) {
             destination.Copy(source, 0).ThrowIfFailed();
             bench::AgainstCopy(state, source, [&] {
                 CStatusControl status;
+                status.LendWorkers(&HostRowWorkers());
                 Transform transform;
                 for (int i = 0; i < transform.params.Count(); ++i) {
                     transform.params[i].value = transform.params[i].defaultValue;
@@ -70,6 +72,7 @@ void RegisterMaterial(const char* name, Material* apply) {
             CRowIteratorBands destination;
             bench::AgainstCopy(state, source, [&] {
                 CStatusControl status;
+                status.LendWorkers(&HostRowWorkers());
                 apply(status, source, destination).ThrowIfFailed();
             });
         };

@@ -5,6 +5,7 @@
 #include "Transforms.h"
 #include "engine/Materials.h"
 #include "engine/Pipelines.h"
+#include "hostlib/graphics/ParallelRows.h"
 
 namespace {
 
@@ -217,6 +218,78 @@ TEST(Materials, CancelAnywhere) {
                     << material.name << " call " << call << " of " << counter.Calls();
                 const bool destroys = material.define == DefineTransfo1T7;
                 EXPECT_TRUE(!asked || !destroys || !result.IsAttached());
+            }
+        }
+    }
+}
+
+// Lends one thread as if it were several: takes blocks from the last to the first, each in another
+// slot.
+struct SBackwardWorkers : IRowWorkers {
+    explicit SBackwardWorkers(int count) : threads(count) {}
+    int Threads() const override { return threads; }
+    void ForEachBlock(int rows, int block, const Work& work) override {
+        for (int i = (rows - 1) / block; i >= 0; --i) {
+            work(i * block, std::min((i + 1) * block, rows), i % threads);
+        }
+    }
+    int threads;
+};
+
+struct SRecordingSink : pictures::CountingSink {
+    using CountingSink::CountingSink;
+    bool OnProgress(double fraction) override {
+        reported.push_back(fraction);
+        return CountingSink::OnProgress(fraction);
+    }
+    std::vector<double> reported;
+};
+
+// With threads: the same pixels, the same reports of progress in the same order, and whenever it is
+// cancelled the same destination, be the stages made one by one or band by band.
+TEST(Materials, ThreadsChangeNothing) {
+    SBackwardWorkers one(1), three(3);
+    const Values borders[] = {{0, 1000, 0, 1000}, {100, 870, 30, 905}, {0, 1000, 990, 1000}};
+    const CSize sizes[] = {{3, 700}, {41, 70}, {600, 2}, {1, 1}};
+    for (int i = 0; i < 7 * 8 * 4; ++i) {
+        const SMaterial& material = kMaterials[i % 7];
+        const CSize size = sizes[i / 7 % 4];
+        const CNPixelFormat format = pictures::kAllFormats[i / 28];
+        CRowIteratorBands source = Noise(format, size.cx, size.cy, static_cast<unsigned>(i));
+        CTransformParamList list = material.define();
+        const bool of_command = i / 14 % 2 == 0;
+        for (int k = 0; k < list.Count(); ++k) {
+            list[k].value = k < 4 ? borders[i / 2 % 3][static_cast<std::size_t>(k)]
+                                  : material.list[static_cast<std::size_t>(k)];
+        }
+        const auto run = [&](IRowWorkers* workers, SRecordingSink& sink) {
+            CRowIteratorBands result;
+            if (i % 5 == 0) result = Noise(format, size.cx, size.cy, 77);
+            CStatusControl status(&sink);
+            status.LendWorkers(workers);
+            const CErrorAutoThrow error =
+                of_command ? material.apply(status, source, result, material.values)
+                           : material.run(source, result, list, status);
+            return std::pair(error.Code(), result);
+        };
+        SRecordingSink plain;
+        const CRowIteratorBands expected = run(nullptr, plain).second;
+        for (IRowWorkers* workers : {static_cast<IRowWorkers*>(&one),
+                                     static_cast<IRowWorkers*>(&three), &HostRowWorkers()}) {
+            SRecordingSink sink;
+            ASSERT_EQ(Difference(run(workers, sink).second, expected), "")
+                << material.name << " " << i;
+            ASSERT_EQ(sink.reported, plain.reported) << material.name;
+            if (workers == &HostRowWorkers()) continue;
+            for (int call = 1; call <= plain.Calls(); call += 1 + plain.Calls() / 6) {
+                SRecordingSink stopped(call), plainly(call);
+                const auto [code, state] = run(workers, stopped);
+                const auto [plain_code, plain_state] = run(nullptr, plainly);
+                ASSERT_EQ(code, plain_code) << material.name;
+                ASSERT_EQ(state.IsAttached(), plain_state.IsAttached()) << material.name;
+                ASSERT_EQ(Difference(state, plain_state), "")
+                    << material.name << " stopped at " << call << " of " << plain.Calls();
+                ASSERT_EQ(stopped.reported, plainly.reported);
             }
         }
     }
