@@ -128,9 +128,8 @@ class CJpegDecoder final : public IDecoder {
 
 CDecoder OpenJpegDecoder(int descriptor, std::string& trouble) {
     auto decoder = std::make_unique<CJpegDecoder>(descriptor);
-    if (decoder->Open()) return decoder;
-    trouble = decoder->Trouble();
-    return nullptr;
+    const bool is_open = decoder->Open();
+    return Opened(std::move(decoder), is_open, trouble);
 }
 
 }  // namespace imagefile

@@ -107,9 +107,8 @@ class CPngDecoder final : public IDecoder {
 
 CDecoder OpenPngDecoder(int descriptor, std::string& trouble) {
     auto decoder = std::make_unique<CPngDecoder>(descriptor);
-    if (decoder->Open()) return decoder;
-    trouble = decoder->Trouble();
-    return nullptr;
+    const bool is_open = decoder->Open();
+    return Opened(std::move(decoder), is_open, trouble);
 }
 
 }  // namespace imagefile

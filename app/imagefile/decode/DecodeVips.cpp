@@ -277,19 +277,16 @@ bool CVipsDecoder::Convert(SConversion& conversion) {
 CDecoder OpenVipsDecoder(ENKind kind, int descriptor, const SVipsOptions& options,
                          std::string& trouble) {
     auto decoder = std::make_unique<CVipsDecoder>(kind, descriptor, options);
-    if (decoder->IsOpen()) return decoder;
-    trouble = decoder->Trouble();
-    return nullptr;
+    const bool is_open = decoder->IsOpen();
+    return Opened(std::move(decoder), is_open, trouble);
 }
 
 CDecoder OpenConverted(ENKind kind, int descriptor, const SVipsOptions& options,
                        SConversion& conversion, std::string& trouble) {
     auto decoder = std::make_unique<CVipsDecoder>(kind, descriptor, options);
-    if (decoder->IsOpen() && decoder->Convert(conversion) && decoder->Strangeness().empty()) {
-        return decoder;
-    }
-    trouble = decoder->Trouble();
-    return nullptr;
+    const bool is_converted =
+        decoder->IsOpen() && decoder->Convert(conversion) && decoder->Strangeness().empty();
+    return Opened(std::move(decoder), is_converted, trouble);
 }
 
 }  // namespace imagefile

@@ -45,6 +45,14 @@ class IDecoder {
 };
 using CDecoder = std::unique_ptr<IDecoder>;
 
+// A decoder that could be opened, else null and the reason.
+template <class Decoder>
+CDecoder Opened(std::unique_ptr<Decoder> decoder, bool is_open, std::string& trouble) {
+    if (is_open) return decoder;
+    trouble = decoder->Trouble();
+    return nullptr;
+}
+
 // Begin to decode the file; null when it is not to be had at all, with the reason in `trouble`.
 CDecoder OpenPngDecoder(int descriptor, std::string& trouble);
 CDecoder OpenJpegDecoder(int descriptor, std::string& trouble);

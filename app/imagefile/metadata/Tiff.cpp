@@ -69,18 +69,6 @@ SChain Walk(const CReader& reader, int page) {
     return chain;
 }
 
-void TakeResolution(const CReader& reader, const SDirectory& directory, SMetadata& metadata) {
-    const SEntry* x = directory.Find(kXResolution);
-    const SEntry* y = directory.Find(kYResolution);
-    const SEntry* unit = directory.Find(kResolutionUnit);
-    if (!x || !y || reader.Fraction(*x) <= 0 || reader.Fraction(*y) <= 0) return;
-    const std::uint64_t told = unit ? reader.Number(*unit) : 2;
-    constexpr ENResolutionUnit kUnits[] = {ENResolutionUnit::None, ENResolutionUnit::Inch,
-                                           ENResolutionUnit::Centimetre};
-    metadata.resolution = {reader.Fraction(*x), reader.Fraction(*y),
-                           told >= 1 && told <= 3 ? kUnits[told - 1] : ENResolutionUnit::None};
-}
-
 void TakeIptc(const STiffValue* value, SMetadata& metadata) {
     if (!value) return;
     metadata.iptc = value->data;
@@ -242,7 +230,6 @@ SContents ReadTiffContents(int descriptor, int page) {
     metadata.xmp = Take(metadata.tags, kXmp);
     metadata.photoshop = Take(metadata.tags, kPhotoshop);
     TakeIptc(Find(metadata.tags, kIptc), metadata);
-    TakeResolution(reader, directory, metadata);
     if (const SEntry* compression = directory.Find(259)) {
         metadata.coding.compression = static_cast<std::uint16_t>(reader.Number(*compression));
     }

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "Files.h"
 
 namespace {
@@ -195,6 +197,99 @@ TEST(Read, UnusualFilesBecomeOneOfTheEightFormats) {
         EXPECT_EQ(ReadImage(folder / "palette.png").pixels.GetPixelFormat().Channels(),
                   has_alpha ? 4 : 3);
     }
+}
+
+// A chain of one-pixel pages, each with its number as its sample.
+std::string Pages(unsigned count) {
+    constexpr unsigned kPage = 2 + 9 * 12 + 4 + 4;
+    std::string file = std::string("II*\0", 4) + files::Little(8, 4);
+    for (unsigned i = 0; i < count; ++i) {
+        const unsigned at = 8 + i * kPage, pixel = at + kPage - 4;
+        const unsigned tags[][3] = {{256, 4, 1}, {257, 4, 1}, {258, 3, 8},
+                                    {259, 3, 1}, {262, 3, 1}, {273, 4, pixel},
+                                    {277, 3, 1}, {278, 4, 1}, {279, 4, 1}};
+        file += files::Little(std::size(tags), 2);
+        for (const auto& [tag, type, value] : tags) {
+            file += files::Little(tag, 2) + files::Little(type, 2) + files::Little(1, 4) +
+                    files::Little(value, 4);
+        }
+        file += files::Little(i + 1 < count ? at + kPage : 0, 4) + files::Little(i % 251, 4);
+    }
+    return file;
+}
+
+TEST(Read, AnyPageCanBeTaken) {
+    const Folder folder;
+    const auto file = folder / "x.tif";
+    SetContent(file, Pages(12000));
+    EXPECT_THAT(ReadFault(file), HasSubstr("has 12000 pages"));
+    for (const int page : {1, 2, 252, 12000}) {
+        EXPECT_EQ(ReadImage(file, {.page = page}).pixels.Row<std::uint8_t>(0)[0], (page - 1) % 251);
+    }
+    EXPECT_THAT(ReadFault(file, {.page = 12001}), StartsWith("usage: "));
+    SetContent(file, Pages(3).replace(8 + 2 + 9 * 12, 4, files::Little(8, 4)));
+    EXPECT_THAT(ReadFault(file, {.page = 1}), HasSubstr("the chain of its pages is broken"));
+}
+
+// The judge of what is damaged and what is only odd.
+TEST(Read, OddTagsAreToldAndOddPixelsAreRefused) {
+    const Folder folder;
+    std::string swapped = files::Tiff(1, 8, 1, 1, "\x07", {{305, 2, 0}, {315, 2, 0}});
+    const std::size_t second = swapped.size() - 4 - 12;
+    std::swap_ranges(&swapped[second - 12], &swapped[second], &swapped[second]);
+    const std::string jpeg = [&] {
+        files::Write(folder / "y.jpg", pictures::Noise(ENPixelFormat::Grey8, 40, 40, 1));
+        return files::Content(folder / "y.jpg");
+    }();
+    const struct {
+        std::string bytes;
+        const char* fault;  // or the warning
+        bool is_read;
+    } kCases[] = {
+        {swapped, "tags are not sorted", true},
+        {files::Tiff(1, 8, 1, 1, "\x07", {{270, 2, 0x64636261}}), "", true},
+        {files::Tiff(2, 12, 1, 1, "abc"), "unsupported: ", false},
+        {files::Tiff(1, 64, 1, 1, "abcdefgh", {{339, 3, 3}}), "unsupported: ", false},
+        {std::string(jpeg).insert(jpeg.size() - 2, 40, 'x'), "extraneous bytes", false},
+        {jpeg.substr(0, jpeg.size() - 2), "is cut off", false},
+    };
+    for (const auto& odd : kCases) {
+        SetContent(folder / "x", odd.bytes);
+        const std::string fault = ReadFault(folder / "x");
+        EXPECT_EQ(fault.empty(), odd.is_read) << fault;
+        std::string told = fault;
+        if (odd.is_read) {
+            for (const std::string& warning : ReadImage(folder / "x").warnings) told += warning;
+        }
+        EXPECT_THAT(told, HasSubstr(odd.fault));
+    }
+}
+
+TEST(Read, ConvertsWhatIsNeitherGreyNorRgb) {
+    const Folder folder;
+    const auto file = folder / "x.tif";
+    const auto convert = [&](const std::string& bytes) {
+        SetContent(file, bytes);
+        EXPECT_THAT(ReadFault(file), StartsWith("unsupported: "));
+        imagefile::SImageFile read = ReadImage(file, {.convert = true});
+        EXPECT_EQ(read.warnings.size(), 1U);
+        return read;
+    };
+    const float fractions[] = {0.0F, 0.25F, 0.5F, 1.0F};
+    const std::string bytes(reinterpret_cast<const char*>(fractions), sizeof fractions);
+    const auto grey = convert(files::Tiff(4, 32, 1, 1, bytes, {{339, 3, 3}}));
+    for (int x = 0; x < 4; ++x) {
+        EXPECT_EQ(grey.pixels.Row<std::uint16_t>(0)[x], std::lround(fractions[x] * 65535.0F));
+    }
+    // No ink is white; much black ink is dark, and much cyan has little red.
+    const auto inks =
+        convert(files::Tiff(3, 8, 4, 5, std::string("\0\0\0\0\0\0\0\xff\xff\0\0\0", 12)));
+    const auto* colours = inks.pixels.Row<std::uint8_t>(0);
+    for (int c = 0; c < 3; ++c) {
+        EXPECT_GE(colours[c], 253);
+        EXPECT_LE(colours[3 + c], 60);
+    }
+    EXPECT_LT(colours[8], colours[7]);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-"""mutations.py PROGRAM [COUNT] [SEED]: damages pictures of the zoo, always the same way, and has a
+"""mutations.py PROGRAM [COUNT] [SEED] [PATTERN]: damages pictures of the zoo, always the same way, and has a
 second decoder judge those that the program takes without a word. What the second decoder finds
 damaged must not pass; whole pictures must not be refused."""
 import concurrent.futures
@@ -65,7 +65,8 @@ def main():
     program = os.path.abspath(sys.argv[1])
     count = int(sys.argv[2]) if len(sys.argv) > 2 else 300
     chance = random.Random(int(sys.argv[3]) if len(sys.argv) > 3 else 11)
-    pictures = sorted(zoo.Zoo().items())
+    pattern = sys.argv[4] if len(sys.argv) > 4 else ''
+    pictures = sorted((n, b) for n, b in zoo.Zoo().items() if re.search(pattern, n))
     problems, codes = [], {}
     with tempfile.TemporaryDirectory() as folder:
         jobs = [(number, *chance.choice(pictures)) for number in range(count)]

@@ -286,8 +286,17 @@ def webp(chunks=(), mode='RGB', lossless=True):
     return b'RIFF' + struct.pack('<I', len(body) + 4) + b'WEBP' + body
 
 
+def coded(kind, **how):
+    """A picture in another library's coding, large enough for several strips."""
+    buffer = io.BytesIO()
+    Image.linear_gradient('L').resize((200, 150)).convert('RGB').save(buffer, kind, **how)
+    return buffer.getvalue()
+
+
 def Zoo():
-    zoo = {}
+    zoo = {'%s.tif' % how: coded('TIFF', compression=how)
+           for how in ('jpeg', 'tiff_lzw', 'tiff_adobe_deflate', 'packbits')}
+    zoo['progressive.jpg'] = coded('JPEG', progressive=True)
     blocks = {'intel': exif(), 'motorola': exif('>'), 'gps': exif(gps=True), 'gpsmm': exif('>', gps=True),
               'thumb': exif(thumbnail=True), 'nodpi': exif(dpi=None)}
     blocks |= {'turn%d' % o: exif('<>'[o % 2], orientation=o, thumbnail=o % 3 == 0) for o in range(2, 9)}

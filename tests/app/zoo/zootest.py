@@ -12,12 +12,13 @@ import tempfile
 import zoo
 
 KINDS = ('png', 'jpg', 'tif', 'webp')
-# How pixels are coded, and what exiftool works out by itself.
+# How pixels are coded (exiftool takes strips in JPEG coding for previews), and what exiftool works
+# out by itself.
 CODING = set('''ImageWidth ImageHeight BitDepth ColorType Compression Filter Interlace Palette Transparency
     BitsPerSample PhotometricInterpretation StripOffsets SamplesPerPixel RowsPerStrip StripByteCounts
     ExtraSamples PlanarConfiguration SubfileType Predictor VP8Version WebP_Flags HorizontalScale VerticalScale
     AlphaIsUsed JFIFVersion EncodingProcess ColorComponents YCbCrSubSampling SourceFile Warning Error
-    ExifByteOrder SampleFormat FillOrder CurrentIPTCDigest Trailer NumberOfImages MPFVersion'''.split())
+    JPEGTables PreviewImage PreviewImageStart PreviewImageLength ExifByteOrder SampleFormat FillOrder CurrentIPTCDigest Trailer NumberOfImages MPFVersion'''.split())
 IGNORED = {'System', 'ExifTool', 'Composite', 'IFD1', 'MPF0', 'MPImage1', 'MPImage2'}
 TEXTS = {'Title', 'Author', 'Description', 'Copyright', 'Software', 'CreationTime', 'Comment', 'Artist'}
 COLOURS = re.compile('Gamma|WhitePoint[XY]|(Red|Green|Blue)[XY]|SRGBRendering|ColorPrimaries|'
