@@ -141,6 +141,7 @@ bool CEffectJob::Edit() {
     const TRef<CExecutionContext> context(
         new CExecutionContext(parts_->document, parts_->library->resources, nullptr));
     CCmdEffect& command = *parts_->command;
+    CRunResources::Settle(parts_->Repository(), *parts_->library->resources);
     const CErrorAutoThrow error = command.GetResourceData()->Edit(context.Get(), &command);
     parts_->given = parameters::CurrentValues(parts_->Repository());
     parts_->scaled.clear();

@@ -51,9 +51,10 @@ std::vector<CFileResourceLibrary::SFile> CFileResourceLibrary::Files(int type) c
 }
 
 std::optional<CFileResourceLibrary::SFile> CFileResourceLibrary::Find(
-    int type, const std::string& name) const {
+    int type, const std::string& name, const std::string& category) const {
     for (const SFile& file : Files(type)) {
-        if (name.empty() || SameName(file.name, name)) return file;
+        const bool first = category.empty() || SameName(file.category, category);
+        if (name.empty() ? first : SameName(file.name, name)) return file;
     }
     return std::nullopt;
 }

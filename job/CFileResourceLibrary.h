@@ -39,8 +39,10 @@ class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResource
 
     // Every picture of a type, ordered by category and name.
     std::vector<SFile> Files(int type) const;
-    // The picture of a name, letter case ignored; of the empty name, the first.
-    std::optional<SFile> Find(int type, const std::string& name) const;
+    // The picture of a name, letter case ignored; of the empty name, the first, of the category if
+    // one is given.
+    std::optional<SFile> Find(int type, const std::string& name,
+                              const std::string& category = "") const;
 
   private:
     std::vector<std::filesystem::path> folders_;

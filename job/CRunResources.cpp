@@ -15,25 +15,40 @@ struct SKind {
     int type;
     const char* name;
 };
+constexpr wchar_t kCategory[] = L"Category";
 constexpr SKind kKinds[] = {{L"PatternName", CFileResourceLibrary::kPatterns, "pattern"},
                             {L"TextureName", CFileResourceLibrary::kTextures, "texture"}};
 
-// `use` gets the kind and the name that the values give.
+// `use` gets the kind, the index of its parameter, and the name and the category of the values.
 template <class Use>
 void ForPictureOf(const IParameterRepository& repository, Use&& use) {
+    CString category;
+    for (int i = 0; i < repository.Count(); ++i) {
+        const IParameter* parameter = repository.At(i);
+        if (parameter && parameter->Name() == CString(kCategory)) category = parameter->Text();
+    }
     for (int i = 0; i < repository.Count(); ++i) {
         const IParameter* parameter = repository.At(i);
         for (const SKind& kind : kKinds) {
             if (parameter && parameter->Name() == CString(kind.parameter)) {
-                use(kind, parameter->Text());
+                use(kind, i, parameter->Text(), ToUtf8(category));
             }
         }
     }
 }
 
-void CheckName(const SKind& kind, const std::string& name, const CFileResourceLibrary& library) {
-    if (library.Find(kind.type, name)) return;
+// The name of the picture that is meant: of an empty name, the category's first.
+std::string NameOf(const SKind& kind, const std::string& name, const std::string& category,
+                   const CFileResourceLibrary& library) {
+    if (const auto found = library.Find(kind.type, name, category)) return found->name;
     std::vector<std::string> names;
+    if (name.empty() && !category.empty()) {
+        for (const auto& file : library.Files(kind.type)) names.push_back(file.category);
+        const std::string nearest = NearestName(category, names);
+        throw CJobError(EJobFault::UnknownResource,
+                        fmt::format("there is no category \"{}\" of {}s", category, kind.name),
+                        nearest.empty() ? "" : fmt::format("did you mean \"{}\"?", nearest));
+    }
     for (const auto& file : library.Files(kind.type)) names.push_back(file.name);
     const std::string nearest = NearestName(name, names);
     throw CJobError(EJobFault::UnknownResource,
@@ -45,20 +60,31 @@ void CheckName(const SKind& kind, const std::string& name, const CFileResourceLi
 
 void CRunResources::Check(const IParameterRepository& repository,
                           const CFileResourceLibrary& library) {
-    ForPictureOf(repository, [&](const SKind& kind, const CString& name) {
-        CheckName(kind, ToUtf8(name), library);
+    ForPictureOf(repository,
+                 [&](const SKind& kind, int, const CString& name, const std::string& category) {
+                     NameOf(kind, ToUtf8(name), category, library);
+                 });
+}
+
+void CRunResources::Settle(IParameterRepository& repository, const CFileResourceLibrary& library) {
+    ForPictureOf(repository, [&](const SKind& kind, int index, const CString& name,
+                                 const std::string& category) {
+        if (!ToUtf8(name).empty() || category.empty()) return;
+        const auto found = library.Find(kind.type, "", category);
+        if (found) repository.At(index)->SetText(FromUtf8(found->name));
     });
 }
 
 CRunResources::CRunResources(const IParameterRepository& repository, CFileResourceLibrary& library)
     : library_(&library) {
-    ForPictureOf(repository, [&](const SKind& kind, const CString& name) {
-        CheckName(kind, ToUtf8(name), library);
-        const CErrorAutoThrow error = library.LoadImage(kind.type, name, loaded_);
-        if (error.Failed()) throw CJobError(EJobFault::Unreadable, error.Text());
-        type_ = kind.type;
-        name_ = name;
-    });
+    ForPictureOf(
+        repository, [&](const SKind& kind, int, const CString& name, const std::string& category) {
+            const std::string meant = NameOf(kind, ToUtf8(name), category, library);
+            const CErrorAutoThrow error = library.LoadImage(kind.type, FromUtf8(meant), loaded_);
+            if (error.Failed()) throw CJobError(EJobFault::Unreadable, error.Text());
+            type_ = kind.type;
+            name_ = name;
+        });
 }
 
 CErrorAutoThrow CRunResources::LoadImage(int type, const CString& name, CRowIteratorBands& image) {

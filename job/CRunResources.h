@@ -14,6 +14,9 @@ class CRunResources final : public TUnknownImpl<CRunResources, IResourceLibrary>
   public:
     // Throws CJobError, UnknownResource, for a name that the library does not have.
     static void Check(const IParameterRepository& repository, const CFileResourceLibrary& library);
+    // Gives an empty name the one that it means where the values give a category, so that a dialog
+    // shows it, and previews it.
+    static void Settle(IParameterRepository& repository, const CFileResourceLibrary& library);
     // Loads what the values name. Throws CJobError: UnknownResource, Unreadable.
     CRunResources(const IParameterRepository& repository, CFileResourceLibrary& library);
 

@@ -201,6 +201,32 @@ TEST(Job, RunsEndWithAPictureOrTheReason) {
     EXPECT_EQ(RunOnPhoto(job, &stop).error.value().Fault(), EJobFault::Cancelled);
 }
 
+TEST(Job, AnEmptyNameMeansTheFirstOfItsCategory) {
+    const Folder folder;
+    const auto own = folder.Path() / "patterns" / "zinc";
+    std::filesystem::create_directories(own);
+    const CJobLibrary library = Open("EN", {}, {folder.Path()});
+    const auto shipped = library.Installation().data / "resources" / "patterns";
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(shipped)) {
+        if (entry.path().stem() == "granite") {
+            std::filesystem::copy_file(entry.path(),
+                                       (own / "a").replace_extension(entry.path().extension()));
+        }
+    }
+    CEffectJob job = library.MakeJob("Sculpture");
+    const CRowIteratorBands first = RunOnPhoto(job).image;
+    job.Set("Category", "Zinc");
+    const CRowIteratorBands of_category = RunOnPhoto(job).image;
+    EXPECT_NE(pictures::Difference(of_category, first), "");
+    job.Set("PatternName", "granite");
+    EXPECT_EQ(pictures::Difference(RunOnPhoto(job).image, of_category), "");
+    job.Set("PatternName", "");
+    job.Set("Category", "zink");
+    const CJobError unknown = RunOnPhoto(job).error.value();
+    EXPECT_EQ(unknown.Fault(), EJobFault::UnknownResource);
+    EXPECT_EQ(unknown.Hint(), "did you mean \"zinc\"?");
+}
+
 // A preview that nobody set up first, as a window makes of a reduced picture, has the pattern, too.
 TEST(Job, PreviewsSetTheCommandUp) {
     const CJobLibrary library = Open();
