@@ -1,8 +1,9 @@
-# Sourced by ./run and ./check: installs the packages of packages.txt that are missing, and builds.
+# Sourced by ./run and ./check: installs packages that are missing, and builds.
 
+# install_missing_packages LIST...: the packages of these lists.
 install_missing_packages() {
     local wanted missing as_root=()
-    wanted=$(grep -v '^#' packages.txt | sort)
+    wanted=$(grep -hv '^#' "$@" | sort -u)
     missing=$(comm -23 <(echo "$wanted") \
         <(dpkg-query -W -f '${db:Status-Status} ${Package}\n' $wanted 2>/dev/null |
             sed -n 's/^installed //p' | sort -u))
@@ -14,10 +15,21 @@ install_missing_packages() {
         apt-get install -y -q --no-install-recommends $missing >&2
 }
 
-# build PRESET [TARGET...]: configures once, then builds what changed.
-build() {
-    local preset=$1
-    shift
-    [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >&2
-    cmake --build --preset "$preset" ${1:+--target "$@"} >&2
+# build_programs PRESET: what a user starts. A new build tree is made without tests and benchmarks,
+# whose packages may not be there.
+build_programs() {
+    [ -f "build/$1/build.ninja" ] ||
+        cmake --preset "$1" -DCMDTEXTURE_TESTS=OFF -DCMDTEXTURE_BENCH=OFF >&2
+    cmake --build --preset "$1" --target programs >&2
+}
+
+# build_all PRESET: everything, in a build tree that ./run may have made.
+build_all() {
+    local cache=build/$1/CMakeCache.txt
+    if [ ! -f "build/$1/build.ninja" ]; then
+        cmake --preset "$1" >&2
+    elif grep -q '^CMDTEXTURE_TESTS:BOOL=OFF' "$cache"; then
+        cmake --preset "$1" -DCMDTEXTURE_TESTS=ON -DCMDTEXTURE_BENCH=ON >&2
+    fi
+    cmake --build --preset "$1" >&2
 }

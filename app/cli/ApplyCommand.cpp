@@ -63,7 +63,7 @@ void Apply(const SApplyOptions& options) {
     progress.BeginPart("reading", 0.15);
     const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
     CheckPictureOutput(options.output, rules, header.size);
-    SetCanvas(job, CanvasOf(options.document, header.size));
+    SetCanvas(job, options.effect, CanvasOf(options.document, header.size));
     SPictures pictures = ReadPictures(options.document, progress);
     GivePictures(job, pictures);
     seconds["load"] = watch.Lap();

@@ -88,7 +88,7 @@ void Edit(const SEditOptions& options) {
     const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
     if (!options.output.empty()) CheckPictureOutput(options.output, rules, header.size);
     CProgress progress(CProgress::StyleFor(false, false));
-    SetCanvas(job, CanvasOf(options.document, header.size));
+    SetCanvas(job, options.effect, CanvasOf(options.document, header.size));
 
     progress.BeginPart("reading", 0.15);
     CPictureLoader loader(options.document, job, progress);

@@ -113,7 +113,7 @@ void Gallery(const SGalleryOptions& options) {
     progress.BeginPart("reading", 0.1);
     const imagefile::SImageFile input = ReadPicture(options.input, progress);
     for (CEffectJob& job : jobs) {
-        SetCanvas(job, {input.pixels.GetWidth(), input.pixels.GetHeight()});
+        SetCanvas(job, job.Name(), {input.pixels.GetWidth(), input.pixels.GetHeight()});
         job.SetPicture(input.pixels);
     }
 

@@ -123,8 +123,8 @@ CEffectJob MakeCheckedJob(const CJobLibrary& library, const std::string& effect,
     return job;
 }
 
-void SetCanvas(CEffectJob& job, CSize canvas) {
-    WithCliErrors(job.Name(), [&] { job.SetCanvas(canvas); });
+void SetCanvas(CEffectJob& job, const std::string& effect, CSize canvas) {
+    WithCliErrors(effect, [&] { job.SetCanvas(canvas); });
 }
 
 bool EditJob(CEffectJob& job) {

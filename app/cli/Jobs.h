@@ -34,7 +34,8 @@ CEffectJob MakeJob(const CJobLibrary& library, const std::string& effect,
 // The same, pictures of the library included.
 CEffectJob MakeCheckedJob(const CJobLibrary& library, const std::string& effect,
                           const SParameterOptions& options);
-void SetCanvas(CEffectJob& job, CSize canvas);
+// `effect` is the name that the user gave.
+void SetCanvas(CEffectJob& job, const std::string& effect, CSize canvas);
 bool EditJob(CEffectJob& job);
 CRowIteratorBands RunJob(const CEffectJob& job, CProgress& progress);
 // The file of a saved preset.
