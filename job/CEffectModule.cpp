@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "host/commands/IComponentExporter.h"
+#include "host/language/CConnectLanguage.h"
 #include "hostlib/language/Languages.h"
 #include "hostlib/system/ConfigFolders.h"
 #include "hostlib/system/RegistryStore.h"
@@ -56,8 +57,12 @@ struct CEffectModule::SLibrary {
     void* handle = nullptr;
     GetExporterFunction get_exporter = nullptr;
 
+    // Under the resource lock: another thread that selects a language calls into the module, whose
+    // last handle this may be.
     ~SLibrary() {
+        CConnectLanguage::GetResLock();
         if (handle) dlclose(handle);
+        CConnectLanguage::FreeResLock();
     }
     // Every exporter makes each of its components once, so each call takes a new one.
     TRef<IComponentExporter> Exporter() const {
