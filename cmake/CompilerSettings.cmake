@@ -20,6 +20,10 @@ add_compile_options(-ffp-contract=off)
 # with a comparison of floats or a root from being vectorised. Values do not change.
 add_compile_options(-fno-trapping-math -fno-math-errno)
 add_compile_options(-fstack-protector-strong)
+# A unique symbol would keep the library that defines it loaded for good.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options(-fno-gnu-unique)
+endif()
 add_compile_definitions($<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
 add_link_options(-Wl,-z,relro,-z,now)
 

@@ -31,7 +31,7 @@ class CParameterReader {
 
 // What the editor gives an effect to work on; mask and context may be null.
 struct SRun {
-    CStatusControl* status;
+    CStatusControl* status;  // never null
     CRowIteratorBands& source;
     CRowIteratorBands& destination;
     const CRowIterator* mask;
@@ -52,12 +52,15 @@ class TTextureCommand : public CCmdEffect {
                                 const SHostArguments& /*arguments*/,
                                 ICommandExecutionContext* context) override {
         return CatchErrors([&] {
-            return static_cast<Class*>(this)->Apply({status, source, destination, mask, context},
-                                                    CParameterReader(BoundRepository()));
+            CStatusControl nobody;
+            return static_cast<Class*>(this)->Apply(
+                {status ? status : &nobody, source, destination, mask, context},
+                CParameterReader(BoundRepository()));
         });
     }
 
     CErrorAutoThrow Clone(ICoreCommand** out) override {
+        if (!out) return TolmErrorCode::UnusableInput;
         return CatchErrors([&]() -> CErrorAutoThrow {
             *out = new Class(static_cast<const Class&>(*this));
             (*out)->AddRef();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "host/core/Multiversion.h"
@@ -221,7 +222,9 @@ CErrorAutoThrow ApplyWeave(CStatusControl* status, CRowIteratorBands& source,
     CStatusControl progress(status);
     if (!source.IsAttached()) return TolmErrorCode::UnusableInput;
     if (weaveWidth < 0 || gapWidth < 0 || (weaveWidth == 0 && gapWidth == 0)) {
-        return TolmErrorCode::UnusableInput;
+        return {TolmErrorCode::UnusableInput, "WeaveWidth is " + std::to_string(weaveWidth) +
+                                                  " and GapWidth " + std::to_string(gapWidth) +
+                                                  "; one of them must be at least 1"};
     }
     CErrorAutoThrow matched = destination.Match(source);
     if (matched.Failed()) return matched;

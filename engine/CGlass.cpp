@@ -2,13 +2,14 @@
 
 #include <bit>
 #include <cstring>
+#include <string>
 
 #include "engine/Planes.h"
 #include "host/core/Multiversion.h"
 
 namespace {
 
-constexpr int kLargestSide = 1 << 22;  // 512 times it is within an int
+constexpr int kLargestSide = (1 << 22) - 1;  // 512 times it is within an int
 
 // Mirrors a sample position at the far end of an extent, and at the near end too in colour images;
 // grey ones stop there. Ends within 1 to 256 * extent - 1.
@@ -267,7 +268,10 @@ void CGlass::ComputePlainRow(int end) {
 
 template <class Traits>
 CErrorAutoThrow CGlass::ProcessRows() {
-    if (width > kLargestSide || height > kLargestSide) return TolmErrorCode::UnusableInput;
+    if (width > kLargestSide || height > kLargestSide) {
+        return {TolmErrorCode::UnusableInput,
+                "a side of the image is longer than " + std::to_string(kLargestSide) + " pixels"};
+    }
     status->SetProgressRange(bottom - top - 1);
     const int end = ColumnsInDestination(right - 1);
     return ForRows(bottom - 1, [&](int first, int last) {

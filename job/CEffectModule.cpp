@@ -21,12 +21,6 @@ class CApplication : public TUnknownCoreImpl<IHostApplication> {
         name = L"CmdTexture";
         return {};
     }
-
-  protected:
-    const SInterfaceEntry* GetInterfaceTable() const override {
-        static constexpr SInterfaceEntry kTable[] = {{&IID_IUnknown, 0}, {nullptr, 0}};
-        return kTable;
-    }
 };
 
 class CHostObject : public TUnknownCoreImpl<IHostObject> {
@@ -34,12 +28,6 @@ class CHostObject : public TUnknownCoreImpl<IHostObject> {
     CErrorAutoThrow GetApplication(IHostApplication** out) override {
         *out = TRef<IHostApplication>(new CApplication).Detach();
         return {};
-    }
-
-  protected:
-    const SInterfaceEntry* GetInterfaceTable() const override {
-        static constexpr SInterfaceEntry kTable[] = {{&IID_IUnknown, 0}, {nullptr, 0}};
-        return kTable;
     }
 };
 
@@ -50,6 +38,21 @@ struct CCollectingSink : IComponentSink {
         if (auto* effect = dynamic_cast<CCmdEffect*>(command)) commands.emplace_back(effect);
     }
 };
+
+// Whether the plug-in found its texts in the language: empty, or what is wrong with their file when
+// they are in English instead. Throws when there are not even those.
+std::string LanguageProblem(const std::filesystem::path& data, const std::string& language) {
+    const auto file_of = [&](const std::string& code) {
+        return data / "Languages" / code / (ToUtf8(kModuleName) + "rc.dll");
+    };
+    const CString linked =
+        GetModuleFileNameW(CConnectLanguage::GetModuleResourceHandle(kModuleName));
+    if (linked == ToHostPath(file_of(language))) return {};
+    if (!(linked == ToHostPath(file_of("EN")))) {
+        throw CNException(TolmErrorCode::ReadFailed, languages::Problem(file_of("EN")));
+    }
+    return languages::Problem(file_of(language));
+}
 
 }  // namespace
 
@@ -86,6 +89,7 @@ CEffectModule::CEffectModule(const SInstallation& installation, const std::strin
                           installation.module.string() + ": not a plug-in of this program");
     }
     languages::Select(installation.data, language);
+    language_problem_ = ::LanguageProblem(installation.data, language);
 
     CCollectingSink sink;
     library_->Exporter()->CreateAllComponents(&sink, kModuleName);

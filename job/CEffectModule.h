@@ -12,13 +12,16 @@ struct SInstallation;
 // The plug-in, loaded, and the commands that it makes. Commands must be gone before it is.
 class CEffectModule {
   public:
-    // Loads the plug-in with its texts in `language` (a code such as "EN"). Throws CNException with
-    // code 105 and the reason when it cannot be loaded.
+    // Loads the plug-in with its texts in `language` (a code such as "EN"), or in English when that
+    // language's file cannot be used. Throws CNException with code 105 and the reason when the
+    // plug-in or its texts cannot be loaded.
     CEffectModule(const SInstallation& installation, const std::string& language);
     ~CEffectModule();
     CEffectModule(const CEffectModule&) = delete;
     CEffectModule& operator=(const CEffectModule&) = delete;
 
+    // Why the texts are in English although another language was wanted; else empty.
+    const std::string& LanguageProblem() const { return language_problem_; }
     // The component names, in the order of the module's own table.
     const std::vector<std::string>& Names() const { return names_; }
     // A new command of the component name, with its resource data bound; empty for a name that the
@@ -28,6 +31,7 @@ class CEffectModule {
   private:
     struct SLibrary;
     std::unique_ptr<SLibrary> library_;
+    std::string language_problem_;
     std::vector<std::string> names_;
 };
 

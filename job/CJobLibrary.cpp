@@ -61,6 +61,7 @@ CJobLibrary::CJobLibrary(SJobOptions options) : shared_(std::make_shared<SShared
     try {
         const CScope scope(*shared_);
         shared_->module = std::make_unique<CEffectModule>(shared_->installation, shared_->language);
+        if (!LanguageProblem().empty()) shared_->language = "EN";
     } catch (const CNException& error) {
         throw CJobError(EJobFault::NotLoaded,
                         fmt::format("the module cannot be loaded: {}", error.what()));
@@ -111,6 +112,9 @@ CEffectJob CJobLibrary::MakeJob(const std::string& name) const {
 }
 
 const std::string& CJobLibrary::Language() const { return shared_->language; }
+const std::string& CJobLibrary::LanguageProblem() const {
+    return shared_->module->LanguageProblem();
+}
 const SInstallation& CJobLibrary::Installation() const { return shared_->installation; }
 CFileResourceLibrary& CJobLibrary::Resources() const { return *shared_->resources; }
 

@@ -50,8 +50,10 @@ class CJobLibrary {
     // A job of an effect, its parameters at their defaults. Throws CJobError, UnknownEffect.
     CEffectJob MakeJob(const std::string& name) const;
 
-    // The code of the language that texts are in.
+    // The code of the language that texts are in, and why they are in English although another one
+    // was wanted; else empty.
     const std::string& Language() const;
+    const std::string& LanguageProblem() const;
     const SInstallation& Installation() const;
     CFileResourceLibrary& Resources() const;
     // Makes the library's language that of the process's windows for as long as the answer lives.

@@ -20,12 +20,12 @@ class HOST_API CComponentExporter : public TUnknownImpl<CComponentExporter, ICom
                             int* secondary_created) override;
     bool AllComponentsCreated() override;
 
-    // This module has no dynamic commands and no dynamic menus.
-    bool FindDynamicCommand(IUnknown*) override { return false; }
+    bool FindDynamicCommand(IDynamicCommandTarget* target) override;
+    // The host adds dynamic commands; this module has no dynamic menus.
+    void AddDynamicCommandData(CDynamicCmdData* data) override;
     CString GetDynamicMenuNames() override { return {}; }
     void AddDynamicMenus(IUnknown*) override {}
     void RemoveDynamicMenus(IUnknown*) override {}
-    void AddDynamicCommandData(CDynamicCmdData* data) override { dynamicCommands_.push_back(data); }
 
     void AddPaletteData(std::int32_t kind, std::int64_t first, std::uint8_t flag,
                         std::int64_t second) override;
@@ -49,9 +49,15 @@ class HOST_API CComponentExporter : public TUnknownImpl<CComponentExporter, ICom
         std::uint8_t flag;
         std::int64_t second;
     };
+    // Runs the entry's factory, once; one that fails may be called again.
+    static void Create(SComponents& components, ComponentEntry& entry, IComponentSink* sink,
+                       const CString& module_name, const wchar_t* name);
     SComponents& Map(bool secondary) { return secondary ? secondary_ : primary_; }
 
     SComponents primary_, secondary_;
     std::vector<CDynamicCmdData*> dynamicCommands_;
+    // What FindDynamicCommand found last; not owned.
+    CDynamicCmdData* currentDynamicCommand_ = nullptr;
+    IDynamicCommandTarget* currentDynamicTarget_ = nullptr;
     std::vector<CPaletteData> paletteRecords_;
 };

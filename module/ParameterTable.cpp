@@ -12,7 +12,8 @@ std::int32_t MaximumOf(const SParameterRow& row, CSize canvas, double scale) {
         case EMaximumRule::Fixed:
             break;
         case EMaximumRule::Scaled:
-            return static_cast<std::int32_t>(row.maximum * scale);
+            return static_cast<std::int32_t>(
+                std::clamp(row.maximum * scale, double{INT32_MIN}, double{INT32_MAX}));
         case EMaximumRule::CanvasSide:
             return canvas.LargerSide();
     }
@@ -58,6 +59,11 @@ std::int32_t SettingOf(IUnknown* item, int index) {
     return value;
 }
 
+template <class Predicate>
+bool AnyRow(std::span<const SParameterRow> rows, Predicate&& predicate) {
+    return std::any_of(rows.begin(), rows.end(), predicate);
+}
+
 }  // namespace
 
 double RangeScale() {
@@ -72,14 +78,21 @@ double RangeScale() {
 CErrorAutoThrow DefineParameterTable(std::span<const SParameterRow> rows,
                                      ICommandExecutionContext* context,
                                      IParameterRepository* repository) {
-    const TRef<IParameterRepository> held(repository);
-    const CTolmResourceManager resources(L"CmdTexture");
-    const CSize canvas = CCmdHelpers(context).CanvasSize();
-    const double scale = RangeScale();
-    for (const SParameterRow& row : rows) {
-        TRef<IParameter> parameter;
-        MakeParameter(row, canvas, scale, parameter.Receive()).Ignore();
-        if (repository) repository->Add(parameter.Get(), row.index).Ignore();
-    }
-    return {};
+    return CatchErrors([&]() -> CErrorAutoThrow {
+        const TRef<IParameterRepository> held(repository);
+        const CTolmResourceManager resources(L"CmdTexture");
+        const bool scaled = AnyRow(
+            rows, [](const SParameterRow& row) { return row.maximumRule == EMaximumRule::Scaled; });
+        const bool fitted = AnyRow(rows, [](const SParameterRow& row) {
+            return row.maximumRule == EMaximumRule::CanvasSide || row.defaultFitsCanvas;
+        });
+        const CSize canvas = fitted ? CCmdHelpers(context).CanvasSize() : CSize{};
+        const double scale = scaled ? RangeScale() : 1.0;
+        for (const SParameterRow& row : rows) {
+            TRef<IParameter> parameter;
+            MakeParameter(row, canvas, scale, parameter.Receive()).Ignore();
+            if (repository && parameter) repository->Add(parameter.Get(), row.index).Ignore();
+        }
+        return {};
+    });
 }

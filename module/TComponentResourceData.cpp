@@ -83,10 +83,10 @@ TComponentResourceData<Interface>::TComponentResourceData(const SCommandDescript
       attributes_{{1, 1}, {2, 1}, {3, 1}, {8, 1}, {9, 1}, {10, 1}} {}
 
 template <class Interface>
-const SInterfaceEntry* TComponentResourceData<Interface>::GetInterfaceTable() const {
+HRESULT TComponentResourceData<Interface>::QueryInterface(const GUID& id, void** out) {
     static constexpr SInterfaceEntry kTable[] = {
         {&IResourceData::kId, 0}, {&ICmdResourceData::kId, 0}, {nullptr, 0}};
-    return kTable;
+    return AnswerFrom(kTable, this, id, out);
 }
 
 template <class Interface>
@@ -137,11 +137,13 @@ CString TComponentResourceData<Interface>::GetTextById() const {
 template <class Interface>
 CErrorAutoThrow TComponentResourceData<Interface>::SetAttribute(std::int32_t id,
                                                                 std::int32_t value) {
-    attributes_[id] = value;
-    if (id == kObserved && observer_) {
-        observer_->OnSetAttribute(componentName_, observerTag_, value);
-    }
-    return {};
+    return CatchErrors([&]() -> CErrorAutoThrow {
+        attributes_[id] = value;
+        if (id == kObserved && observer_) {
+            observer_->OnSetAttribute(componentName_, observerTag_, value);
+        }
+        return {};
+    });
 }
 
 template <class Interface>
@@ -197,6 +199,7 @@ void TCommandResourceData<Interface>::DefineGeneralSettings(ICommandExecutionCon
 template <class Interface>
 CErrorAutoThrow TCommandResourceData<Interface>::PrepareRepository(
     ICommandExecutionContext* context, bool finish, VCommandImplementation* command) {
+    if (!command) return {TolmErrorCode::UnusableInput, "there is no command"};
     return CatchErrors([&]() -> CErrorAutoThrow {
         TRef<IParameterRepository> repository;
         command->GetParameterRepository(repository.Receive(), false).Ignore();

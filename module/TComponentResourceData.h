@@ -11,6 +11,7 @@
 template <class Interface>
 class TComponentResourceData : public TUnknownCoreImpl<Interface> {
   public:
+    HRESULT QueryInterface(const GUID& id, void** out) override;
     CString GetComponentName() const override { return componentName_; }
     CString GetReservedText() const override { return {}; }
     CString GetTextA() const override { return textA_; }
@@ -48,7 +49,6 @@ class TComponentResourceData : public TUnknownCoreImpl<Interface> {
   protected:
     // Loads the texts from the current resource module: construct inside a resource switch.
     explicit TComponentResourceData(const SCommandDescription& description);
-    const SInterfaceEntry* GetInterfaceTable() const override;
 
   private:
     void SetParts(const CString& part0, const CString& part1, const CString& part2);
@@ -75,9 +75,9 @@ class TCommandResourceData : public TComponentResourceData<Interface> {
     // Defines the command's own parameters; the repository may be null.
     virtual CErrorAutoThrow DefineParameters(ICommandExecutionContext* context,
                                              IParameterRepository* repository) = 0;
-    CErrorAutoThrow DefineParametersFor(ICommandExecutionContext* context,
-                                        IParameterRepository* repository,
-                                        VCommandImplementation* /*command*/) {
+    virtual CErrorAutoThrow DefineParametersFor(ICommandExecutionContext* context,
+                                                IParameterRepository* repository,
+                                                VCommandImplementation* /*command*/) {
         return DefineParameters(context, repository);
     }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "host/core/CErrorAutoThrow.h"
 #include "host/core/HostApi.h"
 #include "host/language/CConnectLanguage.h"
 
@@ -46,25 +47,11 @@ CString OwnFileName() {
     return path;
 }
 
-// The module's application object lives as long as the module is loaded.
-struct SModuleLife {
-    CTolmCmdTextureApp app;
-    SModuleLife() {
-        for (const wchar_t* name : kWindowMessages) RegisterWindowMessageW(name);
-        app.InitInstance();
-    }
-    ~SModuleLife() { app.ExitInstance(); }
-};
-const SModuleLife g_life;
-
-}  // namespace
-
 // Finds this module's language resources and reports them to the language service: the chosen
 // language's folder first, then the alternative one, then whatever the service finds.
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the framework's signature
-extern "C" HOST_API void LinkStandard(CString /*language*/) {
+CErrorAutoThrow LinkLanguage() {
     const CString folder = CConnectLanguage::GetPath();
-    if (folder.IsEmpty()) return;
+    if (folder.IsEmpty()) return {};
     CString tried = folder + L"\\" + kResourceFile;
     HMODULE resources = LoadLibraryW(tried);
     if (!resources) {
@@ -75,10 +62,31 @@ extern "C" HOST_API void LinkStandard(CString /*language*/) {
     if (!resources) {
         const CString current = GetModuleFileNameW(AfxGetResourceHandle());
         CConnectLanguage::AddModuleInfo(current, L"", L"", L"", 1, nullptr, true);
-        return;
+        return {};
     }
     AfxSetResourceHandle(resources);
     CConnectLanguage::AddModuleInfo(OwnFileName(), L"", tried, L"", 1, resources, true);
+    return {};
+}
+
+// The module's application object lives as long as the module is loaded.
+struct SModuleLife {
+    CTolmCmdTextureApp app;
+    SModuleLife() {
+        for (const wchar_t* name : kWindowMessages) RegisterWindowMessageW(name);
+        app.InitInstance();
+    }
+    ~SModuleLife() { app.ExitInstance(); }
+};
+SModuleLife g_life;
+
+}  // namespace
+
+CTolmCmdTextureApp& ModuleApplication() { return g_life.app; }
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the framework's signature
+extern "C" HOST_API void LinkStandard(CString /*language*/) {
+    CatchErrors([] { return LinkLanguage(); }).Ignore();
 }
 
 bool CTolmCmdTextureApp::InitInstance() {

@@ -9,3 +9,7 @@ class CTolmCmdTextureApp : public CWinApp {
     bool InitInstance() override;
     int ExitInstance() override;
 };
+
+// This module's application object, which lives as long as the module is loaded; the process may
+// have others.
+CTolmCmdTextureApp& ModuleApplication();

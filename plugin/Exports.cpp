@@ -1,32 +1,39 @@
 #include "host/commands/SharedInterfaces.h"
 #include "host/core/HostApi.h"
 #include "host/core/TRef.h"
-#include "host/windowing/CWinApp.h"
 #include "module/CComponentExporter.h"
 #include "plugin/AllCommands.h"
+#include "plugin/CTolmCmdTextureApp.h"
 
 namespace {
 
 // The module presents itself under the application's name, when the host tells it.
-void TakeApplicationName(IHostObject* host) {
+CErrorAutoThrow TakeApplicationName(IHostObject* host) {
     TRef<IHostApplication> application;
     host->GetApplication(application.Receive()).Ignore();
-    if (!application) return;
+    if (!application) return {};
     CString name;
-    application->GetName(name).Ignore();
-    if (CWinApp* app = AfxGetApp()) app->SetAppName(name);
+    CErrorAutoThrow error = application->GetName(name);
+    if (!error.Failed()) ModuleApplication().SetAppName(name);
+    return error;
 }
 
 }  // namespace
 
 extern "C" HOST_API std::int32_t GetExporter(IHostObject* host, IComponentExporter** out) {
-    *out = new CComponentExporter;
-    (*out)->AddRef();
-    if (host) TakeApplicationName(host);
-    for (const SCommandEntry& command : AllCommands()) {
-        (*out)->RegisterComponent(command.description->name, false, command.factory);
-    }
-    return 0;
+    if (!out) return E_POINTER;
+    *out = nullptr;
+    const CErrorAutoThrow error = CatchErrors([&]() -> CErrorAutoThrow {
+        TRef<IComponentExporter> exporter(new CComponentExporter);
+        for (const SCommandEntry& command : AllCommands()) {
+            exporter->RegisterComponent(command.description->name, false, command.factory);
+        }
+        *out = exporter.Detach();
+        return {};
+    });
+    if (error.Failed()) return E_FAIL;
+    if (host) CatchErrors([&] { return TakeApplicationName(host); }).Ignore();
+    return S_OK;
 }
 
 extern "C" HOST_API bool BuildIsDebug() { return false; }

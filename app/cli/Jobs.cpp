@@ -83,12 +83,17 @@ void SetOne(CEffectJob& job, const std::string& assignment) {
 CJobLibrary OpenJobs(const SSessionOptions& options,
                      const std::vector<std::string>& resource_folders) {
     try {
-        return CJobLibrary({.language = options.language,
-                            .resources = Folders(resource_folders),
-                            .range_scale = options.range_scale == 0
-                                               ? std::optional<int>()
-                                               : std::optional<int>(options.range_scale),
-                            .pictures = imagefile::MakePictureFiles()});
+        CJobLibrary library({.language = options.language,
+                             .resources = Folders(resource_folders),
+                             .range_scale = options.range_scale == 0
+                                                ? std::optional<int>()
+                                                : std::optional<int>(options.range_scale),
+                             .pictures = imagefile::MakePictureFiles()});
+        if (!library.LanguageProblem().empty()) {
+            fmt::print(stderr, "cmdtexture: warning: {}; the texts are in English\n",
+                       library.LanguageProblem());
+        }
+        return library;
     } catch (const CJobError& error) {
         if (error.Fault() != EJobFault::UnknownLanguage) Throw(error, {});
         throw CCliError(EExit::Usage,

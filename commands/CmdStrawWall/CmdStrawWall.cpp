@@ -1,5 +1,7 @@
 #include "commands/CmdStrawWall/CmdStrawWall.h"
 
+#include <string>
+
 #include "engine/Materials.h"
 
 namespace CmdStrawWall {
@@ -38,9 +40,14 @@ const SCommandDescription kDescription{
     kind::kMaterial, kParameters};
 
 CErrorAutoThrow CCmdStrawWall::Apply(const SRun& run, const CParameterReader& read) {
+    const int density = DensityFor(run.context, run.source, read.Integer(kDensity, 15));
+    if (density > 100) {
+        return {TolmErrorCode::UnusableInput,
+                "Density comes to " + std::to_string(density) +
+                    " on an image so much wider than its canvas; it may be 1 to 100"};
+    }
     return ApplyStrawWall(*run.status, run.source, run.destination, read.Integer(kBlur, 40),
-                          read.Integer(kLength, 14), read.Integer(kWidth, 1),
-                          DensityFor(run.context, run.source, read.Integer(kDensity, 15)),
+                          read.Integer(kLength, 14), read.Integer(kWidth, 1), density,
                           read.Integer(kAngle, 100), read.Integer(kTransparency, 0),
                           read.Colour(kColor, 0x555555));
 }

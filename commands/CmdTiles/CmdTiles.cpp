@@ -90,4 +90,11 @@ CErrorAutoThrow CCmdTiles::ModifyRect(CRect& rect) {
     return {};
 }
 
+bool CCmdTiles::SetValidateVector(CValidateVector& entries) {
+    constexpr int kRequirement = 219;
+    CCmdEffect::SetValidateVector(entries);
+    PushValidateEnum(entries, kRequirement, false, false, false, false, 0);
+    return true;
+}
+
 }  // namespace CmdTiles

@@ -12,6 +12,7 @@ class CCmdTiles final : public TTextureCommand<CCmdTiles, kDescription> {
   public:
     CErrorAutoThrow Apply(const SRun& run, const CParameterReader& read);
     CErrorAutoThrow ModifyRect(CRect& rect) override;
+    bool SetValidateVector(CValidateVector& entries) override;
 };
 
 class CCmdTilesDlg final : public TDialog<kDialog, CMemberListDlg> {

@@ -27,7 +27,8 @@ struct HOST_API ICoreCommand : IUnknown {
     virtual CErrorAutoThrow Do(ICommandExecutionContext* context) = 0;
     virtual CErrorAutoThrow Undo(ICommandExecutionContext* context) = 0;
     virtual CErrorAutoThrow Redo(ICommandExecutionContext* context) = 0;
-    // A new, independent command with one reference for the caller; error 102 without memory.
+    // A new, independent command with one reference for the caller; error 102 without memory, 101
+    // without a place for it.
     virtual CErrorAutoThrow Clone(ICoreCommand** out) = 0;
     virtual bool SetValidateVector(CValidateVector& entries) = 0;
 };
@@ -53,12 +54,13 @@ class HOST_API VCommandImplementation : public TUnknownCoreImpl<ICoreCommand> {
     // Keeps the resource data for the command's life, with a reference of its own.
     CErrorAutoThrow BindResourceData(ICmdResourceData* data);
     ICmdResourceData* GetResourceData() const { return resource_data_.Get(); }
-    // Gives the parameter repository with a reference added; it is made when there is none.
+    // Gives the parameter repository with a reference added; it is made when there is none. Error
+    // 101 without a place for it.
     CErrorAutoThrow GetParameterRepository(IParameterRepository** out, bool reset);
     // The bound repository, no reference added; null when none is bound.
     IParameterRepository* BoundRepository() const { return repository_.Get(); }
-    // Whether the command runs in the editor's reduced mode. Never, here.
-    bool IsIE() const { return false; }
+    // Whether the command runs in the editor's reduced mode. The host decides; this one has none.
+    bool IsIE() const;
 
     bool SetValidateVector(CValidateVector& entries) override;
 
@@ -79,9 +81,7 @@ class HOST_API VCommandImplementation : public TUnknownCoreImpl<ICoreCommand> {
 // forward to the command.
 class HOST_API VCommandWithPreview : public VCommandImplementation, public ICommandPreview {
   public:
-    HRESULT QueryInterface(const GUID& id, void** out) override {
-        return VCommandImplementation::QueryInterface(id, out);
-    }
+    HRESULT QueryInterface(const GUID& id, void** out) override;
     std::uint32_t AddRef() override { return VCommandImplementation::AddRef(); }
     std::uint32_t Release() override { return VCommandImplementation::Release(); }
 
@@ -89,7 +89,6 @@ class HOST_API VCommandWithPreview : public VCommandImplementation, public IComm
     VCommandWithPreview() = default;
     VCommandWithPreview(const VCommandWithPreview& other)
         : VCommandImplementation(other), ICommandPreview(other) {}
-    const SInterfaceEntry* GetInterfaceTable() const override;
 };
 
 // The base of image effects: it prepares source, destination, selection and progress, calls

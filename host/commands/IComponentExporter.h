@@ -7,7 +7,19 @@
 #include "host/core/IUnknown.h"
 
 struct ICoreCommand;
-struct CDynamicCmdData;
+
+// A command that the host defines itself: which kind of object and which versions it is for.
+struct CDynamicCmdData {
+    std::int32_t kind = 0;
+    float minimumVersion = 0;
+    float maximumVersion = 0;
+};
+// An object of the host's for which a dynamic command may be wanted.
+struct IDynamicCommandTarget : IUnknown {
+    static constexpr GUID kId = MakeGuid("E3B1C7D4-6A52-4D0B-8C3E-91F2A7054B68");
+    virtual std::int32_t GetKind() = 0;
+    virtual float GetVersion() = 0;
+};
 
 // Takes the commands that a module's factories make.
 struct IComponentSink {
@@ -20,9 +32,11 @@ struct IComponentSink {
 
 // The editor as a module sees it when it is loaded.
 struct IHostApplication : IUnknown {
+    static constexpr GUID kId = MakeGuid("5D7E0A93-2C41-4B8F-A6D0-38E1F49B7C20");
     virtual CErrorAutoThrow GetName(CString& name) = 0;
 };
 struct IHostObject : IUnknown {
+    static constexpr GUID kId = MakeGuid("91A4F2C6-7B0D-4E35-B8F1-6C20D95E3A74");
     // Gives the application object with a reference added.
     virtual CErrorAutoThrow GetApplication(IHostApplication** out) = 0;
 };
@@ -40,13 +54,17 @@ struct HOST_API IComponentExporter : IUnknown {
     virtual void CreateComponent(IComponentSink* sink, CString module_name, const wchar_t* name,
                                  bool secondary) = 0;
     virtual void CreateAllComponents(IComponentSink* sink, CString module_name) = 0;
+    // Places that are null are left out.
     virtual void GetComponentCounts(int* primary, int* primary_created, int* secondary,
                                     int* secondary_created) = 0;
     virtual bool AllComponentsCreated() = 0;
-    virtual bool FindDynamicCommand(IUnknown* target) = 0;
+    // Whether there is a dynamic command for the object, which is remembered with it. A record of
+    // kind 3 is for every kind but 2; both ends of its range of versions count.
+    virtual bool FindDynamicCommand(IDynamicCommandTarget* target) = 0;
     virtual CString GetDynamicMenuNames() = 0;
     virtual void AddDynamicMenus(IUnknown* target) = 0;
     virtual void RemoveDynamicMenus(IUnknown* target) = 0;
+    // The record is not owned and outlives the exporter.
     virtual void AddDynamicCommandData(CDynamicCmdData* data) = 0;
     virtual void AddPaletteData(std::int32_t kind, std::int64_t first, std::uint8_t flag,
                                 std::int64_t second) = 0;
@@ -55,5 +73,6 @@ struct HOST_API IComponentExporter : IUnknown {
                                         std::uint8_t* flag, std::int64_t* second) = 0;
 };
 
-// The one function by which a host enters a module. The exporter comes with one reference.
+// The one function by which a host enters a module. The exporter comes with one reference. Answers
+// 0; E_POINTER without a place for the exporter, E_FAIL when none could be made.
 using GetExporterFunction = std::int32_t (*)(IHostObject* host, IComponentExporter** out);

@@ -56,8 +56,8 @@ class [[nodiscard]] CErrorAutoThrow {
     std::shared_ptr<const CNException> error_;
 };
 
-// Runs `operation` and turns a CNException, or memory that cannot be had, into a result: the
-// boundary that no exception passes.
+// Runs `operation` and turns a CNException, memory that cannot be had (102) or any other standard
+// exception (101) into a result: the boundary that no exception passes.
 template <class Operation>
 CErrorAutoThrow CatchErrors(Operation&& operation) {
     try {
@@ -66,5 +66,7 @@ CErrorAutoThrow CatchErrors(Operation&& operation) {
         return error;
     } catch (const std::bad_alloc&) {
         return TolmErrorCode::NotCreated;
+    } catch (const std::exception& error) {
+        return {TolmErrorCode::UnusableInput, error.what()};
     }
 }

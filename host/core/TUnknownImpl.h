@@ -23,27 +23,35 @@ struct HOST_API VUnknownImplementationExtensions {
     ~VUnknownImplementationExtensions() = default;
 };
 
+// Looks `id` up in the interface table of an object, IUnknown being the first entry:
+// QueryInterface.
+inline HRESULT AnswerFrom(const SInterfaceEntry* entry, IUnknown* object, const GUID& id,
+                          void** out) {
+    if (!out) return E_POINTER;
+    const bool wants_root = id == IID_IUnknown;
+    while (entry->id && !wants_root && *entry->id != id) ++entry;
+    *out = entry->id ? reinterpret_cast<char*>(object) + entry->offset : nullptr;
+    if (!*out) return E_NOINTERFACE;
+    object->AddRef();
+    return S_OK;
+}
+
 // Reference counting and QueryInterface, shared by everything the host sees. The count is changed
-// atomically; Release destroys the object through its virtual destructor.
+// atomically; Release destroys the object through its virtual destructor. It answers `Interface`
+// (whose id is Interface::kId); a class with more interfaces overrides QueryInterface with a table
+// of its own. Modules export all of it, so nothing is defaulted.
+// NOLINTBEGIN(modernize-use-equals-default)
 template <class Interface>
 class HOST_API TUnknownCoreImpl : public Interface, public VUnknownImplementationExtensions {
   public:
-    TUnknownCoreImpl() = default;
+    TUnknownCoreImpl() {}
+    ~TUnknownCoreImpl() override {}
     // A copy is an object of its own: it starts uncounted.
     TUnknownCoreImpl(const TUnknownCoreImpl& other) : Interface(other) {}
     TUnknownCoreImpl& operator=(const TUnknownCoreImpl&) { return *this; }
 
     HRESULT QueryInterface(const GUID& id, void** out) override {
-        const SInterfaceEntry* entry = GetInterfaceTable();
-        const bool wants_root = id == IID_IUnknown;
-        while (entry->id && !wants_root && *entry->id != id) ++entry;
-        if (!entry->id) {
-            *out = nullptr;
-            return E_NOINTERFACE;
-        }
-        *out = reinterpret_cast<char*>(static_cast<Interface*>(this)) + entry->offset;
-        AddRef();
-        return S_OK;
+        return AnswerFrom(GetInterfaceTable(), this, id, out);
     }
     std::uint32_t AddRef() override { return ++count_; }
     std::uint32_t Release() override {
@@ -55,20 +63,26 @@ class HOST_API TUnknownCoreImpl : public Interface, public VUnknownImplementatio
     std::uint32_t LocalRelease() override { return --count_; }
     std::uint32_t ReferenceCount() const override { return count_; }
 
-  protected:
-    // The interfaces of the most derived class; offsets count from its `Interface` part.
-    virtual const SInterfaceEntry* GetInterfaceTable() const = 0;
+    static const SInterfaceEntry* GetInterfaceTable() {
+        static constexpr SInterfaceEntry kTable[] = {{&Interface::kId, 0}, {nullptr, 0}};
+        return kTable;
+    }
 
   private:
     std::atomic<std::uint32_t> count_{0};
 };
 
-// The usual case: `Class` answers `Interface` (whose id is Interface::kId) and nothing else.
+// The usual case: `Class` answers `Interface` and nothing else.
 template <class Class, class Interface>
 class HOST_API TUnknownImpl : public TUnknownCoreImpl<Interface> {
-  protected:
-    const SInterfaceEntry* GetInterfaceTable() const override {
-        static constexpr SInterfaceEntry kTable[] = {{&Interface::kId, 0}, {nullptr, 0}};
-        return kTable;
+  public:
+    TUnknownImpl() {}
+    ~TUnknownImpl() override {}
+    TUnknownImpl(const TUnknownImpl& other) : TUnknownCoreImpl<Interface>(other) {}
+    TUnknownImpl& operator=(const TUnknownImpl&) { return *this; }
+
+    static const SInterfaceEntry* GetInterfaceTable() {
+        return TUnknownCoreImpl<Interface>::GetInterfaceTable();
     }
 };
+// NOLINTEND(modernize-use-equals-default)

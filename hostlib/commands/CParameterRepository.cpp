@@ -108,12 +108,8 @@ CParameterRepository::CParameterRepository(const CParameterRepository& other)
     }
 }
 
-const SInterfaceEntry* CParameterRepository::GetInterfaceTable() const {
-    static constexpr SInterfaceEntry kTable[] = {{&IParameterRepository::kId, 0}, {nullptr, 0}};
-    return kTable;
-}
-
 HRESULT CParameterRepository::QueryInterface(const GUID& id, void** out) {
+    if (!out) return E_POINTER;
     const auto deliver = [&](auto* access) {
         AddRef();
         *out = access;

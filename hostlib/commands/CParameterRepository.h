@@ -28,9 +28,6 @@ class CParameterRepository : public TUnknownCoreImpl<IParameterRepository> {
     void SetGeneral(const TRef<IGeneralSettings>& general) { general_ = general; }
     IGeneralSettings* General() const { return general_.Get(); }
 
-  protected:
-    const SInterfaceEntry* GetInterfaceTable() const override;
-
   private:
     struct SAccess;
 

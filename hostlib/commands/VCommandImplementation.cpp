@@ -30,6 +30,7 @@ CErrorAutoThrow VCommandImplementation::BindResourceData(ICmdResourceData* data)
 
 CErrorAutoThrow VCommandImplementation::GetParameterRepository(IParameterRepository** out,
                                                                bool reset) {
+    if (!out) return TolmErrorCode::UnusableInput;
     return CatchErrors([&]() -> CErrorAutoThrow {
         if (!repository_ || reset) repository_ = new CParameterRepository;
         repository_->AddRef();
@@ -37,6 +38,8 @@ CErrorAutoThrow VCommandImplementation::GetParameterRepository(IParameterReposit
         return {};
     });
 }
+
+bool VCommandImplementation::IsIE() const { return false; }
 
 bool VCommandImplementation::SetValidateVector(CValidateVector& /*entries*/) { return true; }
 
@@ -47,10 +50,10 @@ void VCommandImplementation::PushValidateEnum(CValidateVector& entries, std::int
 }
 
 // Both interfaces lie at fixed places in every command object, whatever its class.
-const SInterfaceEntry* VCommandWithPreview::GetInterfaceTable() const {
+HRESULT VCommandWithPreview::QueryInterface(const GUID& id, void** out) {
     const auto* core = reinterpret_cast<const char*>(static_cast<const ICoreCommand*>(this));
     const auto* preview = reinterpret_cast<const char*>(static_cast<const ICommandPreview*>(this));
-    static const SInterfaceEntry kTable[] = {
+    const SInterfaceEntry table[] = {
         {&ICoreCommand::kId, 0}, {&ICommandPreview::kId, preview - core}, {nullptr, 0}};
-    return kTable;
+    return AnswerFrom(table, static_cast<ICoreCommand*>(this), id, out);
 }

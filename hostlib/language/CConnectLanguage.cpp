@@ -7,6 +7,7 @@
 
 #include "hostlib/language/CSelectedLanguage.h"
 #include "hostlib/language/Languages.h"
+#include "hostlib/system/CResourceModule.h"
 #include "hostlib/system/ConfigFolders.h"
 
 namespace {
@@ -105,6 +106,15 @@ void Select(const std::filesystem::path& data, const std::string& code) {
     }
     const std::lock_guard resources(Service().resource_lock);
     for (const auto& [key, routine] : routines) routine(FromUtf8(code));
+}
+
+std::string Problem(const std::filesystem::path& file) {
+    try {
+        CResourceModule::Read(file);
+        return {};
+    } catch (const std::exception& error) {
+        return error.what();
+    }
 }
 
 }  // namespace languages

@@ -16,4 +16,6 @@ HOST_API std::string Preferred(const std::vector<std::string>& available);
 // Takes the texts of a language, by its code, from now on, and links every module's resources
 // anew. English is the alternative for a file that the language lacks.
 HOST_API void Select(const std::filesystem::path& data, const std::string& code);
+// What is wrong with a language file, naming it; empty when it can be used.
+HOST_API std::string Problem(const std::filesystem::path& file);
 }  // namespace languages

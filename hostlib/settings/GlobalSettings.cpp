@@ -1,5 +1,6 @@
 #include "hostlib/settings/GlobalSettings.h"
 
+#include <algorithm>
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -10,6 +11,11 @@
 #include "host/system/Registry.h"
 
 namespace {
+
+// A setting as it is kept: no scale makes a maximum vanish, or leaves what dialogs can show.
+std::int32_t Bounded(int index, std::int32_t value) {
+    return index == IGlobalSettings::kRangeScalePercent ? std::clamp(value, -99, 900) : value;
+}
 
 struct SValues {
     std::mutex mutex;
@@ -25,7 +31,8 @@ SValues& Values() {
             return static_cast<std::int32_t>(
                 ReadRegistryNumber(ERegistryHive::CurrentUser, key, name).value_or(0));
         };
-        values.by_index = {{IGlobalSettings::kRangeScalePercent, number(L"RangeScalePercent")},
+        constexpr int kPercent = IGlobalSettings::kRangeScalePercent;
+        values.by_index = {{kPercent, Bounded(kPercent, number(L"RangeScalePercent"))},
                            {IGlobalSettings::kRangeScaleOn, number(L"RangeScale")}};
     });
     return values;
@@ -50,7 +57,7 @@ class TSettingsAccess : public Interface {
     }
     CErrorAutoThrow SetValue(int index, const std::int32_t& value) override {
         const std::lock_guard lock(Values().mutex);
-        Values().by_index[index] = value;
+        Values().by_index[index] = Bounded(index, value);
         return {};
     }
 
@@ -100,7 +107,8 @@ class CGlobalSettings : public TUnknownImpl<CGlobalSettings, IGlobalSettings> {
 
 void SetRangeScale(int percent, bool enabled) {
     const std::lock_guard lock(Values().mutex);
-    Values().by_index[IGlobalSettings::kRangeScalePercent] = percent;
+    constexpr int kPercent = IGlobalSettings::kRangeScalePercent;
+    Values().by_index[kPercent] = Bounded(kPercent, percent);
     Values().by_index[IGlobalSettings::kRangeScaleOn] = enabled ? 1 : 0;
 }
 

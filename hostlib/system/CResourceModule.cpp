@@ -11,11 +11,13 @@ namespace {
 
 using nlohmann::json;
 
+constexpr int kFormat = 1;  // of the files that languages/compiler writes
+
 // The entries of one kind, whose keys are ids.
 template <class Function>
 void ForEachId(const json& root, const char* kind, Function&& function) {
     const auto entries = root.find(kind);
-    if (entries == root.end()) return;
+    if (entries == root.end() || !entries->is_object()) return;
     for (const auto& [key, value] : entries->items()) function(std::stoi(key), value);
 }
 
@@ -32,10 +34,22 @@ SLoadedModules& Loaded() {
 }  // namespace
 
 std::unique_ptr<CResourceModule> CResourceModule::Read(const std::filesystem::path& file) {
+    const auto fail = [&](const std::string& what) -> std::runtime_error {
+        return std::runtime_error(file.string() + ": " + what);
+    };
     std::ifstream in(file, std::ios::binary);
-    if (!in) return nullptr;
+    if (!in) throw fail("the language file cannot be read");
     try {
         const json root = json::parse(in);
+        if (const int format = root.at("format"); format != kFormat) {
+            throw fail("the language file is of format " + std::to_string(format) + ", not " +
+                       std::to_string(kFormat));
+        }
+        const std::string language = root.at("language"), folder = file.parent_path().filename();
+        if (language != folder) {
+            throw fail("the language file is in " + language + ", not in " + folder);
+        }
+        if (!root.at("strings").is_object()) throw fail("the language file has no texts");
         auto module = std::make_unique<CResourceModule>();
         module->file_ = file;
         ForEachId(root, "strings", [&](int id, const json& text) {
@@ -47,9 +61,10 @@ std::unique_ptr<CResourceModule> CResourceModule::Read(const std::filesystem::pa
         ForEachId(root, "dialogs",
                   [&](int id, const json& data) { module->dialogs_[id] = data.dump(); });
         return module;
-    } catch (const std::exception&) {
-        return nullptr;  // not JSON, or of another shape
+    } catch (const std::logic_error&) {  // an id that is no number
+    } catch (const json::exception&) {   // not JSON, or of another shape
     }
+    throw fail("the language file is damaged");
 }
 
 CString CResourceModule::String(int id) const {
@@ -66,7 +81,11 @@ HMODULE LoadLibraryW(const CString& path) {
     const std::filesystem::path file = FromHostPath(path);
     const std::lock_guard lock(Loaded().mutex);
     auto& module = Loaded().by_file[file];
-    if (!module) module = CResourceModule::Read(file);
+    try {
+        if (!module) module = CResourceModule::Read(file);
+    } catch (const std::runtime_error&) {
+        return nullptr;
+    }
     return module.get();
 }
 

@@ -9,10 +9,12 @@
 #include "host/system/ResourceModule.h"
 
 // A language resource module: a data file in JSON that the build writes from the texts of a
-// language. It holds strings by id, pictures (PNG, base64) by id, and dialog templates.
+// language. It holds strings by id, pictures (PNG, base64) by id, and dialog templates, and says of
+// which format it is and in which language, whose folder it lies in.
 class CResourceModule {
   public:
-    // Null when the file cannot be read or is not a resource module.
+    // Throws std::runtime_error, which names the file, when it cannot be read, is damaged, or is of
+    // another format or language.
     static std::unique_ptr<CResourceModule> Read(const std::filesystem::path& file);
 
     const std::filesystem::path& File() const { return file_; }

@@ -86,6 +86,7 @@ int main(int count, char** arguments) {
         RequireSameIds(texts, ReadLanguage(arguments[2]), folder.string());
 
         nlohmann::json root;
+        root["format"] = 1;  // raised when a reader of the last one could not read it
         root["language"] = folder.filename().string();
         for (const auto& [id, text] : texts) root["strings"][std::to_string(id)] = text;
         root["dialogs"] = MakeDialogs(arguments[3], texts);

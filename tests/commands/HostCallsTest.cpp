@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "RecordingHost.h"
+#include "host/commands/GeneralSettings.h"
 #include "hostlib/parameters/ParameterValues.h"
 #include "support/LoadedModule.h"
 #include "support/Pictures.h"
@@ -205,6 +206,20 @@ TEST(HostCalls, FailuresEndTheEffect) {
             EXPECT_EQ(outcome.source.GetImageModifyMode(), kModifyMode);
         }
     }
+}
+
+// The editor's reduced mode opens dialogs without a preview and proofs on its own.
+TEST(HostCalls, TheReducedModeIsTheHosts) {
+    const LoadedModule module;
+    for (const bool reduced : {false, true}) {
+        recording::reduced = reduced;
+        const TRef<CCmdEffect> command = module->CreateCommand("Fur");
+        PrepareCommand(*command, nullptr);
+        const IGeneralSettings* general = GeneralSettingsOf(command->BoundRepository());
+        EXPECT_EQ(general->Value(L"PreviewVisible"), reduced ? 0 : 1);
+        EXPECT_EQ(general->Value(L"AutoProof"), reduced ? 1 : 0);
+    }
+    recording::Restart();
 }
 
 }  // namespace

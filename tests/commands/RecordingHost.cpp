@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "host/commands/CCmdEffect.h"
 #include "host/core/RuntimeRandom.h"
 #include "host/graphics/BumpMap2.h"
 #include "host/graphics/CIoDeformation.h"
@@ -15,8 +16,10 @@ namespace recording {
 
 std::vector<std::string> calls;
 std::string failing;
+bool reduced = false;
 
 void Restart() {
+    reduced = false;
     calls.clear();
     failing.clear();
 }
@@ -52,6 +55,8 @@ std::string Relief(const SReliefSettings& s) {
 const char* Heard(const CStatusControl* status) { return status ? "heard" : "unheard"; }
 
 }  // namespace
+
+bool VCommandImplementation::IsIE() const { return recording::reduced; }
 
 CErrorAutoThrow CIoTilesEffect::operator()(CRowIteratorBands& destination,
                                            const CRowIteratorBands& source) {

@@ -13,6 +13,9 @@ extern std::vector<std::string> calls;
 // The operation of this name fails with error 109 when it is called.
 extern std::string failing;
 
+// Whether commands run in the editor's reduced mode.
+extern bool reduced;
+
 // Forgets all of it.
 void Restart();
 

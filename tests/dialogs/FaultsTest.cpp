@@ -24,7 +24,10 @@ class Language {
     Language(const std::filesystem::path& data, const nlohmann::json& module) {
         const auto folder = data / "Languages" / "XX";
         std::filesystem::create_directories(folder);
-        std::ofstream(folder / "CmdTexturerc.dll") << module;
+        nlohmann::json all = {
+            {"format", 1}, {"language", "XX"}, {"strings", nlohmann::json::object()}};
+        all.update(module);
+        std::ofstream(folder / "CmdTexturerc.dll") << all;
         languages::Select(data, "XX");
     }
     ~Language() { languages::Select(FindInstallation().data, "EN"); }

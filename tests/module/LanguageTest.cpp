@@ -1,8 +1,12 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
 
 #include "hostlib/language/Languages.h"
 #include "hostlib/parameters/ParameterValues.h"
 #include "support/LoadedModule.h"
+#include "support/TemporaryLogon.h"
 
 namespace {
 
@@ -43,6 +47,45 @@ TEST(Language, SwitchesWhileTheModuleIsLoaded) {
     EXPECT_FALSE(label() == english);
     languages::Select(FindInstallation().data, "XX");
     EXPECT_EQ(label(), english) << "English stands in for a language that is not there";
+}
+
+// A language file that cannot be used is named, and English stands in for it; without English there
+// is no module.
+TEST(Language, EnglishStandsInForAnUnusableFile) {
+    struct {
+        const char* contents;
+        const char* problem;
+    } const cases[] = {
+        {"", "cannot be read"},
+        {"{\"format\": 1, \"language\": \"DE\", \"strings\": {\"202\": \"Jal", "is damaged"},
+        {"[1]", "is damaged"},
+        {"{\"language\": \"DE\", \"strings\": {}}", "is damaged"},
+        {"{\"format\": 1, \"language\": \"DE\"}", "is damaged"},
+        {"{\"format\": 1, \"language\": \"DE\", \"strings\": {\"x\": \"y\"}}", "is damaged"},
+        {"{\"format\": 2, \"language\": \"DE\", \"strings\": {}}", "is of format 2, not 1"},
+        {"{\"format\": 1, \"language\": \"EN\", \"strings\": {}}", "is in EN, not in DE"}};
+    const TemporaryLogon folder;
+    SInstallation broken = FindInstallation();
+    const auto english = broken.data / "Languages/EN/CmdTexturerc.dll";
+    for (const auto& [contents, problem] : cases) {
+        broken.data = folder.Folder() / std::to_string(std::hash<std::string>()(contents));
+        const auto file = broken.data / "Languages/DE/CmdTexturerc.dll";
+        std::filesystem::create_directories(file.parent_path());
+        if (*contents) std::ofstream(file) << contents;
+        try {
+            CEffectModule(broken, "DE");
+            ADD_FAILURE() << contents;
+        } catch (const CNException& error) {
+            EXPECT_THAT(error.what(), testing::HasSubstr("Languages/EN/CmdTexturerc.dll"));
+        }
+        std::filesystem::create_directories(broken.data / "Languages/EN");
+        std::filesystem::copy(english, broken.data / "Languages/EN/CmdTexturerc.dll");
+        const CEffectModule module(broken, "DE");
+        EXPECT_EQ(module.LanguageProblem(), file.string() + ": the language file " + problem);
+        EXPECT_EQ(module.CreateCommand("Tiles")->GetResourceData()->GetDisplayName(),
+                  CString(L"Tiles"));
+    }
+    EXPECT_EQ(CEffectModule(FindInstallation(), "DE").LanguageProblem(), "");
 }
 
 TEST(Language, FollowsTheEnvironment) {

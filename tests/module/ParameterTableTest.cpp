@@ -126,7 +126,10 @@ TEST(ParameterTable, FollowsTheRangeScale) {
     } const cases[] = {{50, false, 1000, 10, 100},
                        {50, true, 1500, 15, 150},
                        {33, true, 1330, 13, 133},
-                       {-50, true, 500, 5, 50}};
+                       {-50, true, 500, 5, 50},
+                       {900, true, 10000, 100, 1000},
+                       {INT32_MAX, true, 10000, 100, 1000},  // the host bounds the setting
+                       {-100, true, 10, 0, 1}};
     for (const auto& [percent, on, count, length, density] : cases) {
         SetRangeScale(percent, on);
         auto leather = Parameters(module, "FineLeather");

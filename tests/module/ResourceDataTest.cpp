@@ -4,6 +4,7 @@
 #include "host/commands/IComponentExporter.h"
 #include "plugin/AllCommands.h"
 #include "support/LoadedModule.h"
+#include "support/Pictures.h"
 
 namespace {
 
@@ -95,6 +96,13 @@ TEST(Command, ClonesAreIndependent) {
         ASSERT_FALSE(command->Clone(made.Receive()).Failed());
         auto& clone = dynamic_cast<CCmdEffect&>(*made);
         EXPECT_EQ(clone.ReferenceCount(), 1U);
+        EXPECT_EQ(clone.Clone(nullptr).Code(), TolmErrorCode::UnusableInput);
+        EXPECT_EQ(clone.QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+        EXPECT_EQ(clone.GetResourceData()->PrepareRepository(nullptr, true, nullptr).Code(),
+                  TolmErrorCode::UnusableInput);
+        CRowIteratorBands source = pictures::Noise(ENPixelFormat::Grey8, 9, 9, 1), result;
+        clone.ApplyEffect(nullptr, source, result, nullptr, {}, nullptr).Ignore();
+        EXPECT_EQ(clone.ReferenceCount(), 1U) << name << " survives without a status control";
         EXPECT_EQ(clone.GetAttribute(14), 1);
         EXPECT_EQ(clone.GetResourceData(), command->GetResourceData());
         clone.BoundRepository()->At(0)->SetNumber(77);
@@ -102,6 +110,87 @@ TEST(Command, ClonesAreIndependent) {
         const auto preview = QueryFor<ICommandPreview>(made.Get());
         EXPECT_EQ(preview.Get(), static_cast<ICommandPreview*>(&clone));
         EXPECT_EQ(clone.ReferenceCount(), 2U) << "the second table counts for the whole object";
+    }
+}
+
+// A document of one picture in which commands run.
+struct SBench {
+    SBench(const CRowIteratorBands& picture, CSize canvas) : document(new CDocument(canvas)) {
+        document->SetActiveImage(picture);
+        context = new CExecutionContext(document, {}, nullptr);
+    }
+    TRef<CDocument> document;
+    TRef<CExecutionContext> context;
+};
+
+TEST(Command, UndoGivesBackWhatDoReplaced) {
+    const LoadedModule module;
+    const auto before = pictures::Noise(ENPixelFormat::ColourAlpha16, 20, 15, 1);
+    const SBench bench(before, {20, 15});
+    const auto shown = [&] { return bench.document->GetActiveImage(); };
+    const TRef<CCmdEffect> command = module->CreateCommand("Sandstone");
+    PrepareCommand(*command, bench.context.Get());
+    RunCommand(*command, bench.context.Get()).ThrowIfFailed();
+    const auto after = shown();
+    EXPECT_NE(pictures::Difference(after, before), "");
+    command->Undo(bench.context.Get()).ThrowIfFailed();
+    EXPECT_EQ(pictures::Difference(shown(), before), "");
+    EXPECT_EQ(command->Undo(bench.context.Get()).Code(), TolmErrorCode::UnusableInput);
+    command->Redo(bench.context.Get()).ThrowIfFailed();
+    EXPECT_EQ(pictures::Difference(shown(), after), "");
+}
+
+// Without a repository a command starts from values of its own, which are not always the defaults.
+TEST(Command, StartsFromItsOwnValues) {
+    const std::pair<const char*, std::vector<std::int64_t>> cases[] = {
+        {"Blinds", {0, 0, 0, 0, 0}},
+        {"FineLeather", {30, 40, 0, 40, 4, 250}},
+        {"Fur", {40, 40, 4, 250}},
+        {"PolishedStone", {45, 20, 0xFFFFFF, 145, 15}},
+        {"RoughLeather", {45, 10, 5, 0, 0xFFFFFF, 135, 14}},
+        {"Sandstone", {45, 20, 0xFFFFFF, 80, 13}},
+        {"SoftPlastic", {45, 20, 0, 32, 14}},
+        {"StrawWall", {100, 40, 0x555555, 15, 14, 0, 1}},
+        {"Weave", {0, 0, 0, 0, 0, 0}}};
+    const LoadedModule module;
+    for (const auto& [name, values] : cases) {
+        CRowIteratorBands results[2];
+        TolmErrorCode codes[2];
+        for (const bool prepared : {false, true}) {
+            const SBench bench(pictures::Noise(ENPixelFormat::Colour8, 40, 30, 2), {40, 30});
+            const TRef<CCmdEffect> command = module->CreateCommand(name);
+            if (prepared) PrepareCommand(*command, bench.context.Get());
+            for (std::size_t i = 0; prepared && i < values.size(); ++i) {
+                command->BoundRepository()->At(static_cast<int>(i))->SetNumber(values[i]);
+            }
+            codes[prepared] = RunCommand(*command, bench.context.Get()).Code();
+            results[prepared] = bench.document->GetActiveImage();
+        }
+        EXPECT_EQ(codes[0], codes[1]) << name;
+        EXPECT_EQ(pictures::Difference(results[0], results[1]), "") << name;
+    }
+}
+
+// Textures that count their strokes per image give a preview its share of them, at least one.
+TEST(Command, SmallPreviewsGetAShareOfTheStrokes) {
+    const LoadedModule module;
+    struct {
+        const char* name;
+        int density_at, canvas, density, share;
+    } const cases[] = {{"StrawWall", 3, 40, 15, 15},  {"StrawWall", 3, 80, 15, 7},
+                       {"StrawWall", 3, 4000, 99, 1}, {"Fur", 1, 80, 90, 45},
+                       {"Fur", 1, 30000, 90, 1},      {"Fur", 1, 4, 90, 100}};
+    for (const auto& [name, density_at, canvas, density, share] : cases) {
+        const auto run = [&, at = density_at](CSize size, int strokes) {
+            const SBench bench(pictures::Noise(ENPixelFormat::Grey8, 40, 30, 2), size);
+            const TRef<CCmdEffect> command = module->CreateCommand(name);
+            PrepareCommand(*command, bench.context.Get());
+            command->BoundRepository()->At(at)->SetNumber(strokes);
+            RunCommand(*command, bench.context.Get()).ThrowIfFailed();
+            return bench.document->GetActiveImage();
+        };
+        EXPECT_EQ(pictures::Difference(run({canvas, 3000}, density), run({40, 30}, share)), "")
+            << name << " on a canvas of " << canvas;
     }
 }
 
@@ -115,6 +204,13 @@ TEST(Command, AdjustsTheAreaItIsAskedAbout) {
         CRect rect = asked;
         module->CreateCommand(name)->ModifyRect(rect).ThrowIfFailed();
         EXPECT_EQ(rect, expected) << name;
+        CValidateVector needs;
+        EXPECT_TRUE(module->CreateCommand(name)->SetValidateVector(needs));
+        EXPECT_EQ(needs.size(), name == "Tiles" ? 1U : 0U) << name;
+        for (const SValidateEntry& need : needs) {
+            EXPECT_EQ(std::tuple(need.requirement, need.flags, need.argument),
+                      std::tuple(219, std::array<bool, 4>{}, 0));
+        }
         CRect empty;
         module->CreateCommand(name)->ModifyRect(empty).ThrowIfFailed();
         EXPECT_EQ(empty, CRect{}) << name;
