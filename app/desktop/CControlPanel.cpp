@@ -351,6 +351,7 @@ QToolButton* CControlPanel::MakeReset(int id, const QString& label) {
 }
 
 void CControlPanel::Watch(QWidget* widget, int id) {
+    if (widget->focusPolicy() == Qt::WheelFocus) widget->setFocusPolicy(Qt::StrongFocus);
     if (widget->toolTip().isEmpty()) watched_[widget] = id;
     widget->installEventFilter(this);
 }

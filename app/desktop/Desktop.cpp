@@ -10,6 +10,7 @@
 #include <cstdio>
 
 #include "app/desktop/CDialogWindow.h"
+#include "app/desktop/CModifierWatch.h"
 #include "app/desktop/IDesktop.h"
 #include "app/desktop/Texts.h"
 
@@ -50,6 +51,7 @@ class CDesktop final : public IDesktop {
         if (!qApp) {
             application_ = std::make_unique<QApplication>(argument_count_, arguments_);
         }
+        modifiers_ = std::make_unique<CModifierWatch>(*qApp);
         QApplication::setApplicationDisplayName(Text(EText::Application));
         const QString code = QString::fromStdString(options.language).toLower();
         QLocale::setDefault(QLocale(code));
@@ -86,6 +88,7 @@ class CDesktop final : public IDesktop {
     char name_[11] = "cmdtexture";
     char* arguments_[2] = {name_, nullptr};
     std::unique_ptr<QApplication> application_;
+    std::unique_ptr<CModifierWatch> modifiers_;
     QTranslator qt_texts_;
     QTimer interruption_;
     CToolkit toolkit_;

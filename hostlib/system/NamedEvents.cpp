@@ -4,6 +4,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
@@ -23,6 +24,8 @@
 namespace {
 
 using std::chrono::steady_clock;
+
+constexpr auto kLongestWait = std::chrono::milliseconds(200);
 
 std::filesystem::path EventFolder() { return folders::UserRuntime() / "events"; }
 
@@ -57,14 +60,18 @@ class CLockedFolder {
 
   private:
     // The lock is held for microseconds, unless its holder was stopped: then do without the event
-    // rather than hang.
+    // rather than hang. A decision asks for several events in a row, often on the thread of a
+    // window: whoever has waited in vain once only tries, until a try succeeds.
     static bool Lock(int folder) noexcept {
-        const auto deadline = steady_clock::now() + std::chrono::seconds(2);
+        static std::atomic<bool> waited_in_vain = false;
+        const auto deadline = steady_clock::now() + kLongestWait;
         while (flock(folder, LOCK_EX | LOCK_NB) != 0) {
             const bool busy = errno == EWOULDBLOCK || errno == EINTR;
-            if (!busy || steady_clock::now() > deadline) return false;
+            if (busy && !waited_in_vain && steady_clock::now() > deadline) waited_in_vain = true;
+            if (!busy || waited_in_vain) return false;
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
+        waited_in_vain = false;
         return true;
     }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtTest/qtestspontaneevent.h>
 #include <QTest>
 #include <QTimer>
 #include <filesystem>

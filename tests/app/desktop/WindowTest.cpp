@@ -1,3 +1,4 @@
+#include <tbb/global_control.h>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QClipboard>
@@ -8,13 +9,16 @@
 #include <QScrollArea>
 #include <QSlider>
 #include <QToolButton>
+#include <QWheelEvent>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "DesktopSupport.h"
+#include "app/desktop/CModifierWatch.h"
 #include "app/desktop/CResourceBrowser.h"
 #include "app/desktop/Texts.h"
 #include "app/desktop/Widgets.h"
+#include "host/system/KeyState.h"
 #include "host/windowing/CDialog.h"
 #include "hostlib/parameters/ParameterValues.h"
 #include "support/LoadedModule.h"
@@ -224,15 +228,84 @@ TEST_F(Window, DraggingTheDialStartsNothingStale) {
 TEST_F(Window, ClosingInTheMiddleLeavesNoThread) {
     Session session(*module_.operator->(), "RoughLeather",
                     Photo(ENPixelFormat::Colour8, 3000, 2000));
-    session.Apply();  // the threads of the effect itself, which stay, are there now
+    // Workers that a preview starts bear its name, and stay: let there be none.
+    const tbb::global_control alone(tbb::global_control::max_allowed_parallelism, 1);
     const int before = PreviewThreads();
     const TolmErrorCode end = session.Edit([&](CDialogWindow& window, IDialogModel&) {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return window.Engine().IsBusy(); }));
-        EXPECT_EQ(PreviewThreads(), before + 1);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return PreviewThreads() == before + 1; }));
+        EXPECT_TRUE(window.Engine().IsBusy());
         window.close();
     });
     EXPECT_EQ(end, TolmErrorCode::Cancelled);
     EXPECT_EQ(PreviewThreads(), before);
+}
+
+TEST_F(Window, ModifierKeysReachTheKeyState) {
+    Session session(*module_.operator->(), "Tiles", Photo(ENPixelFormat::Colour8, 60, 40));
+    const CModifierWatch watch(*qApp);
+    session.Edit([](CDialogWindow& window, IDialogModel&) {
+        const struct {
+            Qt::Key key;
+            Qt::KeyboardModifier modifier;
+            int state;
+        } keys[] = {{Qt::Key_Shift, Qt::ShiftModifier, VK_SHIFT},
+                    {Qt::Key_Control, Qt::ControlModifier, VK_CONTROL},
+                    {Qt::Key_Alt, Qt::AltModifier, VK_MENU}};
+        for (const auto& [key, modifier, state] : keys) {
+            QTest::keyPress(window.windowHandle(), key, modifier);
+            for (const auto& other : keys) {
+                EXPECT_EQ(GetKeyState(other.state) < 0, other.state == state) << state;
+            }
+            QTest::keyRelease(window.windowHandle(), key, Qt::NoModifier);
+            EXPECT_EQ(GetKeyState(state), 0);
+        }
+    });
+}
+
+// The wheel over a control that has not the focus scrolls the panel: it takes no focus and changes
+// nothing.
+TEST_F(Window, TheWheelChangesWhatHasTheFocusOnly) {
+    Session session(*module_.operator->(), "Tiles", Photo(ENPixelFormat::Colour8, 60, 40));
+    session.Edit([](CDialogWindow& window, IDialogModel&) {
+        const auto turn = [](QWidget* over) {
+            const QPointF at = over->rect().center();
+            QWheelEvent event(at, over->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, {},
+                              Qt::NoScrollPhase, false);
+            QSpontaneKeyEvent::setSpontaneous(&event);
+            qApp->notify(over, &event);
+        };
+        const auto values = [&] {
+            QStringList all;
+            for (auto* field : window.findChildren<CNumberField*>()) all << field->text();
+            for (auto* dial : window.findChildren<CAngleDial*>()) {
+                all << QString::number(dial->value());
+            }
+            for (auto* list : window.findChildren<QComboBox*>()) all << list->currentText();
+            return all;
+        };
+        auto* fields = window.findChild<QScrollArea*>();
+        window.setFocus();
+        const QStringList before = values();
+        int turned = 0;
+        for (auto* control : fields->findChildren<QWidget*>()) {
+            const bool number = qobject_cast<QAbstractSpinBox*>(control) ||
+                                qobject_cast<QAbstractSlider*>(control) ||
+                                qobject_cast<QComboBox*>(control);
+            if (!number || control->parent() == fields) continue;
+            turn(control);
+            ++turned;
+            EXPECT_EQ(values(), before) << control->objectName().toStdString();
+            EXPECT_FALSE(control->hasFocus());
+        }
+        EXPECT_GT(turned, 20);
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        auto* field = Find<CNumberField>(window, 2955);
+        field->setFocus();
+        ASSERT_TRUE(field->hasFocus());
+        turn(field);
+        EXPECT_NE(values(), before);
+    });
 }
 
 TEST_F(Window, EscapeStopsThePreviewBeforeTheDialog) {

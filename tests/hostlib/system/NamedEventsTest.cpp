@@ -1,13 +1,26 @@
 #include "host/system/NamedEvents.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/syscall.h>
 
 #include <atomic>
 #include <thread>
 
 #include "host/system/DebugOutput.h"
 #include "support/TemporaryLogon.h"
+
+namespace {
+std::atomic<int> g_tries = 0;
+}
+
+// Found before the C library's: counts how often the host tries to lock its folder.
+extern "C" __attribute__((visibility("default"))) int flock(int file, int operation) {
+    g_tries += operation == (LOCK_EX | LOCK_NB);
+    return static_cast<int>(syscall(SYS_flock, file, operation));
+}
 
 namespace {
 
@@ -97,6 +110,22 @@ TEST(NamedEvents, AreRefused) {
     EXPECT_FALSE(CreateEventW(L"A").event);
 }
 
+// Asking for several events while another process keeps the lock waits once, and not at all once
+// the lock is free again.
+TEST(NamedEvents, WaitOnceForAStoppedProcess) {
+    const TemporaryLogon logon;
+    const CEventHandle event = CreateEventW(L"A").event;
+    const int folder = open((logon.Folder() / "cmdtexture/events").c_str(), O_RDONLY);
+    ASSERT_EQ(flock(folder, LOCK_EX), 0);
+    EXPECT_FALSE(OpenEventW(L"A"));
+    EXPECT_GT(g_tries.exchange(0), 3);
+    EXPECT_FALSE(OpenEventW(L"A"));
+    EXPECT_EQ(CreateEventW(L"B").error, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(g_tries.exchange(0), 2) << "one try each";
+    close(folder);
+    EXPECT_TRUE(OpenEventW(L"A"));
+}
+
 // Two handles that both claim to have made the event never exist at once, and an event that is
 // held is always found, whatever others open and close at the same time.
 TEST(NamedEvents, HaveOneMaker) {
@@ -143,6 +172,20 @@ TEST(DebugOutput, KeepsTheLinesOfSeveralProcessesWhole) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(), std::string(5000, 'b')), 100);
     ASSERT_EQ(lines.size(), 201U);
     EXPECT_EQ(lines.back(), "no line feed");
+}
+
+// A pipe whose reader has gone is no reason to end the program.
+TEST(DebugOutput, OutlivesItsReader) {
+    const TemporaryLogon logon;
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    setenv("CMDTEXTURE_DEBUG_OUTPUT", ("/proc/self/fd/" + std::to_string(ends[1])).c_str(), 1);
+    OutputDebugStringW(L"unheard");
+    close(ends[1]);
+    sigset_t pending;
+    sigpending(&pending);
+    EXPECT_FALSE(sigismember(&pending, SIGPIPE));
 }
 
 }  // namespace
