@@ -21,6 +21,7 @@ struct SMaterial {
     PipelineRunner* run;
     Values values;  // of the routine, blur 0
     Values list;    // what they make of the pipeline's list
+    Values most;    // the list's own entries, colours left out, at the values' upper bounds
     int blur_at;    // where the blur stands among the values
     int colour_at;  // from where on the values are colours
     bool refuses;
@@ -34,24 +35,24 @@ COLORREF Colour(int value) { return static_cast<COLORREF>(value); }
 const SMaterial kMaterials[] = {
     {"Sandstone", ROUTINE(ApplySandstone(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]))),
      DefineTransfo1T2, RunTransfo1T2, {360, 0, 80, 13, 0x336699},
-     {0, 1000, 0, 1000, 0, 80, 13, 359, 0x99, 0x66, 0x33}, 1, 4, false, {}, {}},
+     {0, 1000, 0, 1000, 0, 80, 13, 359, 0x99, 0x66, 0x33}, {100, 256, 20, 359}, 1, 4, false, {}, {}},
     {"PolishedStone", ROUTINE(ApplyPolishedStone(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]))),
      DefineTransfo1T5, RunTransfo1T5, {-3, 999, 15, 45, 0xFFFFFF},
-     {0, 1000, 0, 1000, 0, 256, 15, 45, 255, 255, 255}, 0, 4, false, {}, {}},
+     {0, 1000, 0, 1000, 0, 256, 15, 45, 255, 255, 255}, {100, 256, 20, 359}, 0, 4, false, {}, {}},
     {"SoftPlastic", ROUTINE(ApplySoftPlastic(status, from, to, v[0], v[1], v[2], v[3], Colour(v[4]))),
      DefineTransfo1T4, RunTransfo1T4, {0, 14, 32, 45, 0xFF},
-     {0, 1000, 0, 1000, 0, 14, 32, 45, 255, 0, 0}, 0, 4, true, {0, 1, 1, 0}, {100, 100, 128, 359}},
+     {0, 1000, 0, 1000, 0, 14, 32, 45, 255, 0, 0}, {100, 100, 128, 359}, 0, 4, true, {0, 1, 1, 0}, {100, 100, 128, 359}},
     {"RoughLeather", ROUTINE(ApplyRoughLeather(status, from, to, v[0], v[1], v[2], v[3], v[4], Colour(v[5]), Colour(v[6]))),
      DefineTransfo1T7, RunTransfo1T7, {45, 0, 14, 5, 135, 0xFFFFFF, 0x010203},
-     {0, 1000, 0, 1000, 135, 5, 3, 2, 1, 0, 14, 45, 255, 255, 255}, 1, 5, false, {}, {}},
+     {0, 1000, 0, 1000, 135, 5, 3, 2, 1, 0, 14, 45, 255, 255, 255}, {255, 100, 3, 2, 1, 100, 100, 359}, 1, 5, false, {}, {}},
     {"FineLeather", ROUTINE(ApplyFineLeather(status, from, to, v[0], v[1], v[2], v[3], v[4], Colour(v[5]))),
      DefineTransfo1T9, RunTransfo1T9, {30, 0, 7, 99, 250, 0x808080},
-     {-10, 1010, -10, 1010, 0, 7, 20, 250, 30, 128, 128, 128}, 1, 5, false, {}, {}},
+     {-10, 1010, -10, 1010, 0, 7, 20, 250, 30, 128, 128, 128}, {100, 2000, 20, 255, 359}, 1, 5, false, {}, {}},
     {"Fur", ROUTINE(ApplyFur(status, from, to, v[0], v[1], v[2], v[3])),
-     DefineTransfo2T5, RunTransfo2T5, {0, 2, 4, 250}, {1, 999, 1, 999, 0, 2, 4, 250}, 0, 4, false, {}, {}},
+     DefineTransfo2T5, RunTransfo2T5, {0, 2, 4, 250}, {1, 999, 1, 999, 0, 2, 4, 250}, {100, 200, 100, 255}, 0, 4, false, {}, {}},
     {"StrawWall", ROUTINE(ApplyStrawWall(status, from, to, v[0], v[1], v[2], v[3], v[4], v[5], Colour(v[6]))),
      DefineTransfo2T8, RunTransfo2T8, {0, 14, 1, 3, 100, 0, 0x555555},
-     {1, 999, 1, 999, 0, 3, 14, 1, 0, 100, 0x55, 0x55, 0x55}, 0, 6, true,
+     {1, 999, 1, 999, 0, 3, 14, 1, 0, 100, 0x55, 0x55, 0x55}, {100, 100, 20, 40, 255, 359}, 0, 6, true,
      {0, 1, 1, 1, 0, 0}, {100, 20, 40, 100, 359, 255}},
 };
 #undef ROUTINE
@@ -110,18 +111,26 @@ TEST(Pipelines, ListsAreAsTheMaterialsExpect) {
 
 TEST(Materials, FillTheirPipelinesList) {
     for (const SMaterial& material : kMaterials) {
-        CRowIteratorBands source = Noise(ENPixelFormat::Colour8, 25, 18, 1);
-        CRowIteratorBands result, expected;
-        CStatusControl status;
-        ASSERT_FALSE(material.apply(status, source, result, material.values).Failed());
-        CTransformParamList list = material.define();
-        ASSERT_EQ(list.Count(), static_cast<int>(material.list.size())) << material.name;
-        for (int i = 0; i < list.Count(); ++i) {
-            list[i].value = material.list[static_cast<std::size_t>(i)];
+        for (const bool at_most : {false, true}) {
+            Values values = material.values, entries = material.list;
+            for (int i = 0; at_most && i < material.colour_at; ++i) {
+                const auto v = static_cast<std::size_t>(i);
+                values[v] = material.refuses ? material.high[v] : 2147483647;
+            }
+            if (at_most) std::copy(material.most.begin(), material.most.end(), &entries[4]);
+            CRowIteratorBands source = Noise(ENPixelFormat::Colour8, 25, 18, 1);
+            CRowIteratorBands result, expected;
+            CStatusControl status;
+            ASSERT_FALSE(material.apply(status, source, result, values).Failed());
+            CTransformParamList list = material.define();
+            ASSERT_EQ(list.Count(), static_cast<int>(entries.size())) << material.name;
+            for (int i = 0; i < list.Count(); ++i) {
+                list[i].value = entries[static_cast<std::size_t>(i)];
+            }
+            ASSERT_FALSE(material.run(source, expected, list, status).Failed());
+            EXPECT_EQ(Difference(result, expected), "") << material.name << " " << at_most;
+            EXPECT_NE(Difference(result, source), "") << material.name;
         }
-        ASSERT_FALSE(material.run(source, expected, list, status).Failed());
-        EXPECT_EQ(Difference(result, expected), "") << material.name;
-        EXPECT_NE(Difference(result, source), "") << material.name;
     }
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "Transforms.h"
 
 namespace {
@@ -53,58 +55,163 @@ TEST(SoftLine, WeightsOfASteepLine) {
     }
 }
 
-TEST(SoftLine, WeightsOfFlatLinesAndPoints) {
-    struct {
-        int x0, x1, transparency;
-        int core, side;                     // weights
-    } const cases[] = {{1, 11, 0, 0, 165},  // 5120 / (30 + 1)
-                       {11, 1, 0, 0, 165},  // either way round
-                       {1, 11, 60, 60, 225},   {1, 11, 200, 200, 255},
-                       {1, 11, 300, 255, 255}, {5, 5, 90, 90, 90},  // a point
-                       {5, 5, -7, 0, 0}};
-    for (const auto& c : cases) {
-        TCanvas<CTangentPipes> canvas(Even16(13, 5));
-        canvas.pen.DrawAALineGrey(c.x0, 2, c.x1, 2, 0, c.transparency);
-        for (int x = 0; x < 13; ++x) {
-            const bool on = x >= std::min(c.x0, c.x1) && x <= std::max(c.x0, c.x1);
-            EXPECT_EQ(Sample(canvas.image, x, 2, 0), on ? 100 * c.core : 25600) << x;
-            EXPECT_EQ(Sample(canvas.image, x, 1, 0), on ? 100 * c.side : 25600) << x;
-            EXPECT_EQ(Sample(canvas.image, x, 3, 0), on ? 100 * c.side : 25600) << x;
-            EXPECT_EQ(Sample(canvas.image, x, 4, 0), 25600) << x;
+// What the rules of the strokes come to, worked out in closed form on plain numbers: the answer
+// that the transforms' pictures must equal.
+struct SDrawing {
+    explicit SDrawing(const CRowIteratorBands& picture)
+        : format(picture.GetPixelFormat()),
+          width(picture.GetWidth()),
+          height(picture.GetHeight()),
+          samples(transforms::Samples(picture)) {}
+    CRowIteratorBands Picture() const { return transforms::Picture(format, width, samples); }
+    int& At(CPoint p, int c) {
+        return samples[static_cast<std::size_t>((p.y * width + p.x) * format.Channels() + c)];
+    }
+    Values ColourOf(CPoint p) {
+        Values colour;
+        for (int c = 0; c < format.ColourChannels(); ++c) colour.push_back(At(p, c));
+        return colour;
+    }
+    void Blend(CPoint p, const Values& colour, int weight) {
+        if (p.x < 0 || p.x >= width || p.y < 0 || p.y >= height) return;
+        for (int c = 0; c < format.ColourChannels(); ++c) {
+            const int towards = colour[static_cast<std::size_t>(c)];
+            At(p, c) = (((At(p, c) - towards) * weight) >> 8) + towards;
         }
     }
+    // Every pixel on the way from a to b: its place, the direction across, and how far the way is
+    // off it, in 1/(2 * longer side). On ties the way goes aside at once, or not yet.
+    template <class Visit>
+    static void Walk(CPoint a, CPoint b, bool aside_on_ties, Visit&& visit) {
+        const int adx = std::abs(b.x - a.x), ady = std::abs(b.y - a.y);
+        const int sx = b.x < a.x ? -1 : 1, sy = b.y < a.y ? -1 : 1;
+        const int longer = std::max(adx, ady), shorter = std::min(adx, ady);
+        for (int i = 0; i <= longer; ++i) {
+            const int tie = aside_on_ties ? 0 : 1;
+            const int aside = longer ? (2 * shorter * i + longer - tie) / (2 * longer) : 0;
+            const int off = 2 * (shorter * i - longer * aside);
+            if (adx < ady) visit(CPoint{a.x + sx * aside, a.y + sy * i}, CPoint{sx, 0}, off);
+            if (adx >= ady) visit(CPoint{a.x + sx * i, a.y + sy * aside}, CPoint{0, sy}, off);
+        }
+    }
+    static CPoint Within(CPoint p, const CRect& r) {
+        return {std::min(std::max(p.x, r.left), r.right), std::min(std::max(p.y, r.top), r.bottom)};
+    }
+    void SoftLine(CPoint from, CPoint to, const Values& colour, int transparency) {
+        const CPoint a = Within(from, {0, 0, width - 1, height - 1});
+        const CPoint b = Within(to, {0, 0, width - 1, height - 1});
+        const int dx = std::abs(b.x - a.x), dy = std::abs(b.y - a.y);
+        const int length3 = static_cast<int>(std::sqrt(dx * dx + dy * dy) * 3);
+        const int side = dx < dy ? dy * 512 / length3 : dx * 512 / (length3 + 1);
+        const auto weight = [&](int distance) {
+            return std::clamp(std::min(std::abs(distance), 256) + transparency, 0, 255);
+        };
+        Walk(a, b, true, [&](CPoint p, CPoint across, int off) {
+            const int d = off * 256 / std::max(length3, 1);
+            Blend({p.x - across.x, p.y - across.y}, colour, weight(d + side));
+            Blend(p, colour, weight(d));
+            Blend({p.x + across.x, p.y + across.y}, colour, weight(side - d));
+        });
+    }
+    void Pipe(CPoint a, CPoint b, int strands, Values shade, int transparency) {
+        const double ax = b.x - a.x, ay = b.y - a.y;
+        const double length = ax == 0 && ay == 0 ? 1 : std::sqrt(ay * ay + ax * ax);
+        const int white = format.Is16bit() ? 65535 : 255;
+        for (int i = -strands; i <= strands; ++i) {
+            for (int& s : shade) {
+                s = std::clamp(3 * (strands * s) / 2 / (std::abs(i) + strands), 0, white);
+            }
+            const auto aside = [&](CPoint p) {
+                return CPoint{static_cast<int>(p.x - i * (ay / length)),
+                              static_cast<int>(p.y + i * (ax / length))};
+            };
+            SoftLine(aside(a), aside(b), shade, transparency);
+        }
+    }
+    // The strokes of a field: hairs of half a length, or pipes with strands on either side. They
+    // keep off the last column and row.
+    void Field(int count, int half, int strands, int transparency) {
+        SDrawing source = *this;
+        CRuntimeRandom random(0);
+        const auto brightness = [&](CPoint p) {
+            int sum = 0;
+            for (const int s : source.ColourOf(p)) sum += format.ColourChannels() == 1 ? 3 * s : s;
+            return format.Is16bit() ? sum >> 8 : sum;
+        };
+        for (int stroke = 0; stroke < count; ++stroke) {
+            const int x = random.Next() % (width - 1), y = random.Next() % (height - 1);
+            const int gx = brightness({x + 1, y}) - brightness({x, y});
+            const int gy = brightness({x, y + 1}) - brightness({x, y});
+            const double steepness = gx || gy ? std::sqrt(gx * gx + gy * gy) : 1;
+            const Values colour = source.ColourOf({x, y});
+            const int along = static_cast<int>(half * gx / steepness);
+            const int down = static_cast<int>(half * gy / steepness);
+            if (strands == 0) {
+                SoftLine({x + along, y + down}, {x - along, y - down}, colour, transparency);
+            } else {
+                Pipe({x - down, y + along}, {x + down, y - along}, strands, colour, transparency);
+            }
+        }
+    }
+    // A thousand walks in black; in colour they may reach the edge, whose colour they leave it in.
+    void Furrows(int segments, int length, int transparency) {
+        SDrawing source = *this;
+        CRuntimeRandom random(0);
+        const bool grey = format.ColourChannels() == 1;
+        const CRect edge{0, 0, width - 1, height - 1};
+        const CRect limits = grey ? CRect{3, 3, width - 3, height - 3} : edge;
+        for (int stroke = 0; stroke < 1000; ++stroke) {
+            const int x = random.Next() % width, y = random.Next() % height;
+            CPoint from = Within({x, y}, limits);
+            int turned = random.Next() % 6000;
+            for (int segment = 0; segment < segments; ++segment) {
+                const double angle = turned * 3.1415926 / 3000;
+                const CPoint to = Within({static_cast<int>(std::cos(angle) * length) + from.x,
+                                          static_cast<int>(std::sin(angle) * length) + from.y},
+                                         limits);
+                const bool at_edge =
+                    from.x == 0 || from.x == width - 1 || from.y == 0 || from.y == height - 1;
+                const Values colour = at_edge && !grey ? source.ColourOf(from) : Values(3, 0);
+                Walk(Within(from, edge), Within(to, edge), false,
+                     [&](CPoint p, CPoint, int) { Blend(p, colour, transparency); });
+                from = to;
+                turned += random.Next() % 2000 - 1000;
+            }
+        }
+    }
+
+    CNPixelFormat format;
+    int width, height;
+    Values samples;
+};
+
+CRowIteratorBands Small(CNPixelFormat format) {
+    return pictures::Tight(pictures::Noise(format, 16, 12, 7));
 }
 
-// Points outside are clamped into the image, which bends the line; flanks outside are left out; the
-// four layouts draw the same line into their own samples.
-TEST(SoftLine, LayoutsAgreeAndStayInside) {
-    const int lines[][4] = {{-5, 3, 20, 3}, {0, 0, 0, 99}, {8, -4, 8, 99}, {-9, -9, -9, -9},
-                            {0, 7, 7, 0},   {3, 1, 1, 6},  {8, 8, 0, 1},   {4, 8, 4, 8}};
-    for (const bool deep : {false, true}) {
-        CRowIteratorBands pictures_of[5];
-        for (int n = 1; n <= 4; ++n) {
-            TCanvas<CTangentPipes> canvas(pictures::Tight(pictures::Make(
-                CNPixelFormat::Of(n, deep), 9, 9, [](int x, int y, int) { return 9 * x + y; })));
+// Lines of every slope and direction between points inside and outside, which are clamped into the
+// image; flanks outside are left out, and so is alpha.
+TEST(SoftLine, OfEverySlope) {
+    const CPoint points[] = {{-3, 5}, {0, 0},  {15, 11}, {7, 5}, {8, 7}, {2, 11},
+                             {12, 1}, {40, 6}, {7, -9},  {3, 4}, {14, 9}};
+    for (const ENPixelFormat format : pictures::kAllFormats) {
+        for (const int transparency : {0, 90, 255, 300, -7}) {
+            TCanvas<CTangentPipes> canvas(Small(format));
             CTangentPipes& pen = canvas.pen;
-            for (const auto& [x0, y0, x1, y1] : lines) {
-                if (n == 1) pen.DrawAALineGrey(x0, y0, x1, y1, 200, 30);
-                if (n == 2) pen.DrawAALineGreyAlpha(x0, y0, x1, y1, 200, 30);
-                if (n == 3) pen.DrawAALineRGB(x0, y0, x1, y1, 200, 201, 202, 30);
-                if (n == 4) pen.DrawAALineRGBA(x0, y0, x1, y1, 200, 201, 202, 30);
+            SDrawing expected(Small(format));
+            for (const CPoint& a : points) {
+                for (const CPoint& b : points) {
+                    const int n = CNPixelFormat(format).Channels(), t = transparency;
+                    if (n == 1) pen.DrawAALineGrey(a.x, a.y, b.x, b.y, 200, t);
+                    if (n == 2) pen.DrawAALineGreyAlpha(a.x, a.y, b.x, b.y, 200, t);
+                    if (n == 3) pen.DrawAALineRGB(a.x, a.y, b.x, b.y, 30, 90, 200, t);
+                    if (n == 4) pen.DrawAALineRGBA(a.x, a.y, b.x, b.y, 30, 90, 200, t);
+                    expected.SoftLine(a, b, {200, 90, 30}, t);
+                    ASSERT_EQ(Difference(canvas.image, expected.Picture()), "")
+                        << a.x << ", " << a.y << " to " << b.x << ", " << b.y << " " << t;
+                }
             }
-            pictures_of[n] = canvas.image;
         }
-        for (int i = 0; i < 81; ++i) {
-            const int x = i % 9, y = i / 9, grey = Sample(pictures_of[1], x, y, 0);
-            EXPECT_EQ(Sample(pictures_of[2], x, y, 0), grey);
-            EXPECT_EQ(Sample(pictures_of[2], x, y, 1), 9 * x + y) << "alpha";
-            EXPECT_EQ(Sample(pictures_of[3], x, y, 2), grey) << "red";
-            for (int c = 0; c < 3; ++c) {
-                EXPECT_EQ(Sample(pictures_of[3], x, y, c), Sample(pictures_of[4], x, y, c));
-            }
-            EXPECT_EQ(Sample(pictures_of[4], x, y, 3), 9 * x + y) << "alpha";
-        }
-        EXPECT_NE(Sample(pictures_of[3], 4, 3, 0), Sample(pictures_of[3], 4, 3, 2));
     }
 }
 
@@ -131,103 +238,32 @@ TEST(Pipe, ShadesFollowFromStrandToStrand) {
     }
 }
 
-// On a ramp of columns every gradient points right with the same strength, except in the last
-// column, where it is nothing: the strokes are known but for their places, which the generator
-// gives.
+// The whole field on a small picture: places, directions, colours and the order of strokes.
 TEST(Strokes, LieAlongAndAcrossTheGradient) {
-    constexpr int kWidth = 40, kHeight = 30;
+    const int inside[] = {1, 999, 1, 999};
     for (const ENPixelFormat format : pictures::kAllFormats) {
-        const bool deep = CNPixelFormat(format).Is16bit();
-        const auto ramp = [&](int x, int, int) { return deep ? 512 * x + 77 : 2 * x; };
-        const CRowIteratorBands source = pictures::Make(format, kWidth, kHeight, ramp);
-        for (const bool pipes : {false, true}) {
-            TCanvas<CTangentPipes> canvas(source);
-            CRuntimeRandom random(0);
-            const auto draw = [&](int x0, int y0, int x1, int y1, int value) {
-                const int n = CNPixelFormat(format).Channels();
-                CTangentPipes& pen = canvas.pen;
-                if (n == 1 && pipes) pen.DrawPipeGrey(x0, y0, x1, y1, 2, value, 40);
-                if (n == 2 && pipes) pen.DrawPipeGreyAlpha(x0, y0, x1, y1, 2, value, 40);
-                if (n == 3 && pipes) pen.DrawPipeRGB(x0, y0, x1, y1, 2, value, value, value, 40);
-                if (n == 4 && pipes) pen.DrawPipeRGBA(x0, y0, x1, y1, 2, value, value, value, 40);
-                if (n == 1 && !pipes) pen.DrawAALineGrey(x0, y0, x1, y1, value, 40);
-                if (n == 2 && !pipes) pen.DrawAALineGreyAlpha(x0, y0, x1, y1, value, 40);
-                if (n == 3 && !pipes) pen.DrawAALineRGB(x0, y0, x1, y1, value, value, value, 40);
-                if (n == 4 && !pipes) pen.DrawAALineRGBA(x0, y0, x1, y1, value, value, value, 40);
-            };
-            for (int i = 0; i < 640; ++i) {
-                const int x = random.Next() % kWidth;
-                const int y = random.Next() % kHeight;
-                const int reach = x == kWidth - 1 ? 0 : 7;
-                if (pipes) draw(x, y + reach, x, y - reach, ramp(x, 0, 0));
-                if (!pipes) draw(x + reach, y, x - reach, y, ramp(x, 0, 0));
-            }
-            const CRowIteratorBands result =
-                pipes ? transforms::Apply<CTangentPipes>(source, {2, 7, 2, 40})
-                      : transforms::Apply<CCotangentLines>(source, {2, 7, 40});
-            EXPECT_EQ(Difference(result, canvas.image), "") << (pipes ? "pipes" : "hairs");
-        }
+        SDrawing hairs(Small(format)), pipes(Small(format));
+        hairs.Field(640, 7, 0, 40);
+        pipes.Field(320, 4, 2, 40);
+        EXPECT_EQ(Difference(transforms::Apply<CCotangentLines>(Small(format), {2, 7, 40}, inside),
+                             hairs.Picture()),
+                  "");
+        EXPECT_EQ(Difference(transforms::Apply<CTangentPipes>(Small(format), {1, 4, 2, 40}, inside),
+                             pipes.Picture()),
+                  "");
     }
 }
 
-// The first stroke alone: the generator's first numbers are 38, 7719 and 21238, so that it starts
-// at (38, 19) and walks by cos and sin of 3238 / 3000 pi times 10.
-TEST(Gaps, FirstSegmentOfTheFirstStroke) {
-    const CPoint expected[] = {{38, 19}, {37, 19}, {36, 19}, {35, 18}, {34, 18},
-                               {33, 18}, {32, 18}, {31, 17}, {30, 17}, {29, 17}};
+TEST(Gaps, WalkFromTurnToTurn) {
     for (const ENPixelFormat format : pictures::kAllFormats) {
-        const int white = CNPixelFormat(format).Is16bit() ? 65535 : 255;
-        const auto even = [&](int, int, int) { return white; };
-        CRowIteratorBands source = pictures::Make(format, 100, 100, even);
-        CRowIteratorBands result;
-        CGaps transform;
-        Fill(transform, {1, 10, 127});
-        pictures::CountingSink sink(2);
-        CStatusControl status(&sink);
-        transform.SetStatus(&status);
-        transform.SetImages(&source, &result);
-        EXPECT_EQ(transform.Run().Code(), TolmErrorCode::Cancelled);
-        for (const CPoint& p : expected) {
-            const int colour_channels = CNPixelFormat(format).ColourChannels();
-            for (int c = 0; c < CNPixelFormat(format).Channels(); ++c) {
-                const int drawn = (white * 127) >> 8;
-                EXPECT_EQ(Sample(result, p.x, p.y, c), c < colour_channels ? drawn : white);
-                pictures::SetSample(result, p.x, p.y, c, white);
-            }
+        for (const int segments : {1, 2, 5}) {
+            SDrawing expected(Small(format));
+            expected.Furrows(segments, 4, 250);
+            EXPECT_EQ(Difference(transforms::Apply<CGaps>(Small(format), {segments, 4, 250}),
+                                 expected.Picture()),
+                      "")
+                << segments << " segments";
         }
-        EXPECT_EQ(Difference(result, source), "") << "nothing else is drawn";
-    }
-}
-
-TEST(Gaps, GreyImagesKeepTheirMargin) {
-    const CRowIteratorBands source = pictures::Noise(ENPixelFormat::GreyAlpha8, 30, 20, 8);
-    const CRowIteratorBands result = transforms::Apply<CGaps>(source, {40, 10, 0});
-    int drawn = 0;
-    for (int i = 0; i < 600; ++i) {
-        const int x = i % 30, y = i / 30;
-        const bool margin = x < 3 || x > 27 || y < 3 || y > 17;
-        drawn += Sample(result, x, y, 0) == 0;
-        EXPECT_TRUE(!margin || Sample(result, x, y, 0) == Sample(source, x, y, 0))
-            << x << ", " << y;
-        EXPECT_EQ(Sample(result, x, y, 1), Sample(source, x, y, 1)) << "alpha";
-    }
-    EXPECT_GT(drawn, 300);
-}
-
-TEST(Gaps, SegmentsLeaveTheEdgeInItsColour) {
-    // One pixel wide, every point lies on the edge: segments take the colour of their start.
-    const CRowIteratorBands source = pictures::Noise(ENPixelFormat::Colour8, 1, 9, 3);
-    const CRowIteratorBands result = transforms::Apply<CGaps>(source, {3, 1, 0});
-    for (int y = 0; y < 9; ++y) {
-        bool found = false;
-        for (int from = 0; from < 9; ++from) {
-            bool equal = true;
-            for (int c = 0; c < 3; ++c) {
-                equal = equal && Sample(result, 0, y, c) == Sample(source, 0, from, c);
-            }
-            found = found || equal;
-        }
-        EXPECT_TRUE(found) << "row " << y << " has the colour of no source pixel";
     }
 }
 

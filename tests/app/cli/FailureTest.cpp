@@ -15,6 +15,8 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
         program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour8, 20, 20, 1));
     const std::string other =
         program.WriteImage("other.png", pictures::Noise(ENPixelFormat::Grey8, 5, 5, 1));
+    const std::string thin =
+        program.WriteImage("thin.png", pictures::Noise(ENPixelFormat::Grey8, 1, 9, 1));
     program.WriteText("empty.png", "");
     program.WriteText("text.png", "this is no picture");
     program.WriteText("cut.png", program.Read("in.png").substr(0, 300));
@@ -52,7 +54,11 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
         {{"apply", "Blinds", in, "-o", out, "--preset", path("list.json")}, 2, "object"},
         {{"apply", "Blinds", in, "-o", out, "--preset", path("foreign.json")}, 2, "Angle"},
         {{"apply", "Blinds", in, "-o", out, "--canvas", "10"}, 2, "WxH"},
+        {{"apply", "Blinds", in, "-o", out, "--canvas", "10x20x"}, 2, "WxH"},
         {{"apply", "Blinds", in, "-o", out, "--at", "1;2"}, 2, "X,Y"},
+        {{"apply", "Blinds", in, "-o", out, "--at", "10,20junk"}, 2, "X,Y"},
+        {{"apply", "Weave", thin, "-o", out}, 7, "GapWidth"},
+        {{"apply", "StrawWall", in, "-o", out, "--canvas", "1x1"}, 7, "Density"},
         {{"apply", "Blinds", in, "-o", out, "--mask", other}, 2, "20 x 20"},
         {{"apply", "Blinds", in, "-o", out, "--language", "XX"}, 2, "EN"},
         {{"apply", "Blinds", in, "-o", path("out.xyz")}, 2, "xyz"},

@@ -40,7 +40,7 @@ TEST(RoundTrip, LossyKindsSayWhatTheyDo) {
         const CNPixelFormat format = code;
         const CRowIteratorBands before = pictures::Make(code, 48, 40, [&](int x, int y, int c) {
             const int value = x + 2 * y + 20 * c;
-            return format.Is16bit() ? value * 257 + (x + y) % 100 : value;
+            return format.Is16bit() ? value * 257 + (37 * x + 11 * y) % 257 : value;
         });
         for (const bool is_jpeg : {true, false}) {
             const bool keeps_alpha = format.IsAlphaChannelPresent() && !is_jpeg;
@@ -158,8 +158,8 @@ TEST(RoundTrip, ReportsProgressAndStops) {
         for (const pictures::CountingSink* sink : {&writing, &reading}) {
             EXPECT_EQ(sink->Last(), 1.0) << name;
             EXPECT_FALSE(sink->EverFell()) << name;
-            EXPECT_GE(sink->Calls(), 2) << name;
         }
+        EXPECT_GE(reading.Calls(), 2) << name << "; how often an encoder tells is its own affair";
         for (const double at : {0.0, 0.01, 1.0}) {
             const Folder empty;
             StoppingSink sink(at);

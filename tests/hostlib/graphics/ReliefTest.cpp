@@ -152,6 +152,31 @@ TEST(Relief, EmbossingDoesNotShiftColours) {
     EXPECT_GT(bright, 500);
 }
 
+// The shinier a dome, the smaller its highlight: the part that shines at least half as much as the
+// brightest point.
+TEST(Relief, ShineNarrowsTheHighlight) {
+    const CRowIteratorBands source = Even(ENPixelFormat::Grey16, 33, 33, 2);
+    const CRowIteratorBands dome = Make(ENPixelFormat::Grey16, 35, 35, [](int x, int y, int) {
+        return 60000 - 40 * ((x - 17) * (x - 17) + (y - 17) * (y - 17));
+    });
+    const auto shining = [&](int shininess) {
+        SReliefSettings relief;
+        relief.depth = 100;
+        relief.shininess = 0;
+        const CRowIteratorBands matt = Bumped(relief, source, dome);
+        relief.shininess = shininess;
+        const CRowIteratorBands shiny = Bumped(relief, source, dome);
+        std::vector<int> shine;
+        for (int i = 0; i < 33 * 33; ++i) {
+            shine.push_back(Sample(shiny, i % 33, i / 33, 0) - Sample(matt, i % 33, i / 33, 0));
+        }
+        const int half = *std::max_element(shine.begin(), shine.end()) / 2;
+        EXPECT_GT(half, 500);
+        return std::count_if(shine.begin(), shine.end(), [&](int s) { return s >= half; });
+    };
+    EXPECT_GT(shining(10), 2 * shining(100));
+}
+
 CRowIteratorBands Tiled(const CTilesSettings& settings, const CRowIteratorBands& source) {
     CRowIteratorBands made;
     CIoTilesEffect effect(settings);
