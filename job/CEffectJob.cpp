@@ -34,6 +34,7 @@ std::filesystem::path PresetFile(const std::string& effect, const std::string& p
 // The reason of a run that failed.
 CJobError ErrorOf(const std::string& name, const CErrorAutoThrow& error) {
     if (error.Code() == TolmErrorCode::Cancelled) return {EJobFault::Cancelled, "cancelled"};
+    if (error.Code() == TolmErrorCode::ScratchFailed) return {EJobFault::Scratch, error.Text()};
     const std::string reason = *error.Text() ? fmt::format(": {}", error.Text()) : "";
     return {EJobFault::Effect,
             fmt::format("{} failed with error {}{}", name, static_cast<int>(error.Code()), reason)};

@@ -17,6 +17,7 @@ enum class EJobFault {
     Effect,           // the effect reported an error
     Cancelled,        // the progress sink asked to stop
     Memory,           // there is not enough memory
+    Scratch,          // there is no room on the disk for the pixels that memory does not hold
     Fault,            // a fault of this system
 };
 

@@ -5,9 +5,11 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "app/cli/CliError.h"
 #include "app/cli/Options.h"
+#include "hostlib/graphics/PixelBudget.h"
 
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
     command.add_option("IN", options.input.file, "Image to read: PNG, JPEG, TIFF or WebP")
@@ -32,12 +34,25 @@ void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
         .add_option("--max-pixels", options.input.max_pixels,
                     "Refuse larger inputs before decoding them")
         ->capture_default_str();
+    command
+        .add_option("--max-memory", options.max_memory,
+                    "Keep at most so many bytes of pixels in memory (1G, 512M), others on the disk")
+        ->transform(CLI::AsSizeValue(false))
+        ->type_name("SIZE");
+    command
+        .add_option("--scratch", options.scratch,
+                    "Folder for pixels that --max-memory keeps out of memory; default: TMPDIR, "
+                    "or else /var/tmp")
+        ->type_name("DIR");
     AddLibraryOption(command, options.resources);
 }
 
 void CheckDocumentOptions(const SDocumentOptions& options) {
     if (!options.canvas.empty()) ParseSize(options.canvas, "--canvas");
     if (!options.at.empty()) ParsePlace(options.at, "--at");
+    if (!options.scratch.empty() && !std::filesystem::is_directory(options.scratch)) {
+        throw CCliError(EExit::Usage, fmt::format("--scratch {}: no such folder", options.scratch));
+    }
 }
 
 CSize CanvasOf(const SDocumentOptions& options, CSize picture) {
@@ -45,6 +60,7 @@ CSize CanvasOf(const SDocumentOptions& options, CSize picture) {
 }
 
 SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress) {
+    if (options.max_memory > 0) SetPixelBudget({options.max_memory, options.scratch});
     SPictures pictures;
     pictures.input = ReadPicture(options.input, progress);
     CRowIteratorBands& pixels = pictures.input.pixels;

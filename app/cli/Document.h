@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,8 @@ struct SDocumentOptions {
     SInputOptions input;
     std::string mask, canvas, at;
     std::vector<std::string> resources;
+    std::uint64_t max_memory = 0;  // bytes of pixels kept in memory; 0: as many as there are
+    std::string scratch;           // the folder for the others
 };
 
 // IN, --mask, --canvas, --at, --lenient, --page, --convert, --max-pixels and --resources.

@@ -19,6 +19,7 @@ EExit ExitOf(EJobFault fault) {
         case EJobFault::Unreadable:
             return EExit::Unreadable;
         case EJobFault::Resource:
+        case EJobFault::Scratch:
             return EExit::Output;
         case EJobFault::NotLoaded:
         case EJobFault::Effect:

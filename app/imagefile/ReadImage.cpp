@@ -246,7 +246,11 @@ void CImageReader::JudgeComplaints() {
 
 void CImageReader::Decode() {
     const auto [width, height] = header_.size;
-    if (result_.pixels.Create(width, height, header_.format).Failed()) {
+    const CErrorAutoThrow created = result_.pixels.Create(width, height, header_.format);
+    if (created.Code() == TolmErrorCode::ScratchFailed) {
+        Fail(ENFault::Output, std::string("cannot be kept: ") + created.Text());
+    }
+    if (created.Failed()) {
         Fail(ENFault::Limit,
              "has " +
                  SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +

@@ -15,6 +15,7 @@ enum class TolmErrorCode : int {
     NotAvailable = 103,   // the operation does not exist here
     NotFound = 104,       // a name that nothing is stored under
     ReadFailed = 105,     // a file or store could not be read
+    ScratchFailed = 106,  // the folder for what memory does not hold has no room, or is none
 };
 
 // An error on its way: thrown inside an operation, returned inside a CErrorAutoThrow. `what()` is

@@ -7,10 +7,12 @@
 
 #include "host/graphics/CNPixelFormat.h"
 
-// The memory of one image: its own, rows aligned to cache lines, or somebody else's.
+// The memory of one image: its own, rows aligned to cache lines, in memory or beyond the budget
+// (PixelBudget.h) in a file; or somebody else's.
 class CPixelStore {
   public:
-    // Null when the size is not positive, does not fit, or the memory cannot be had.
+    // Null when the size is not positive, does not fit, or the memory cannot be had. Throws error
+    // 106 when the file's space cannot be had.
     static std::shared_ptr<CPixelStore> Allocate(int width, int height, CNPixelFormat format);
     static std::shared_ptr<CPixelStore> Borrow(void* pixels, std::ptrdiff_t stride,
                                                std::function<void()> release);

@@ -48,6 +48,15 @@ TEST_F(Apply, BlindsGiveTheirWorkedValues) {
     }
 }
 
+TEST_F(Apply, PixelsOnTheDiskAreTheSame) {
+    program_.WriteImage("in.png", Noise(ENPixelFormat::Colour8, 701, 604, 5));
+    for (const std::string& effect : kEffects) {
+        Run(effect, {}, "in.png", "memory.png");
+        Run(effect, {"--max-memory", "1K", "--scratch", program_.Path(".")}, "in.png", "disk.png");
+        EXPECT_EQ(program_.Read("memory.png"), program_.Read("disk.png")) << effect;
+    }
+}
+
 // A cut-out placed on the canvas comes out as that part of the whole.
 TEST_F(Apply, PatternsAreAnchoredToTheCanvas) {
     const auto whole = Noise(ENPixelFormat::Colour8, 60, 50, 3);

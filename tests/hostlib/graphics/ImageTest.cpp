@@ -1,5 +1,14 @@
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "hostlib/graphics/PixelBudget.h"
 #include "support/Pictures.h"
 
 namespace {
@@ -102,6 +111,57 @@ TEST(Image, ConsumeMovesThePixels) {
     taken.Consume(source);
     EXPECT_FALSE(source.IsAttached());
     EXPECT_EQ(taken.GetRect(), (CRect{4, -2, 7, 0}));
+}
+
+// Whether the row lies in memory of a file that was made in the folder and has no name any more.
+bool LiesInScratch(const CRowIteratorBands& image, const std::filesystem::path& folder) {
+    const auto at = reinterpret_cast<std::uintptr_t>(image.Row<std::uint8_t>(0));
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        std::uintptr_t first = 0, last = 0;
+        if (std::sscanf(line.c_str(), "%lx-%lx", &first, &last) != 2) continue;
+        if (at < first || at >= last) continue;
+        return line.find(folder.string() + "/") != std::string::npos && line.ends_with("(deleted)");
+    }
+    return false;
+}
+
+TEST(PixelBudget, WhatMemoryMayNotHoldLiesInFilesWithoutNames) {
+    const std::filesystem::path folder =
+        std::filesystem::path(::testing::TempDir()) / ("scratch-" + std::to_string(getpid()));
+    std::filesystem::create_directory(folder);
+    constexpr int kSide = 1024;  // of 3 MB, of which the budget holds one
+    SetPixelBudget({4 << 20, folder});
+    CRowIteratorBands kept = Noise(ENPixelFormat::Colour8, kSide, kSide, 1);
+    const CRowIteratorBands moved = Noise(ENPixelFormat::Colour8, kSide, kSide, 1);
+    EXPECT_FALSE(LiesInScratch(kept, folder));
+    EXPECT_TRUE(LiesInScratch(moved, folder));
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    EXPECT_EQ(Difference(kept, moved), "");
+    CRowIteratorBands small = Noise(ENPixelFormat::Grey8, 9, 9, 1);
+    EXPECT_FALSE(LiesInScratch(small, folder)) << "a small image is not worth a file";
+    kept.Destroy();
+    EXPECT_FALSE(LiesInScratch(Noise(ENPixelFormat::Colour8, kSide, kSide, 1), folder))
+        << "what is gone makes room";
+
+    // A disk that is full is met when the image is made.
+    rlimit unlimited{};
+    getrlimit(RLIMIT_FSIZE, &unlimited);
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{1 << 20, unlimited.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    SetPixelBudget({0, folder});
+    CRowIteratorBands none;
+    const CErrorAutoThrow full = none.Create(kSide, kSide, ENPixelFormat::Colour8);
+    setrlimit(RLIMIT_FSIZE, &unlimited);
+    signal(SIGXFSZ, handler);
+    EXPECT_EQ(full.Code(), TolmErrorCode::ScratchFailed) << full.Text();
+    EXPECT_FALSE(none.IsAttached());
+    SetPixelBudget({0, folder / "absent"});
+    EXPECT_EQ(none.Create(kSide, kSide, ENPixelFormat::Colour8).Code(),
+              TolmErrorCode::ScratchFailed);
+    SetPixelBudget({});
+    std::filesystem::remove(folder);
 }
 
 TEST(Random, FollowsTheKnownSequence) {
