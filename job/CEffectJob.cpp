@@ -19,6 +19,10 @@ auto WithJobErrors(Operation&& operation) {
     } catch (const parameters::CRefused& refused) {
         throw CJobError(EJobFault::Refused, refused.what(), refused.Hint());
     } catch (const CNException& error) {
+        if (error.Code() == TolmErrorCode::UnusableInput) {
+            throw CJobError(EJobFault::Refused, error.what(),
+                            "a name has no slash and no dot at its beginning");
+        }
         throw CJobError(EJobFault::Preset, error.what());
     }
 }
@@ -26,7 +30,8 @@ auto WithJobErrors(Operation&& operation) {
 // A file, whatever its name; otherwise the preset of the name, if there is one.
 std::filesystem::path PresetFile(const std::string& effect, const std::string& preset) {
     std::error_code none;
-    if (std::filesystem::exists(preset, none)) return preset;
+    // A folder that happens to have a preset's name does not hide it.
+    if (std::filesystem::is_regular_file(preset, none)) return preset;
     const std::optional<presets::SPreset> found = presets::Find(effect, preset);
     return found ? found->file : std::filesystem::path(preset);
 }
@@ -35,6 +40,9 @@ std::filesystem::path PresetFile(const std::string& effect, const std::string& p
 CJobError ErrorOf(const std::string& name, const CErrorAutoThrow& error) {
     if (error.Code() == TolmErrorCode::Cancelled) return {EJobFault::Cancelled, "cancelled"};
     if (error.Code() == TolmErrorCode::ScratchFailed) return {EJobFault::Scratch, error.Text()};
+    if (error.Code() == TolmErrorCode::NotCreated) {
+        return {EJobFault::Memory, fmt::format("there is not enough memory for {}", name)};
+    }
     const std::string reason = *error.Text() ? fmt::format(": {}", error.Text()) : "";
     return {EJobFault::Effect,
             fmt::format("{} failed with error {}{}", name, static_cast<int>(error.Code()), reason)};

@@ -21,6 +21,12 @@ std::string LanguageFor(const std::string& wanted, const SInstallation& installa
                     fmt::format("there are {}", fmt::join(available, ", ")));
 }
 
+// The loader of libraries tells its reason in words only.
+bool IsWantOfMemory(const std::string& reason) {
+    return reason.find("Cannot allocate memory") != std::string::npos ||
+           reason.find("failed to map segment") != std::string::npos;
+}
+
 }  // namespace
 
 CJobLibrary::CScope::CScope(const SInstallation& installation, const std::string& language,
@@ -63,7 +69,7 @@ CJobLibrary::CJobLibrary(SJobOptions options) : shared_(std::make_shared<SShared
         shared_->module = std::make_unique<CEffectModule>(shared_->installation, shared_->language);
         if (!LanguageProblem().empty()) shared_->language = "EN";
     } catch (const CNException& error) {
-        throw CJobError(EJobFault::NotLoaded,
+        throw CJobError(IsWantOfMemory(error.what()) ? EJobFault::Memory : EJobFault::NotLoaded,
                         fmt::format("the module cannot be loaded: {}", error.what()));
     }
 }

@@ -11,8 +11,10 @@ namespace thumbnails {
 namespace {
 
 // The name in the cache changes with the file's path, size and time, so that it is never stale.
+// Empty without a cache.
 std::filesystem::path CacheFile(const std::filesystem::path& file) {
     std::error_code none;
+    if (folders::UserCache().empty()) return {};
     const auto time = std::filesystem::last_write_time(file, none).time_since_epoch().count();
     const auto key = fmt::format("{}\n{}\n{}", std::filesystem::absolute(file, none).string(),
                                  std::filesystem::file_size(file, none), time);
@@ -46,6 +48,7 @@ CRowIteratorBands Make(const IPictureFiles& pictures, const std::filesystem::pat
     try {
         const std::filesystem::path cached = CacheFile(file);
         std::error_code none;
+        if (cached.empty()) return small;
         std::filesystem::create_directories(cached.parent_path(), none);
         pictures.Write(cached, small);
     } catch (const CNException&) {

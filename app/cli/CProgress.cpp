@@ -4,9 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 
 #include "app/cli/Interruption.h"
+#include "app/cli/Messages.h"
 
 namespace {
 constexpr int kBarWidth = 40;
@@ -22,7 +22,7 @@ CProgress::EStyle CProgress::StyleFor(bool quiet, bool asked_for) {
 
 // The bar is wiped: what stays on the terminal is messages only.
 CProgress::~CProgress() {
-    if (style_ == EStyle::Bar && last_step_ >= 0) fmt::print(stderr, "\r\x1b[K");
+    if (style_ == EStyle::Bar && last_step_ >= 0) messages::Show("\r\x1b[K");
 }
 
 void CProgress::BeginPart(const std::string& name, double until) {
@@ -45,10 +45,9 @@ void CProgress::Draw(double done) {
     last_step_ = step;
     last_drawn_ = now;
     if (bar) {
-        fmt::print(stderr, "\r[{:#<{}}{:.<{}}] {:3.0f}% {}\x1b[K", "", step, "", kBarWidth - step,
-                   done * 100, part_);
-        std::fflush(stderr);
+        messages::Show(fmt::format("\r[{:#<{}}{:.<{}}] {:3.0f}% {}\x1b[K", "", step, "",
+                                   kBarWidth - step, done * 100, part_));
     } else {
-        fmt::print(stderr, "progress: {:3.0f}% {}\n", done * 100, part_);
+        messages::Show(fmt::format("progress: {:3.0f}% {}\n", done * 100, part_));
     }
 }

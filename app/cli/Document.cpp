@@ -12,7 +12,9 @@
 #include "hostlib/graphics/PixelBudget.h"
 
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
-    command.add_option("IN", options.input.file, "Image to read: PNG, JPEG, TIFF or WebP")
+    command
+        .add_option("IN", options.input.file,
+                    "Image to read: PNG, JPEG, TIFF or WebP; - is standard input")
         ->required();
     command
         .add_option("--mask", options.mask,
@@ -35,8 +37,9 @@ void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
                     "Refuse larger inputs before decoding them")
         ->capture_default_str();
     command
-        .add_option("--max-memory", options.max_memory,
-                    "Keep at most so many bytes of pixels in memory (1G, 512M), others on the disk")
+        .add_option("--max-memory", options.input.max_memory,
+                    "Keep at most so many bytes of pixels in memory (1G, 512M), others on the "
+                    "disk; without it, inputs that memory cannot hold are refused")
         ->transform(CLI::AsSizeValue(false))
         ->type_name("SIZE");
     command
@@ -60,7 +63,9 @@ CSize CanvasOf(const SDocumentOptions& options, CSize picture) {
 }
 
 SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress) {
-    if (options.max_memory > 0) SetPixelBudget({options.max_memory, options.scratch});
+    if (options.input.max_memory > 0) {
+        SetPixelBudget({options.input.max_memory, options.scratch});
+    }
     SPictures pictures;
     pictures.input = ReadPicture(options.input, progress);
     CRowIteratorBands& pixels = pictures.input.pixels;

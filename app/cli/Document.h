@@ -16,11 +16,11 @@ struct SDocumentOptions {
     SInputOptions input;
     std::string mask, canvas, at;
     std::vector<std::string> resources;
-    std::uint64_t max_memory = 0;  // bytes of pixels kept in memory; 0: as many as there are
-    std::string scratch;           // the folder for the others
+    std::string scratch;  // the folder for pixels beyond input.max_memory
 };
 
-// IN, --mask, --canvas, --at, --lenient, --page, --convert, --max-pixels and --resources.
+// IN, --mask, --canvas, --at, --lenient, --page, --convert, --max-pixels, --max-memory and
+// --resources.
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options);
 // Refuses a canvas or place that cannot be meant, before anything is read.
 void CheckDocumentOptions(const SDocumentOptions& options);

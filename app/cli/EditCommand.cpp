@@ -8,6 +8,7 @@
 #include "app/cli/Commands.h"
 #include "app/cli/Document.h"
 #include "app/cli/Interruption.h"
+#include "app/cli/Messages.h"
 #include "app/cli/Options.h"
 
 namespace {
@@ -16,6 +17,7 @@ struct SEditOptions {
     SSessionOptions session;
     SParameterOptions parameters;
     SDocumentOptions document;
+    imagefile::SWriteOptions coding;
     std::string effect, output;
     bool overwrite = false;
 };
@@ -53,7 +55,7 @@ std::string ChooseOutput(const SEditOptions& options, CDesktopLibrary& desktop, 
         if (file.empty()) return {};
         rules.overwrite = true;  // the question covers a file that exists
         try {
-            CheckPictureOutput(file, rules, size);
+            CheckPictureOutput(file, rules, size, options.coding);
             return file;
         } catch (const CCliError& error) {
             desktop->ShowError(error.what());
@@ -84,9 +86,12 @@ void Edit(const SEditOptions& options) {
     const CJobLibrary library = OpenJobs(options.session, options.document.resources);
     CEffectJob job = MakeCheckedJob(library, options.effect, options.parameters);
     CheckDocumentOptions(options.document);
-    imagefile::SOutputRules rules{options.overwrite, options.document.input.file};
+    imagefile::SOutputRules rules =
+        OutputRules(options.output, options.overwrite, options.document.input.file);
     const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
-    if (!options.output.empty()) CheckPictureOutput(options.output, rules, header.size);
+    if (!options.output.empty()) {
+        CheckPictureOutput(options.output, rules, header.size, options.coding);
+    }
     CProgress progress(CProgress::StyleFor(false, false));
     SetCanvas(job, options.effect, CanvasOf(options.document, header.size));
 
@@ -103,14 +108,14 @@ void Edit(const SEditOptions& options) {
                                                      .interrupted = &interruption::Requested});
     const std::string output = Converse(options, desktop, job, loader, header.size, rules);
     if (output.empty()) {
-        fmt::print(stderr, "cmdtexture: cancelled; nothing was written\n");
+        messages::Say("cancelled; nothing was written");
         return;
     }
     WarnOfPrecision(job, header.format);
     progress.BeginPart(options.effect, 0.7);
     const CRowIteratorBands result = RunJob(job, progress);
     progress.BeginPart("writing", 1.0);
-    WritePicture(output, result, loader.Wait(), rules, progress);
+    WritePicture(output, result, loader.Wait(), rules, progress, options.coding);
 }
 
 }  // namespace
@@ -127,6 +132,7 @@ void AddEditCommand(CLI::App& program) {
         ->add_option("-o,--output", options->output,
                      "Image to write; default: the window asks for it")
         ->type_name("OUT");
+    AddCodingOptions(*command, options->coding);
     AddParameterOptions(*command, options->parameters);
     command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
     AddSessionOptions(*command, options->session);

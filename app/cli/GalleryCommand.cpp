@@ -148,7 +148,9 @@ void AddGalleryCommand(CLI::App& program) {
     auto* command = program.add_subcommand(
         "gallery", "Apply every effect to an image, and make a contact sheet of the results");
     auto options = std::make_shared<SGalleryOptions>();
-    command->add_option("IN", options->input.file, "Image to read: PNG, JPEG, TIFF or WebP")
+    command
+        ->add_option("IN", options->input.file,
+                     "Image to read: PNG, JPEG, TIFF or WebP; - is standard input")
         ->required();
     command
         ->add_option("-d,--directory", options->folder,

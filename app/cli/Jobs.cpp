@@ -4,6 +4,7 @@
 
 #include "app/cli/CliError.h"
 #include "app/cli/Interruption.h"
+#include "app/cli/Messages.h"
 #include "app/imagefile/CPictureFiles.h"
 
 namespace {
@@ -156,6 +157,7 @@ std::string SavePreset(const CEffectJob& job, const std::string& name, bool over
     try {
         return job.SavePreset(name, overwrite);
     } catch (const CJobError& error) {
+        if (error.Fault() == EJobFault::Refused) Throw(error, job.Name());
         throw CCliError(EExit::Output, error.what(),
                         overwrite ? "" : "--overwrite replaces an existing preset");
     }
@@ -174,8 +176,8 @@ void RemoveResource(const std::filesystem::path& file) {
 
 void WarnOfPrecision(const CEffectJob& job, CNPixelFormat format) {
     if (!format.Is16bit() || job.Describe().works_at_16_bits) return;
-    fmt::print(stderr,
-               "cmdtexture: warning: {} works with 8-bit precision; what it changes of a 16-bit "
-               "image has no finer steps\n",
-               job.Name());
+    messages::Warn(
+        fmt::format("{} works with 8-bit precision; what it changes of a 16-bit image has no finer "
+                    "steps",
+                    job.Name()));
 }

@@ -1,8 +1,15 @@
 #include "app/cli/Pictures.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
+#include <CLI/CLI.hpp>
+
+#include "app/cli/AvailableMemory.h"
 #include "app/cli/CliError.h"
+#include "app/cli/Interruption.h"
+#include "app/cli/Messages.h"
+#include "app/imagefile/InputStream.h"
 #include "host/graphics/CStatusControl.h"
 #include "host/graphics/PixelMath.h"
 
@@ -37,9 +44,7 @@ auto WithCliErrors(Operation&& operation) {
 }
 
 void Warn(const std::vector<std::string>& warnings) {
-    for (const std::string& warning : warnings) {
-        fmt::print(stderr, "cmdtexture: warning: {}\n", warning);
-    }
+    for (const std::string& warning : warnings) messages::Warn(warning);
 }
 
 // The brightness of a pixel's colour channels, 0 to 255.
@@ -49,10 +54,63 @@ int Brightness(const Sample* pixel, int colour_channels) {
     return colour_channels == 1 ? byte(0) : CColorRef::FromRgb(byte(2), byte(1), byte(0)).Grey();
 }
 
+// The memory that a picture's pixels may take, so that the most that any effect was seen to take
+// for source, result, undo and what lies between stays within the limit.
+std::uint64_t MaxBytes(const SInputOptions& options) {
+    constexpr std::uint64_t kProgram = 48 << 20, kLeast = 1 << 20;
+    constexpr std::uint64_t kPicturesAtOnce = 4;
+    if (options.max_memory > 0) return UINT64_MAX;
+    const std::uint64_t limit = AvailableMemory() / 4 * 3;
+    return std::max(limit > kProgram ? (limit - kProgram) / kPicturesAtOnce : 0, kLeast);
+}
+
+imagefile::SReadOptions ReadOptions(const SInputOptions& options) {
+    if (imagefile::IsStream(options.file) && !options.gathered) {
+        constexpr std::uint64_t kMostOfAPixel = 8, kBesidesPixels = 256 << 20;
+        options.gathered = std::make_shared<const CDescriptor>(imagefile::GatherStream(
+            options.file, options.max_pixels * kMostOfAPixel + kBesidesPixels,
+            &interruption::Requested));
+    }
+    return {.lenient = options.lenient,
+            .max_pixels = options.max_pixels,
+            .page = options.page,
+            .convert = options.convert,
+            .max_bytes = MaxBytes(options),
+            .descriptor = options.gathered ? options.gathered->Get() : -1};
+}
+
 }  // namespace
 
-static imagefile::SReadOptions ReadOptions(const SInputOptions& options) {
-    return {options.lenient, options.max_pixels, options.page, options.convert};
+void AddCodingOptions(CLI::App& command, imagefile::SWriteOptions& options) {
+    command
+        .add_option("--format", options.format,
+                    "Kind of the output: png, jpeg, tiff or webp; default: by its extension")
+        ->type_name("KIND");
+    command
+        .add_option("--quality", options.quality,
+                    "Quality of JPEG and lossy WebP, 1 to 100; default: the input's own, or 95")
+        ->type_name("Q")
+        ->check(CLI::Range(1, 100));
+    command
+        .add_option("--subsampling", options.subsampling,
+                    "Colour of JPEG: 444 (full), 440, 422, 420 or 411; default: the input's own, "
+                    "or 444")
+        ->type_name("S");
+    command
+        .add_option("--compression", options.compression,
+                    "PNG: 0 to 9; TIFF: none, lzw, deflate or zstd; WebP: lossy or lossless; "
+                    "default: TIFF and WebP follow the input")
+        ->type_name("C");
+}
+
+imagefile::SOutputRules OutputRules(const std::string& file, bool overwrite,
+                                    const std::string& input) {
+    const bool is_stream = file == imagefile::kStandardStream;
+    if (is_stream && isatty(STDOUT_FILENO)) {
+        throw CCliError(EExit::Usage, "standard output is a terminal",
+                        "lead it into a file or a pipe, or name a file after -o");
+    }
+    return {overwrite, input, is_stream ? STDOUT_FILENO : -1};
 }
 
 imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options) {
@@ -73,6 +131,7 @@ CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& 
     SInputOptions mask_options = options;
     mask_options.file = file;
     mask_options.page = 0;  // it is the picture's
+    mask_options.gathered.reset();
     CRowIteratorBands read = ReadPicture(mask_options, progress).pixels;
     if (read.GetWidth() != size.cx || read.GetHeight() != size.cy) {
         throw CCliError(EExit::Usage,
@@ -96,16 +155,17 @@ CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& 
     return mask;
 }
 
-void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& rules, CSize size) {
-    WithCliErrors([&] { imagefile::CheckOutput(file, rules, size); });
+void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& rules, CSize size,
+                        const imagefile::SWriteOptions& coding) {
+    WithCliErrors([&] { imagefile::CheckOutput(file, rules, size, coding); });
 }
 
 void WritePicture(const std::string& file, const CRowIteratorBands& pixels,
                   const imagefile::CMetadata& metadata, const imagefile::SOutputRules& rules,
-                  CProgress& progress) {
+                  CProgress& progress, const imagefile::SWriteOptions& coding) {
     WithCliErrors([&] {
         CStatusControl status(&progress);
-        Warn(imagefile::WriteImage(file, pixels, metadata, rules, &status));
+        Warn(imagefile::WriteImage(file, pixels, metadata, rules, &status, coding));
     });
 }
 

@@ -1,23 +1,41 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "app/cli/CProgress.h"
 #include "app/imagefile/CImageFile.h"
+#include "hostlib/system/CDescriptor.h"
+
+namespace CLI {
+class App;
+}
 
 // Reading and writing pictures for the subcommands: the library's errors become CCliError and
 // CInterrupted, its warnings go to stderr.
 
 // What the user said about the input.
 struct SInputOptions {
-    std::string file;
+    std::string file;  // "-" is standard input
     bool lenient = false;
     std::uint64_t max_pixels = imagefile::kDefaultMaxPixels;
     int page = 0;  // from 1 on; 0 takes the only one
     bool convert = false;
+    // Bytes of pixels kept in memory, others lie on the disk; 0: all, so that a picture that memory
+    // cannot hold is refused.
+    std::uint64_t max_memory = 0;
+    // What a stream held, once it was read.
+    mutable std::shared_ptr<const CDescriptor> gathered;
 };
+
+// What the user said about the coding of the output: --format, --quality, --subsampling and
+// --compression.
+void AddCodingOptions(CLI::App& command, imagefile::SWriteOptions& options);
+// The rules for a file, or for standard output when it is "-".
+imagefile::SOutputRules OutputRules(const std::string& file, bool overwrite,
+                                    const std::string& input);
 
 imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options);
 imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress);
@@ -25,10 +43,11 @@ imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& p
 CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& options,
                       IProgressSink& progress);
 // Refuses an output that could not be written, before work is spent on it.
-void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& rules, CSize size);
+void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& rules, CSize size,
+                        const imagefile::SWriteOptions& coding = {});
 void WritePicture(const std::string& file, const CRowIteratorBands& pixels,
                   const imagefile::CMetadata& metadata, const imagefile::SOutputRules& rules,
-                  CProgress& progress);
+                  CProgress& progress, const imagefile::SWriteOptions& coding = {});
 
 // "grey", "grey-alpha", "colour" or "colour-alpha".
 std::string LayoutName(CNPixelFormat format);

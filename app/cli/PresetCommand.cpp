@@ -5,6 +5,7 @@
 
 #include "app/cli/Commands.h"
 #include "app/cli/Options.h"
+#include "hostlib/system/CFileError.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ void Show(SPresetOptions options) {
 }
 
 void Save(const SPresetOptions& options) {
-    std::cout << SavePreset(JobFor(options), options.name, options.overwrite) << '\n';
+    std::cout << DisplayText(SavePreset(JobFor(options), options.name, options.overwrite)) << '\n';
 }
 
 void ListPresets(const SPresetOptions& options) {
@@ -39,7 +40,7 @@ void ListPresets(const SPresetOptions& options) {
     for (const std::string& effect : effects) {
         for (const presets::SPreset& preset : library.Presets(effect)) {
             if (!options.json) {
-                std::cout << fmt::format("{}\t{}{}\n", effect, preset.id,
+                std::cout << fmt::format("{}\t{}{}\n", effect, DisplayText(preset.id),
                                          preset.ships ? '\t' + preset.name : "");
             }
             rows.push_back({{"effect", effect},
@@ -50,7 +51,10 @@ void ListPresets(const SPresetOptions& options) {
                             {"file", preset.file.string()}});
         }
     }
-    if (options.json) std::cout << rows.dump(2) << '\n';
+    // File names are bytes: what is not UTF-8 in them is replaced.
+    if (options.json) {
+        std::cout << rows.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+    }
 }
 
 }  // namespace

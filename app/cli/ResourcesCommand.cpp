@@ -9,6 +9,7 @@
 #include "app/cli/Options.h"
 #include "app/cli/Pictures.h"
 #include "app/imagefile/CImageFile.h"
+#include "hostlib/system/CFileError.h"
 
 namespace {
 
@@ -64,8 +65,8 @@ void List(const SResourcesOptions& options) {
                 ? "cannot be read"
                 : fmt::format("{} x {}", row["width"].get<int>(), row["height"].get<int>());
         std::cout << fmt::format("{:<8} {:<20} {:<12} {}\n", row["kind"].get<std::string>(),
-                                 row["name"].get<std::string>(), row["category"].get<std::string>(),
-                                 size);
+                                 DisplayText(row["name"].get<std::string>()),
+                                 DisplayText(row["category"].get<std::string>()), size);
     }
 }
 

@@ -3,17 +3,20 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/imagefile/CImageFileError.h"
-#include "app/imagefile/COutputFile.h"
 #include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/CStatusControl.h"
+#include "hostlib/system/COutputFile.h"
 
 // Pictures in PNG, JPEG, TIFF and WebP files. Every failure is thrown as a CImageFileError. File
 // names are names: no byte in them has a meaning of its own.
 namespace imagefile {
+
+using ::SOutputRules;
 
 // What travels with a picture besides its pixels (metadata/Metadata.h). Opaque and never changed;
 // null is none.
@@ -32,6 +35,11 @@ struct SReadOptions {
     int page = 0;
     // Makes 8- or 16-bit grey or RGB of what is neither (CMYK, Lab, fractions), with a warning.
     bool convert = false;
+    // So are those whose pixels take more bytes.
+    std::uint64_t max_bytes = UINT64_MAX;
+    // An open file to read instead of the one of the name, which then stands in messages only;
+    // negative is none.
+    int descriptor = -1;
 };
 
 struct SImageFile {
@@ -54,16 +62,30 @@ SImageHeader ReadHeader(const std::filesystem::path& file, const SReadOptions& o
 SImageFile ReadImage(const std::filesystem::path& file, const SReadOptions& options = {},
                      CStatusControl* status = nullptr);
 
+// How a picture is to be written. What is not said follows the file that it came from, if that was
+// of the same kind: the tables and the subsampling of a JPEG, the compression of a TIFF, lossy or
+// lossless WebP. Otherwise JPEG is written at quality 95 without subsampling, all else without
+// loss, but for WebP of a picture from a JPEG.
+struct SWriteOptions {
+    std::string format;          // an extension without its dot; empty: the file name has one
+    std::optional<int> quality;  // 1 to 100: JPEG, lossy WebP
+    std::string subsampling;     // JPEG: 444, 440, 422, 420 or 411
+    std::string
+        compression;  // PNG: 0 to 9; TIFF: none, lzw, deflate or zstd; WebP: lossy, lossless
+};
+
 // Refuses what WriteImage would refuse before it begins to encode: to be asked before an effect
 // spends its time. Without a size, sides are not judged.
-void CheckOutput(const std::filesystem::path& file, const SOutputRules& rules, CSize size = {});
+void CheckOutput(const std::filesystem::path& file, const SOutputRules& rules, CSize size = {},
+                 const SWriteOptions& options = {});
 
-// Writes the picture in the kind that the file name's extension tells, in full or not at all, and
-// answers warnings about what that kind could not keep. PNG, TIFF and WebP are lossless; JPEG is
-// written at quality 95 without colour subsampling, and has what is transparent laid over white.
+// Writes the picture in full or not at all, and answers warnings about what its kind of file could
+// not keep; into JPEG, what is transparent is laid over white. All cores encode; the bytes are the
+// same for any number of them.
 std::vector<std::string> WriteImage(const std::filesystem::path& file,
                                     const CRowIteratorBands& pixels, const CMetadata& metadata,
-                                    const SOutputRules& rules, CStatusControl* status = nullptr);
+                                    const SOutputRules& rules, CStatusControl* status = nullptr,
+                                    const SWriteOptions& options = {});
 
 // Removes what unfinished WriteImage calls of this process have written. For a signal handler
 // that is about to end the process: async-signal-safe.

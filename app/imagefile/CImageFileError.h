@@ -1,8 +1,9 @@
 #pragma once
 
-#include <exception>
 #include <filesystem>
 #include <string>
+
+#include "hostlib/system/CFileError.h"
 
 namespace imagefile {
 
@@ -16,28 +17,22 @@ enum class ENFault {
     Cancelled,    // the status control asked to stop
 };
 
-// Why a file could not be read or written. All texts are one line, without a full stop.
-class CImageFileError : public std::exception {
+// Why a file could not be read or written, and what kind of trouble that is.
+class CImageFileError : public CFileError {
   public:
     CImageFileError(ENFault fault, const std::filesystem::path& file, const std::string& what,
-                    std::string hint = {});
+                    std::string hint = {})
+        : CFileError(file, what, std::move(hint)), fault_(fault) {}
+    CImageFileError(ENFault fault, const CFileError& error) : CFileError(error), fault_(fault) {}
     ENFault Fault() const noexcept { return fault_; }
-    // "FILE: what is wrong".
-    const char* what() const noexcept override { return message_.c_str(); }
-    // What the user may do about it; often empty.
-    const std::string& Hint() const noexcept { return hint_; }
 
   private:
     ENFault fault_;
-    std::string message_;
-    std::string hint_;
 };
 
-// The system's own text for an `errno` value.
-std::string SystemText(int error);
+using ::SystemText;
 
-// A file name for a message: control characters, which names may hold, are written as \xNN so that
-// a message stays one line and cannot drive the terminal. Other bytes stay as they are.
-std::string DisplayName(const std::filesystem::path& file);
+// A file name for a message.
+inline std::string DisplayName(const std::filesystem::path& file) { return DisplayText(file); }
 
 }  // namespace imagefile

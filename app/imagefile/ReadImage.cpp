@@ -69,6 +69,7 @@ class CImageReader {
     void FindKind();
     void ReadStructure();
     void CheckSize(std::uint64_t width, std::uint64_t height) const;
+    void CheckBytes() const;
     void CheckPages() const;
     CDecoder OpenDecoder(std::string& trouble);
     void OpenPicture();
@@ -103,7 +104,11 @@ void CImageReader::Open() {
 
 void CImageReader::OpenFile() {
     // A pipe without a writer would keep an opening without O_NONBLOCK waiting for ever.
-    descriptor_ = CFileDescriptor(open(file_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const std::filesystem::path name =
+        options_.descriptor < 0
+            ? file_
+            : std::filesystem::path("/proc/self/fd/" + std::to_string(options_.descriptor));
+    descriptor_ = CFileDescriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!descriptor_.IsOpen() || fstat(descriptor_.Get(), &status) != 0) {
         Fail(ENFault::Unreadable, "cannot be read: " + SystemText(errno));
@@ -165,6 +170,19 @@ void CImageReader::CheckSize(std::uint64_t width, std::uint64_t height) const {
     }
 }
 
+void CImageReader::CheckBytes() const {
+    const auto [width, height] = header_.size;
+    const std::uint64_t bytes = static_cast<std::uint64_t>(width) *
+                                static_cast<std::uint64_t>(height) *
+                                static_cast<std::uint64_t>(header_.format.PixelBytes());
+    if (bytes <= options_.max_bytes) return;
+    Fail(ENFault::Limit,
+         "has " + SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +
+             ", which take " + std::to_string(bytes >> 20) +
+             " MiB; the memory there is suffices for " + std::to_string(options_.max_bytes >> 20),
+         "--max-memory keeps pixels on the disk");
+}
+
 void CImageReader::CheckPages() const {
     if (contents_.is_animated && kind_->kind == ENKind::Png) {
         FailUnsupported("is an animated PNG", "save one frame as a PNG first");
@@ -203,6 +221,7 @@ void CImageReader::OpenPicture() {
     if (!decoder_->Format().IsKnown()) Convert();
     header_.format = decoder_->Format();
     if (contents_.metadata.orientation >= 5) std::swap(header_.size.cx, header_.size.cy);
+    CheckBytes();
     JudgeComplaints();
 }
 

@@ -3,7 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <exception>
 #include <mutex>
+#include <new>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 
@@ -18,12 +22,37 @@ std::string OneLine(std::string_view text) {
     return std::string(text);
 }
 
+// The library loads whatever decoders it finds below its installation, which a variable of the
+// environment can move. Ours are all built in: where there is no folder, nothing is loaded.
+int StartWithoutModules() {
+    constexpr const char* kFolder = "VIPSHOME";
+    const char* before = std::getenv(kFolder);
+    const std::optional<std::string> kept =
+        before ? std::optional<std::string>(before) : std::nullopt;
+    setenv(kFolder, "/dev/null", 1);
+    const int result = vips_init("cmdtexture");
+    kept ? setenv(kFolder, kept->c_str(), 1) : unsetenv(kFolder);
+    return result;
+}
+
+// GLib ends the process when it gets no memory or no thread: it shall end as for want of memory.
+void EndForWant(const char* /*domain*/, GLogLevelFlags /*level*/, const char* /*text*/,
+                void* /*data*/) {
+    try {
+        throw std::bad_alloc();
+    } catch (...) {
+        std::terminate();
+    }
+}
+
 }  // namespace
 
 void StartVips() {
     static std::once_flag started;
     std::call_once(started, [] {
-        if (vips_init("cmdtexture") != 0) throw std::runtime_error(TakeVipsError());
+        constexpr int kFatal = G_LOG_LEVEL_ERROR | G_LOG_FLAG_FATAL | G_LOG_FLAG_RECURSION;
+        g_log_set_handler("GLib", static_cast<GLogLevelFlags>(kFatal), &EndForWant, nullptr);
+        if (StartWithoutModules() != 0) throw std::runtime_error(TakeVipsError());
         vips_block_untrusted_set(TRUE);
         vips_cache_set_max(0);
         // Rows come from memory; more threads than this would only wait for the encoder.

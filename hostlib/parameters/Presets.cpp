@@ -1,15 +1,16 @@
 #include "hostlib/parameters/Presets.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <fstream>
+#include <new>
 #include <nlohmann/json.hpp>
 
 #include "host/core/CErrorAutoThrow.h"
+#include "hostlib/system/CFileError.h"
+#include "hostlib/system/COutputFile.h"
 #include "hostlib/system/ConfigFolders.h"
+#include "hostlib/system/StrictJson.h"
 
 namespace presets {
 namespace {
@@ -17,29 +18,37 @@ namespace {
 constexpr std::uintmax_t kLargest = 1 << 20;
 
 [[noreturn]] void Fail(const std::filesystem::path& file, const std::string& what) {
-    throw CNException(TolmErrorCode::ReadFailed, fmt::format("{}: {}", file.string(), what));
+    throw CNException(TolmErrorCode::ReadFailed, fmt::format("{}: {}", DisplayText(file), what));
 }
 
-std::filesystem::path FolderOf(const std::string& effect) {
-    return folders::UserConfig() / "presets" / effect;
+std::filesystem::path Home() {
+    std::filesystem::path home = folders::UserConfig();
+    if (home.empty()) {
+        throw CNException(TolmErrorCode::ReadFailed,
+                          "there is no home folder for presets; set HOME or XDG_CONFIG_HOME");
+    }
+    return home;
 }
+
+std::filesystem::path FolderOf(const std::string& effect) { return Home() / "presets" / effect; }
 
 std::filesystem::path LastValuesOf(const std::string& effect) {
-    return folders::UserConfig() / "last" / (effect + ".json");
+    return Home() / "last" / (effect + ".json");
 }
 
-// In full or not at all: the file is written beside its place and renamed.
-void Write(const std::filesystem::path& file, const nlohmann::ordered_json& values) {
+// In full or not at all, whatever happens; what it replaces keeps its permissions.
+void Write(const std::filesystem::path& file, const nlohmann::ordered_json& values,
+           bool overwrite) {
+    const std::filesystem::path folder = file.parent_path();
     std::error_code error;
-    std::filesystem::create_directories(file.parent_path(), error);
-    const std::filesystem::path part = file.string() + fmt::format(".{}.part", getpid());
-    std::ofstream out(part, std::ios::binary);
-    out << values.dump(2) << '\n';
-    out.close();
-    if (out) std::filesystem::rename(part, file, error);
-    if (!out || error) {
-        std::filesystem::remove(part, error);
-        Fail(file, "the preset cannot be written");
+    if (!folder.empty()) std::filesystem::create_directories(folder, error);
+    try {
+        const std::string text = values.dump(2) + '\n';
+        COutputFile out(file, {.overwrite = overwrite, .input = {}});
+        out.Write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+        out.Publish();
+    } catch (const CFileError& failure) {
+        throw CNException(TolmErrorCode::ReadFailed, failure.what());
     }
 }
 
@@ -48,25 +57,28 @@ void Write(const std::filesystem::path& file, const nlohmann::ordered_json& valu
 nlohmann::ordered_json Read(const std::filesystem::path& file) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) Fail(file, "no such preset file");
-    if (std::filesystem::file_size(file, error) > kLargest) Fail(file, "too large for a preset");
-    std::ifstream in(file, std::ios::binary);
-    if (!in) Fail(file, "the preset cannot be read");
     try {
-        return nlohmann::ordered_json::parse(in);
-    } catch (const nlohmann::json::exception&) {
-        Fail(file, "the preset is not valid JSON");
+        return ReadStrictJson(file, kLargest);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& failure) {
+        Fail(file, fmt::format("the preset is not usable: {}", failure.what()));
     }
 }
 
 std::filesystem::path FileOf(const std::string& effect, const std::string& name) {
     const bool usable = !name.empty() && name[0] != '.' && name.find('/') == std::string::npos &&
                         name.size() <= 200;
-    if (!usable) Fail(name, "not a name for a preset");
+    if (!usable) {
+        throw CNException(TolmErrorCode::UnusableInput,
+                          fmt::format("\"{}\" is not a name for a preset", DisplayText(name)));
+    }
     return FolderOf(effect) / (name + ".json");
 }
 
 std::vector<std::string> Names(const std::string& effect) {
     std::vector<std::string> names;
+    if (folders::UserConfig().empty()) return names;
     std::error_code none;
     for (const auto& entry : std::filesystem::directory_iterator(FolderOf(effect), none)) {
         if (entry.path().extension() == ".json") names.push_back(entry.path().stem().string());
@@ -82,7 +94,7 @@ std::filesystem::path Save(const std::string& effect, const std::string& name,
     if (!overwrite && std::filesystem::exists(file, error)) {
         Fail(file, "a preset of this name exists");
     }
-    Write(file, values);
+    Write(file, values, overwrite);
     return file;
 }
 
@@ -95,7 +107,7 @@ void Remove(const std::string& effect, const std::string& name) {
 }
 
 void Remember(const std::string& effect, const nlohmann::ordered_json& values) {
-    Write(LastValuesOf(effect), values);
+    Write(LastValuesOf(effect), values, true);
 }
 
 nlohmann::ordered_json Remembered(const std::string& effect) {

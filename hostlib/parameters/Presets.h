@@ -9,10 +9,11 @@
 
 // Stored parameter values: a preset is a JSON object of parameter names to values, in a file of its
 // own. Presets that are saved by name lie in the user's configuration folder, one folder an effect.
-// Everything throws CNException, code 105, naming the file and what is wrong with it.
+// Everything throws CNException, naming the file and what is wrong with it: code 101 for a name
+// that no preset can have, else 105.
 namespace presets {
 
-// The values of a preset file, which is at most one megabyte of JSON.
+// The values of a preset file, which is at most one megabyte of strict JSON.
 HOST_API nlohmann::ordered_json Read(const std::filesystem::path& file);
 // The file of an effect's preset. A name is not empty and has no slash and no leading dot.
 HOST_API std::filesystem::path FileOf(const std::string& effect, const std::string& name);

@@ -1,15 +1,17 @@
 #include "hostlib/system/CResourceModule.h"
 
-#include <fstream>
 #include <map>
 #include <mutex>
 #include <nlohmann/json.hpp>
 
 #include "hostlib/system/ConfigFolders.h"
+#include "hostlib/system/StrictJson.h"
 
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
+
+constexpr std::uintmax_t kLargest = 16 << 20;
 
 constexpr int kFormat = 1;  // of the files that languages/compiler writes
 
@@ -37,10 +39,16 @@ std::unique_ptr<CResourceModule> CResourceModule::Read(const std::filesystem::pa
     const auto fail = [&](const std::string& what) -> std::runtime_error {
         return std::runtime_error(file.string() + ": " + what);
     };
-    std::ifstream in(file, std::ios::binary);
-    if (!in) throw fail("the language file cannot be read");
+    std::error_code none;
+    if (!std::filesystem::is_regular_file(file, none))
+        throw fail("the language file cannot be read");
+    json root;
     try {
-        const json root = json::parse(in);
+        root = ReadStrictJson(file, kLargest);
+    } catch (const std::runtime_error&) {
+        throw fail("the language file is damaged");
+    }
+    try {
         if (const int format = root.at("format"); format != kFormat) {
             throw fail("the language file is of format " + std::to_string(format) + ", not " +
                        std::to_string(kFormat));
@@ -62,7 +70,7 @@ std::unique_ptr<CResourceModule> CResourceModule::Read(const std::filesystem::pa
                   [&](int id, const json& data) { module->dialogs_[id] = data.dump(); });
         return module;
     } catch (const std::logic_error&) {  // an id that is no number
-    } catch (const json::exception&) {   // not JSON, or of another shape
+    } catch (const json::exception&) {   // of another shape
     }
     throw fail("the language file is damaged");
 }

@@ -1,10 +1,12 @@
 #include "hostlib/system/ConfigFolders.h"
 
+#include <pwd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "host/core/CString.h"
 
@@ -18,12 +20,27 @@ std::filesystem::path FromEnvironment(const char* variable,
     return value && value[0] == '/' ? std::filesystem::path(value) : otherwise;
 }
 
-std::filesystem::path Home() { return FromEnvironment("HOME", "/"); }
+// Without HOME it is the account's; the root of the file system is nobody's.
+std::filesystem::path Home() {
+    std::filesystem::path home = FromEnvironment("HOME", "");
+    std::vector<char> text(1 << 14);
+    passwd account = {};
+    passwd* found = nullptr;
+    if (home.empty() && getpwuid_r(geteuid(), &account, text.data(), text.size(), &found) == 0 &&
+        found) {
+        home = account.pw_dir;
+    }
+    return home.is_absolute() && home != home.root_path() ? home : std::filesystem::path();
+}
+
+std::filesystem::path Below(const std::filesystem::path& folder, const char* name) {
+    return folder.empty() ? folder : folder / name;
+}
 
 }  // namespace
 
 std::filesystem::path UserConfig() {
-    return FromEnvironment("XDG_CONFIG_HOME", Home() / ".config") / "cmdtexture";
+    return Below(FromEnvironment("XDG_CONFIG_HOME", Below(Home(), ".config")), "cmdtexture");
 }
 
 std::filesystem::path SystemConfig() {
@@ -36,7 +53,7 @@ std::filesystem::path UserData() {
 }
 
 std::filesystem::path UserCache() {
-    return FromEnvironment("XDG_CACHE_HOME", Home() / ".cache") / "cmdtexture";
+    return Below(FromEnvironment("XDG_CACHE_HOME", Below(Home(), ".cache")), "cmdtexture");
 }
 
 std::filesystem::path UserRuntime() {

@@ -5,6 +5,7 @@
 #include "host/core/HostApi.h"
 
 // Where the program keeps things, by the desktop's base-directory rules; folders may not exist yet.
+// UserConfig and UserCache are empty for a user without a home folder: nothing is kept then.
 namespace folders {
 HOST_API std::filesystem::path UserConfig();    // $XDG_CONFIG_HOME/cmdtexture
 HOST_API std::filesystem::path SystemConfig();  // the first of $XDG_CONFIG_DIRS, /cmdtexture

@@ -35,10 +35,12 @@ std::optional<CString> ReadRegistryText(ERegistryHive hive, const CString& key,
                                         const CString& value) {
     const std::filesystem::path folder =
         hive == ERegistryHive::CurrentUser ? folders::UserConfig() : folders::SystemConfig();
-    const INIReader file((folder / "registry.ini").string());
-    const std::string section = ToUtf8(key);
-    const std::string name = ToUtf8(value);
-    if (file.HasValue(section, name)) return FromUtf8(file.Get(section, name, ""));
+    if (!folder.empty()) {
+        const INIReader file((folder / "registry.ini").string());
+        const std::string section = ToUtf8(key);
+        const std::string name = ToUtf8(value);
+        if (file.HasValue(section, name)) return FromUtf8(file.Get(section, name, ""));
+    }
     const std::lock_guard lock(Defaults().mutex);
     const auto found = Defaults().values.find(Address(hive, key, value));
     if (found == Defaults().values.end()) return std::nullopt;

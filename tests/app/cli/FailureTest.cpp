@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <array>
 #include <chrono>
 #include <thread>
 
@@ -22,6 +23,10 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
     program.WriteText("cut.png", program.Read("in.png").substr(0, 300));
     program.WriteText("broken.json", "{\"Width\": ");
     program.WriteText("list.json", "[1, 2]");
+    program.WriteText("deep.json", std::string(60000, '[') + std::string(60000, ']'));
+    program.WriteText("twice.json", "{\"Width\": 5, \"Width\": 6}");
+    program.WriteText("more.json", "{\"Width\": 5} {}");
+    program.WriteText("null.json", std::string("{\"Width\": 5}\0x", 15));
     program.WriteText("foreign.json", "{\"Width\": 5, \"Angle\": 7}");
     const std::string out = program.Path("out.png");
     const std::vector<std::string> before = program.Files();
@@ -52,6 +57,11 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
         {{"apply", "Blinds", in, "-o", out, "--preset", path("none.json")}, 2, "none.json"},
         {{"apply", "Blinds", in, "-o", out, "--preset", path("broken.json")}, 2, "broken.json"},
         {{"apply", "Blinds", in, "-o", out, "--preset", path("list.json")}, 2, "object"},
+        {{"apply", "Blinds", in, "-o", out, "--preset", path("deep.json")}, 2, "32 levels"},
+        {{"apply", "Blinds", in, "-o", out, "--preset", path("twice.json")}, 2, "Width\" comes"},
+        {{"apply", "Blinds", in, "-o", out, "--preset", path("more.json")}, 2, "byte 14"},
+        {{"apply", "Blinds", in, "-o", out, "--preset", path("null.json")}, 2, "not valid JSON"},
+        {{"preset", "save", "Blinds", "../x"}, 2, "../x"},
         {{"apply", "Blinds", in, "-o", out, "--preset", path("foreign.json")}, 2, "Angle"},
         {{"apply", "Blinds", in, "-o", out, "--canvas", "10"}, 2, "WxH"},
         {{"apply", "Blinds", in, "-o", out, "--canvas", "10x20x"}, 2, "WxH"},
@@ -88,6 +98,42 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
     EXPECT_EQ(program.Read("in.png"), original);
 }
 
+// Closed and full streams, in all combinations: a lost message never costs a picture, and a lost
+// report is told by the status.
+TEST(Failure, LostMessagesCostNoPicture) {
+    const Program program;
+    const std::string in =
+        program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour16, 20, 20, 1));
+    const std::string out = program.Path("out.jpg");  // the depth that JPEG has not is warned of
+    const struct {
+        std::vector<std::string> arguments;
+        int status, status_without_output;
+        bool makes_picture;
+    } kCases[] = {
+        {{"apply", "Weave", in, "-o", out}, 0, 0, true},
+        {{"apply", "Weave", in, "-o", out, "--progress", "--json"}, 0, 5, true},
+        {{"apply", "Weave", program.Path("none.png"), "-o", out}, 3, 3, false},
+        {{"list"}, 0, 5, false},
+        {{"--help"}, 0, 5, false},
+    };
+    for (const auto& each : kCases) {
+        for (const char* input : {"/dev/null", ""}) {
+            for (const std::string& output :
+                 {program.Path("stdout"), std::string("/dev/full"), std::string()}) {
+                for (const std::string& error :
+                     {program.Path("stderr"), std::string("/dev/full"), std::string()}) {
+                    const auto run =
+                        program.Finish(program.Start(each.arguments, {input, output, error}));
+                    const bool heard = output == program.Path("stdout");
+                    EXPECT_EQ(run.status, heard ? each.status : each.status_without_output)
+                        << each.arguments[0] << " '" << input << "' '" << output << "' '" << error;
+                    EXPECT_EQ(std::filesystem::remove(out), each.makes_picture);
+                }
+            }
+        }
+    }
+}
+
 // A signal at any moment ends the program with its status and without a trace.
 TEST(Failure, SignalsLeaveNothingBehind) {
     const Program program;
@@ -96,7 +142,7 @@ TEST(Failure, SignalsLeaveNothingBehind) {
     const std::vector<std::string> before = program.Files();
     int interrupted = 0;
     for (int round = 0; round < 12; ++round) {
-        const int number = round % 2 ? SIGTERM : SIGINT;
+        const int number = std::array{SIGINT, SIGTERM, SIGHUP, SIGQUIT}[round % 4];
         const pid_t child = program.Start(
             {"apply", "RoughLeather", in, "-o", program.Path("out.png"), "-p", "Blur=100"});
         std::this_thread::sleep_for(std::chrono::milliseconds(60 + 60 * round));

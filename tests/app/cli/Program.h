@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -33,7 +34,14 @@ class Program {
         std::string out, err;
     };
 
+    // What lies behind standard input, output and error; an empty text closes it.
+    using Streams = std::array<std::string, 3>;
+    Streams Captured() const { return {"/dev/null", Path("stdout"), Path("stderr")}; }
+
     pid_t Start(const std::vector<std::string>& arguments) const {
+        return Start(arguments, Captured());
+    }
+    pid_t Start(const std::vector<std::string>& arguments, const Streams& streams) const {
         std::vector<std::string> all = {PROGRAM};
         all.insert(all.end(), arguments.begin(), arguments.end());
         std::vector<char*> raw;
@@ -41,9 +49,15 @@ class Program {
         raw.push_back(nullptr);
         posix_spawn_file_actions_t files;
         posix_spawn_file_actions_init(&files);
-        const int flags = O_WRONLY | O_CREAT | O_TRUNC;
-        posix_spawn_file_actions_addopen(&files, 1, Path("stdout").c_str(), flags, 0600);
-        posix_spawn_file_actions_addopen(&files, 2, Path("stderr").c_str(), flags, 0600);
+        for (int i = 0; i < 3; ++i) {
+            const std::string& stream = streams[static_cast<std::size_t>(i)];
+            const int flags = i == 0 ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC;
+            if (stream.empty()) {
+                posix_spawn_file_actions_addclose(&files, i);
+            } else {
+                posix_spawn_file_actions_addopen(&files, i, stream.c_str(), flags, 0600);
+            }
+        }
         pid_t child = -1;
         EXPECT_EQ(posix_spawn(&child, PROGRAM, &files, nullptr, raw.data(), environ), 0);
         posix_spawn_file_actions_destroy(&files);

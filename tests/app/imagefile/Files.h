@@ -66,6 +66,8 @@ inline std::string FaultOf(const auto& work) {
         return {};
     } catch (const imagefile::CImageFileError& error) {
         return std::string(kNames[static_cast<int>(error.Fault())]) + ": " + error.what();
+    } catch (const CFileError& error) {
+        return std::string("file: ") + error.what();
     }
 }
 inline std::string ReadFault(const fs::path& file, const imagefile::SReadOptions& options = {}) {

@@ -14,7 +14,6 @@ using files::Content;
 using files::FaultOf;
 using files::Folder;
 using files::SetContent;
-using imagefile::COutputFile;
 using imagefile::SOutputRules;
 using pictures::Noise;
 using testing::AllOf;
@@ -165,6 +164,47 @@ TEST(Output, SignalsLeaveNothing) {
             EXPECT_THAT(folder.Names(), IsEmpty());
         }
     }
+}
+
+// What a killed process has left goes with the next file that is written beside it; what another
+// process is at work on stays, and so does what is not ours.
+TEST(Output, LeftoversAreRemovedLater) {
+    const Folder folder;
+    SetContent(folder / ".cmdtexture-of-mine.part", "");
+    const pid_t worker = fork();
+    if (worker == 0) {
+        const COutputFile unfinished(folder / "a.png", {}, false);
+        raise(SIGSTOP);
+    }
+    int status = 0;
+    waitpid(worker, &status, WUNTRACED);
+    const auto names_beside_another = [&] {
+        return WEXITSTATUS(StatusOf([&] {
+            const COutputFile next(folder / "b.png", {}, true);
+            _exit(static_cast<int>(folder.Names().size()));
+        }));
+    };
+    EXPECT_EQ(names_beside_another(), 2);
+    kill(worker, SIGKILL);
+    waitpid(worker, &status, 0);
+    EXPECT_EQ(folder.Names().size(), 2U);
+    EXPECT_EQ(names_beside_another(), 1);
+}
+
+// A pipe gets complete files only.
+TEST(Output, StreamsGetWhatIsPublished) {
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    for (const bool publishes : {false, true}) {
+        COutputFile output("-", {.overwrite = false, .input = {}, .stream = ends[1]});
+        output.Write(std::vector<std::uint8_t>{'n', 'e', 'w'});
+        if (publishes) output.Publish();
+    }
+    close(ends[1]);
+    char got[8] = {};
+    EXPECT_EQ(read(ends[0], got, sizeof got), 3);
+    EXPECT_STREQ(got, "new");
+    close(ends[0]);
 }
 
 // Every kind, at several moments at which the disk may run full.

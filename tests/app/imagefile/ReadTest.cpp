@@ -292,4 +292,17 @@ TEST(Read, ConvertsWhatIsNeitherGreyNorRgb) {
     EXPECT_LT(colours[8], colours[7]);
 }
 
+// What memory cannot hold is refused by the header, before a row is decoded.
+TEST(Read, PixelsBeyondMemoryAreRefused) {
+    const files::Folder folder;
+    files::Write(folder / "x.png", pictures::Noise(ENPixelFormat::Colour16, 50, 40, 1));
+    const auto fault = [&](std::uint64_t max_bytes) {
+        imagefile::SReadOptions options;
+        options.max_bytes = max_bytes;
+        return files::FaultOf([&] { imagefile::ReadHeader(folder / "x.png", options); });
+    };
+    EXPECT_EQ(fault(50 * 40 * 6), "");
+    EXPECT_THAT(fault(50 * 40 * 6 - 1), testing::StartsWith("limit: "));
+}
+
 }  // namespace

@@ -4,13 +4,13 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 
-#include "app/imagefile/CFileDescriptor.h"
-
-namespace imagefile {
+#include "host/core/HostApi.h"
+#include "hostlib/system/CDescriptor.h"
 
 struct SOutputRules {
     // Whether an existing file is replaced. Its permissions are kept. A symbolic link is replaced
@@ -19,13 +19,17 @@ struct SOutputRules {
     // The file that is being read, if any: naming it as output needs `overwrite` too, and gives a
     // message of its own.
     std::filesystem::path input;
+    // A pipe or other open file that gets the bytes, once they are complete, instead of a file of
+    // the name, which then stands in messages only; negative is none.
+    int stream = -1;
 };
 
 // A file that exists under its name only once it is complete. Until Publish, its bytes lie in a
 // file without a name, or where the file system has no such thing, in one named
-// ".cmdtexture-*.part" beside it; destruction removes it. All failures are thrown as
-// CImageFileError with ENFault::Output.
-class COutputFile {
+// ".cmdtexture-*.part" beside it; destruction removes it. Such files that a killed process has left
+// in the folder are removed by the next one that writes there; the lock that their writer holds
+// tells them from those at work. All failures are thrown as CFileError.
+class HOST_API COutputFile {
   public:
     // Refuses what Check refuses, then creates the file. `unnamed` may be set to false to do
     // without nameless files.
@@ -44,16 +48,21 @@ class COutputFile {
     void Write(std::span<const std::uint8_t> bytes);
     // Reports a write to the descriptor that failed with this `errno`.
     [[noreturn]] void FailWriting(int error) const;
-    // Makes the bytes durable, then gives the file its name in one step.
-    void Publish();
+    // Makes the bytes durable, then gives the file its name in one step. To a stream the bytes are
+    // copied; a signal that arrives meanwhile ends that when `stops` answers true.
+    void Publish(const std::function<bool()>& stops = {});
 
     // Removes the unfinished files of all threads. Async-signal-safe; for a handler that is about
     // to end the process.
     static void RemoveAllPending() noexcept;
 
   private:
+    void CreateForStream();
     bool CreateUnnamed(mode_t mode);
     void CreateNamed(mode_t mode);
+    bool LockNamed();
+    void RemoveStale() const;
+    void CopyToStream(const std::function<bool()>& stops);
     void KeepPermissions();
     void PublishNew();
     void PublishOver();
@@ -62,10 +71,8 @@ class COutputFile {
     std::filesystem::path file_;
     SOutputRules rules_;
     std::string name_;  // of the file in its folder
-    CFileDescriptor folder_;
-    CFileDescriptor data_;
+    CDescriptor folder_;
+    CDescriptor data_;
     std::optional<struct stat> replaced_;
     const char* temporary_ = nullptr;  // the registered name, null while the file has none
 };
-
-}  // namespace imagefile

@@ -1,21 +1,30 @@
-#include "app/imagefile/COutputFile.h"
+#include "hostlib/system/COutputFile.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <fnmatch.h>
 #include <stdio.h>
+#include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/random.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <mutex>
+#include <set>
 #include <tuple>
 #include <utility>
 
-#include "app/imagefile/CImageFileError.h"
-
-namespace imagefile {
+#include "hostlib/system/CFileError.h"
 
 namespace {
+
+constexpr const char* kTemporaryFormat = ".cmdtexture-%016llx.part";
+constexpr const char* kTemporaryPattern = ".cmdtexture-????????????????.part";
 
 // The temporary names in use, in a form that a signal handler can walk. A name is registered
 // before its file is made, so that there is no moment in which a file would be left behind.
@@ -35,7 +44,7 @@ const char* RegisterName(int folder) {
         int expected = SPendingName::kFree;
         if (!name.state.compare_exchange_strong(expected, SPendingName::kClaimed)) continue;
         name.folder = folder;
-        std::snprintf(name.text, sizeof name.text, ".cmdtexture-%016llx.part",
+        std::snprintf(name.text, sizeof name.text, kTemporaryFormat,
                       static_cast<unsigned long long>(number));
         name.state = SPendingName::kLive;
         return name.text;
@@ -52,18 +61,18 @@ void ForgetName(const char* text) {
 
 [[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& what,
                          const char* hint = "") {
-    throw CImageFileError(ENFault::Output, file, what, hint);
+    throw CFileError(file, what, hint);
 }
 
-CFileDescriptor OpenFolder(const std::filesystem::path& file) {
+CDescriptor OpenFolder(const std::filesystem::path& file) {
     const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
-    CFileDescriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!opened.IsOpen()) {
-        Refuse(file, "the folder " + DisplayName(folder) + " cannot be used: " + SystemText(errno));
+    CDescriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!opened) {
+        Refuse(file, "the folder " + DisplayText(folder) + " cannot be used: " + SystemText(errno));
     }
     if (faccessat(opened.Get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
         Refuse(file,
-               "the folder " + DisplayName(folder) + " cannot be written to: " + SystemText(errno));
+               "the folder " + DisplayText(folder) + " cannot be written to: " + SystemText(errno));
     }
     return opened;
 }
@@ -110,15 +119,21 @@ std::string PathOf(int descriptor) { return "/proc/self/fd/" + std::to_string(de
 }  // namespace
 
 void COutputFile::Check(const std::filesystem::path& file, const SOutputRules& rules) {
+    if (rules.stream >= 0) return;
     CheckName(OpenFolder(file).Get(), file, rules);
 }
 
 COutputFile::COutputFile(std::filesystem::path file, const SOutputRules& rules, bool unnamed)
     : file_(std::move(file)), rules_(rules), name_(file_.filename().native()) {
+    if (rules_.stream >= 0) {
+        CreateForStream();
+        return;
+    }
     folder_ = OpenFolder(file_);
     replaced_ = CheckName(folder_.Get(), file_, rules_);
     // The umask narrows the mode. What replaces a private file is private from its first byte.
     const mode_t mode = replaced_ && S_ISREG(replaced_->st_mode) ? 0600 : 0666;
+    RemoveStale();
     if (!unnamed || !CreateUnnamed(mode)) CreateNamed(mode);
 }
 
@@ -137,21 +152,90 @@ void COutputFile::RemoveAllPending() noexcept {
 // A file without a name vanishes with the process, however that ends. It can only be named later
 // by way of /proc.
 bool COutputFile::CreateUnnamed(mode_t mode) {
-    data_ = CFileDescriptor(openat(folder_.Get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
-    if (data_.IsOpen() && access(PathOf(data_.Get()).c_str(), F_OK) != 0) data_ = CFileDescriptor();
-    return data_.IsOpen();
+    data_ = CDescriptor(openat(folder_.Get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
+    if (data_ && access(PathOf(data_.Get()).c_str(), F_OK) != 0) data_ = CDescriptor();
+    return static_cast<bool>(data_);
 }
 
+// Where a file system has no locks, none of its files will ever be taken for stale.
+bool COutputFile::LockNamed() {
+    struct stat held = {}, named = {};
+    std::ignore = flock(data_.Get(), LOCK_EX | LOCK_NB);
+    return fstat(data_.Get(), &held) == 0 &&
+           fstatat(folder_.Get(), temporary_, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           IsSameFile(held, named);
+}
+
+// Another process may take the file for stale before it is locked; then one is made anew.
 void COutputFile::CreateNamed(mode_t mode) {
-    temporary_ = RegisterName(folder_.Get());
-    if (temporary_) {
-        constexpr int kFlags = O_CREAT | O_EXCL | O_NOFOLLOW | O_RDWR | O_CLOEXEC;
-        data_ = CFileDescriptor(openat(folder_.Get(), temporary_, kFlags, mode));
+    constexpr int kFlags = O_CREAT | O_EXCL | O_NOFOLLOW | O_RDWR | O_CLOEXEC;
+    constexpr int kAttempts = 100;
+    int error = EAGAIN;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        temporary_ = RegisterName(folder_.Get());
+        if (temporary_) data_ = CDescriptor(openat(folder_.Get(), temporary_, kFlags, mode));
+        if (data_ && LockNamed()) return;
+        error = data_ ? EAGAIN : errno;
+        if (temporary_) ForgetName(std::exchange(temporary_, nullptr));
+        if (!data_) break;
     }
-    if (data_.IsOpen()) return;
-    const int error = errno;
-    if (temporary_) ForgetName(std::exchange(temporary_, nullptr));
     FailWriting(error);
+}
+
+// Once for each folder: a folder may hold very many files.
+void COutputFile::RemoveStale() const {
+    static std::mutex mutex;
+    static std::set<std::array<std::uint64_t, 4>> seen;  // by number and birth: numbers come again
+    struct statx folder = {};
+    constexpr unsigned kWanted = STATX_INO | STATX_BTIME;
+    if (statx(folder_.Get(), "", AT_EMPTY_PATH, kWanted, &folder) != 0) return;
+    {
+        const std::lock_guard lock(mutex);
+        const std::uint64_t device =
+            std::uint64_t{folder.stx_dev_major} << 32 | folder.stx_dev_minor;
+        const auto seconds = static_cast<std::uint64_t>(folder.stx_btime.tv_sec);
+        if (!seen.insert({device, folder.stx_ino, seconds, folder.stx_btime.tv_nsec}).second) {
+            return;
+        }
+    }
+    DIR* listing = fdopendir(openat(folder_.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    while (const dirent* entry = listing ? readdir(listing) : nullptr) {
+        if (fnmatch(kTemporaryPattern, entry->d_name, 0) != 0) continue;
+        constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+        const CDescriptor left(openat(folder_.Get(), entry->d_name, kFlags));
+        struct stat found = {};
+        if (left && fstat(left.Get(), &found) == 0 && S_ISREG(found.st_mode) &&
+            flock(left.Get(), LOCK_EX | LOCK_NB) == 0) {
+            unlinkat(folder_.Get(), entry->d_name, 0);
+        }
+    }
+    if (listing) closedir(listing);
+}
+
+// The bytes gather where they take no memory, if that can be had.
+void COutputFile::CreateForStream() {
+    std::error_code none;
+    const std::filesystem::path folder = std::filesystem::temp_directory_path(none);
+    data_ = CDescriptor(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    if (!data_) data_ = CDescriptor(memfd_create("output", MFD_CLOEXEC));
+    if (!data_) FailWriting(errno);
+}
+
+void COutputFile::CopyToStream(const std::function<bool()>& stops) {
+    std::array<std::uint8_t, 65536> bytes = {};
+    for (off_t at = 0;;) {
+        const ssize_t got = pread(data_.Get(), bytes.data(), bytes.size(), at);
+        if (got < 0) FailWriting(errno);
+        if (got == 0) return;
+        at += got;
+        for (ssize_t done = 0; done < got;) {
+            const ssize_t written = write(rules_.stream, &bytes[static_cast<std::size_t>(done)],
+                                          static_cast<std::size_t>(got - done));
+            const bool goes_on = written >= 0 || (errno == EINTR && !(stops && stops()));
+            if (!goes_on) Refuse(file_, "cannot be written: " + SystemText(errno));
+            done += std::max<ssize_t>(written, 0);
+        }
+    }
 }
 
 void COutputFile::Write(std::span<const std::uint8_t> bytes) {
@@ -181,11 +265,15 @@ void COutputFile::KeepPermissions() {
     std::ignore = fchmod(data_.Get(), replaced_->st_mode & 0777);
 }
 
-void COutputFile::Publish() {
+void COutputFile::Publish(const std::function<bool()>& stops) {
+    if (rules_.stream >= 0) return CopyToStream(stops);
     KeepPermissions();
     if (fsync(data_.Get()) != 0) FailWriting(errno);
     rules_.overwrite ? PublishOver() : PublishNew();
     if (temporary_) ForgetName(std::exchange(temporary_, nullptr));
+    // The new name is durable with its folder. The file has it, whatever comes of that.
+    const CDescriptor folder(openat(folder_.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder) std::ignore = fsync(folder.Get());
 }
 
 // Never replaces anything, even what came into being after the check.
@@ -208,6 +296,7 @@ void COutputFile::PublishNew() {
 void COutputFile::PublishOver() {
     const int folder = folder_.Get();
     if (!temporary_) {
+        std::ignore = flock(data_.Get(), LOCK_EX | LOCK_NB);
         temporary_ = RegisterName(folder);
         const std::string unnamed = PathOf(data_.Get());
         if (!temporary_ ||
@@ -217,5 +306,3 @@ void COutputFile::PublishOver() {
     }
     if (renameat(folder, temporary_, folder, name_.c_str()) != 0) FailPublishing(errno);
 }
-
-}  // namespace imagefile
