@@ -80,6 +80,14 @@ CEffectJob::CEffectJob(CEffectJob&& other) noexcept = default;
 CEffectJob& CEffectJob::operator=(CEffectJob&& other) noexcept = default;
 CEffectJob::~CEffectJob() = default;
 
+CEffectJob CEffectJob::Copy() const {
+    CEffectJob copy = CJobLibrary(parts_->library).MakeJob(parts_->name);
+    copy.parts_->given = parts_->given;
+    if (parts_->document) copy.parts_->document = new CDocument(*parts_->document);
+    copy.parts_->Define();
+    return copy;
+}
+
 const std::string& CEffectJob::Name() const { return parts_->name; }
 SEffectInfo CEffectJob::Describe() const { return SEffectInfo::Of(*parts_->command); }
 
@@ -99,6 +107,25 @@ void CEffectJob::Set(const nlohmann::ordered_json& values) {
             parts_->Keep(index, value);
         }
     });
+}
+
+void CEffectJob::SetJson(const std::string& values) {
+    const auto parsed = nlohmann::ordered_json::parse(values, nullptr, false);
+    if (parsed.is_discarded()) {
+        throw CJobError(EJobFault::Refused, "the values are no JSON",
+                        "an object of names to values is expected");
+    }
+    Set(parsed);
+}
+
+void CEffectJob::Reset() {
+    parts_->given.clear();
+    parts_->Define();
+}
+
+std::string CEffectJob::Value(const std::string& parameter) const {
+    return WithJobErrors(
+        [&] { return parameters::ToText(parameters::Find(parts_->Repository(), parameter)); });
 }
 
 void CEffectJob::TakePreset(const std::string& preset) {
@@ -129,14 +156,22 @@ void CEffectJob::CheckResources() const {
 }
 
 void CEffectJob::SetCanvas(CSize canvas) {
-    const CRowIteratorBands image =
-        parts_->document ? parts_->document->GetActiveImage() : CRowIteratorBands();
-    const CRowIterator selection =
-        parts_->document ? parts_->document->GetSelection() : CRowIterator();
-    parts_->document = new CDocument(canvas);
-    parts_->document->SetActiveImage(image);
-    parts_->document->SetSelection(selection);
-    WithJobErrors([&] { parts_->Define(); });
+    TRef<CDocument> next;
+    if (canvas != CSize{}) {
+        next = new CDocument(canvas);
+        if (parts_->document) {
+            next->SetActiveImage(parts_->document->GetActiveImage());
+            next->SetSelection(parts_->document->GetSelection());
+        }
+    }
+    std::swap(parts_->document, next);
+    try {
+        WithJobErrors([&] { parts_->Define(); });
+    } catch (const CJobError&) {
+        std::swap(parts_->document, next);  // values and ranges are as they were
+        parts_->Define();
+        throw;
+    }
 }
 
 void CEffectJob::SetPicture(const CRowIteratorBands& image, const CRowIterator& selection) {

@@ -25,6 +25,8 @@ class CEffectJob {
     CEffectJob(CEffectJob&& other) noexcept;
     CEffectJob& operator=(CEffectJob&& other) noexcept;
     ~CEffectJob();
+    // Another job of the effect with the same values, canvas and picture.
+    CEffectJob Copy() const;
 
     // The component name, and what the effect is, ranges being those of the canvas.
     const std::string& Name() const;
@@ -41,14 +43,20 @@ class CEffectJob {
     // Saves the values as the user's preset of a name and answers its file. Throws CJobError,
     // Preset; also when there is one of the name, unless `overwrite` is set.
     std::string SavePreset(const std::string& name, bool overwrite) const;
-    // All values by name.
+    // The same from the text of a JSON object. Throws CJobError, Refused.
+    void SetJson(const std::string& values);
+    // Brings all values back to their defaults.
+    void Reset();
+    // A value as a text that sets it. Throws CJobError, Refused. All values by name.
+    std::string Value(const std::string& parameter) const;
     nlohmann::ordered_json Values() const;
     // Refuses patterns and textures that there are not, before a run would. Throws CJobError,
     // UnknownResource.
     void CheckResources() const;
 
     // The document's size in pixels, which ranges may follow. Throws CJobError, Refused, when a
-    // value that was set does not fit it. Without a call the canvas is the first picture's size.
+    // value that was set does not fit it. Without a call the canvas is the first picture's size;
+    // 0 by 0 brings that back and forgets the picture.
     void SetCanvas(CSize canvas);
     // The picture, at its place on the canvas (its origin), and the selection, 8-bit grey of its
     // size (unattached: everything). Pixels are shared with the caller, and never written.

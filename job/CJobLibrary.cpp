@@ -7,6 +7,7 @@
 #include "host/language/CConnectLanguage.h"
 #include "hostlib/language/Languages.h"
 #include "hostlib/parameters/NearestName.h"
+#include "hostlib/parameters/Presets.h"
 #include "job/SJobParts.h"
 
 namespace {

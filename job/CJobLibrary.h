@@ -63,5 +63,6 @@ class CJobLibrary {
     friend class CEffectJob;
     struct SShared;
     class CScope;
+    explicit CJobLibrary(std::shared_ptr<SShared> shared) : shared_(std::move(shared)) {}
     std::shared_ptr<SShared> shared_;
 };

@@ -19,6 +19,13 @@ constexpr wchar_t kCategory[] = L"Category";
 constexpr SKind kKinds[] = {{L"PatternName", CFileResourceLibrary::kPatterns, "pattern"},
                             {L"TextureName", CFileResourceLibrary::kTextures, "texture"}};
 
+const SKind* KindOf(const IParameter& parameter) {
+    for (const SKind& kind : kKinds) {
+        if (parameter.Name() == CString(kind.parameter)) return &kind;
+    }
+    return nullptr;
+}
+
 // `use` gets the kind, the index of its parameter, and the name and the category of the values.
 template <class Use>
 void ForPictureOf(const IParameterRepository& repository, Use&& use) {
@@ -29,11 +36,8 @@ void ForPictureOf(const IParameterRepository& repository, Use&& use) {
     }
     for (int i = 0; i < repository.Count(); ++i) {
         const IParameter* parameter = repository.At(i);
-        for (const SKind& kind : kKinds) {
-            if (parameter && parameter->Name() == CString(kind.parameter)) {
-                use(kind, i, parameter->Text(), ToUtf8(category));
-            }
-        }
+        const SKind* kind = parameter ? KindOf(*parameter) : nullptr;
+        if (kind) use(*kind, i, parameter->Text(), ToUtf8(category));
     }
 }
 
@@ -57,6 +61,11 @@ std::string NameOf(const SKind& kind, const std::string& name, const std::string
 }
 
 }  // namespace
+
+int CRunResources::TypeOf(const IParameter& parameter) {
+    const SKind* kind = KindOf(parameter);
+    return kind ? kind->type : 0;
+}
 
 void CRunResources::Check(const IParameterRepository& repository,
                           const CFileResourceLibrary& library) {

@@ -12,6 +12,8 @@
 // so that a name without a picture ends the run instead of giving a plain material.
 class CRunResources final : public TUnknownImpl<CRunResources, IResourceLibrary> {
   public:
+    // The type of pictures that a parameter names; 0 for one that names none.
+    static int TypeOf(const IParameter& parameter);
     // Throws CJobError, UnknownResource, for a name that the library does not have.
     static void Check(const IParameterRepository& repository, const CFileResourceLibrary& library);
     // Gives an empty name the one that it means where the values give a category, so that a dialog

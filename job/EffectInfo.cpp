@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hostlib/parameters/ParameterValues.h"
+#include "job/CRunResources.h"
 
 namespace {
 
@@ -19,7 +20,8 @@ SParameterInfo Describe(int index, const IParameter& parameter) {
             .label = ToUtf8(parameter.Label()),
             .description = ToUtf8(parameter.Description()),
             .members = parameters::MemberNames(parameter),
-            .accepts = parameters::DescribeValues(parameter)};
+            .accepts = parameters::DescribeValues(parameter),
+            .resource_type = CRunResources::TypeOf(parameter)};
 }
 
 ordered_json DefaultOf(const SParameterInfo& parameter) {

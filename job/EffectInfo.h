@@ -21,6 +21,7 @@ struct SParameterInfo {
     std::string label, description;
     std::vector<std::string> members;  // of an enumeration, in the order of their numbers
     std::string accepts;               // "a whole number from 2 to 600", "a colour as #RRGGBB"
+    int resource_type = 0;  // of a string that names a picture of the library: which; else 0
 
     bool HasRange() const {
         return type == EParameterType::Integer || type == EParameterType::Enumeration;

@@ -1,0 +1,150 @@
+#include "capi/Pixels.h"
+
+#include <fmt/format.h>
+
+#include <cstring>
+#include <new>
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+
+#include "host/core/Multiversion.h"
+#include "job/CJobError.h"
+
+namespace {
+
+constexpr int kLargestSide = 65535;
+constexpr std::size_t kBlockBytes = std::size_t{1} << 20;  // of rows that one thread copies at once
+
+[[noreturn]] void Refuse(const std::string& what, const char* hint = "") {
+    throw CJobError(EJobFault::Refused, what, hint);
+}
+
+int Channels(cmdtexture_layout layout) {
+    return layout <= CMDTEXTURE_RGBA ? layout : layout - (CMDTEXTURE_BGR - CMDTEXTURE_RGB);
+}
+bool RedIsFirst(cmdtexture_layout layout) {
+    return layout == CMDTEXTURE_RGB || layout == CMDTEXTURE_RGBA;
+}
+CNPixelFormat FormatOf(const cmdtexture_image& image) {
+    return CNPixelFormat::Of(Channels(image.layout), image.depth == 16);
+}
+std::size_t RowBytes(const cmdtexture_image& image) {
+    return static_cast<std::size_t>(image.width) *
+           static_cast<std::size_t>(FormatOf(image).PixelBytes());
+}
+
+template <class Sample, int kChannels>
+inline __attribute__((always_inline)) void SwapRow(const std::uint8_t* from, std::uint8_t* to,
+                                                   int pixels) {
+    const auto* in = reinterpret_cast<const Sample*>(from);
+    auto* out = reinterpret_cast<Sample*>(to);
+    for (int x = 0; x < pixels; ++x) {
+        const Sample first = in[x * kChannels];
+        const Sample second = in[x * kChannels + 1];
+        const Sample third = in[x * kChannels + 2];
+        out[x * kChannels] = third;
+        out[x * kChannels + 1] = second;
+        out[x * kChannels + 2] = first;
+        if constexpr (kChannels == 4) out[x * 4 + 3] = in[x * 4 + 3];
+    }
+}
+
+// A row with the outer two of its colours exchanged. Rows of 16 bits lie at even addresses.
+CMDTEXTURE_MULTIVERSION void SwapColour8(const std::uint8_t* from, std::uint8_t* to, int pixels) {
+    SwapRow<std::uint8_t, 3>(from, to, pixels);
+}
+CMDTEXTURE_MULTIVERSION void SwapAlpha8(const std::uint8_t* from, std::uint8_t* to, int pixels) {
+    SwapRow<std::uint8_t, 4>(from, to, pixels);
+}
+CMDTEXTURE_MULTIVERSION void SwapColour16(const std::uint8_t* from, std::uint8_t* to, int pixels) {
+    SwapRow<std::uint16_t, 3>(from, to, pixels);
+}
+CMDTEXTURE_MULTIVERSION void SwapAlpha16(const std::uint8_t* from, std::uint8_t* to, int pixels) {
+    SwapRow<std::uint16_t, 4>(from, to, pixels);
+}
+
+using Swap = void (*)(const std::uint8_t*, std::uint8_t*, int);
+Swap SwapFor(CNPixelFormat format) {
+    if (format.Is16bit()) return format.IsAlphaChannelPresent() ? &SwapAlpha16 : &SwapColour16;
+    return format.IsAlphaChannelPresent() ? &SwapAlpha8 : &SwapColour8;
+}
+
+// Copies rows between the caller's memory and the host's, in the direction of the arguments.
+void CopyRows(const cmdtexture_image& shape, const std::uint8_t* from, std::ptrdiff_t from_stride,
+              std::uint8_t* to, std::ptrdiff_t to_stride) {
+    const Swap swap = RedIsFirst(shape.layout) ? SwapFor(FormatOf(shape)) : nullptr;
+    const std::size_t bytes = RowBytes(shape);
+    const std::size_t block = 1 + kBlockBytes / bytes;
+    const tbb::blocked_range<int> rows(0, shape.height, block);
+    tbb::parallel_for(rows, [&](const tbb::blocked_range<int>& range) {
+        for (int y = range.begin(); y < range.end(); ++y) {
+            const std::uint8_t* in = from + from_stride * y;
+            std::uint8_t* out = to + to_stride * y;
+            if (swap) {
+                swap(in, out, shape.width);
+            } else if (in != out) {
+                std::memcpy(out, in, bytes);
+            }
+        }
+    });
+}
+
+}  // namespace
+
+void CheckImage(const cmdtexture_image* image, const char* role) {
+    if (!image || image->size < sizeof(cmdtexture_image)) {
+        Refuse(fmt::format("the {} is no picture", role), "size is sizeof(cmdtexture_image)");
+    }
+    if (image->layout < CMDTEXTURE_GREY || image->layout > CMDTEXTURE_BGRA) {
+        Refuse(
+            fmt::format("the {} has the unknown layout {}", role, static_cast<int>(image->layout)));
+    }
+    if (image->depth != 8 && image->depth != 16) {
+        Refuse(fmt::format("the {} has {} bits a sample", role, image->depth), "8 or 16 can be");
+    }
+    if (image->width < 1 || image->height < 1 || image->width > kLargestSide ||
+        image->height > kLargestSide) {
+        Refuse(fmt::format("the {} has {} x {} pixels", role, image->width, image->height),
+               "sides are 1 to 65535 pixels");
+    }
+    if (!image->pixels) Refuse(fmt::format("the {} has no pixels", role));
+    const auto stride =
+        static_cast<std::size_t>(image->stride < 0 ? -image->stride : image->stride);
+    if (image->height > 1 && stride < RowBytes(*image)) {
+        Refuse(fmt::format("the rows of the {} overlap: {} bytes lie {} bytes apart", role,
+                           RowBytes(*image), image->stride));
+    }
+    const auto address = reinterpret_cast<std::uintptr_t>(image->pixels);
+    if (image->depth == 16 && (address % 2 != 0 || stride % 2 != 0)) {
+        Refuse(fmt::format("the {} has samples of 16 bits at odd addresses", role));
+    }
+}
+
+void CheckPair(const cmdtexture_image& source, const cmdtexture_image& destination) {
+    if (source.width != destination.width || source.height != destination.height) {
+        Refuse(fmt::format("the source has {} x {} pixels, the destination {} x {}", source.width,
+                           source.height, destination.width, destination.height));
+    }
+    if (FormatOf(source) != FormatOf(destination)) {
+        Refuse("the source and the destination differ in depth or in channels");
+    }
+}
+
+CRowIteratorBands ToHost(const cmdtexture_image& image) {
+    CRowIteratorBands picture;
+    if (!RedIsFirst(image.layout)) {
+        picture.Attach(image.pixels, image.stride, image.width, image.height, FormatOf(image))
+            .ThrowIfFailed();
+        return picture;
+    }
+    if (picture.Create(image.width, image.height, FormatOf(image)).Failed()) throw std::bad_alloc();
+    CopyRows(image, static_cast<const std::uint8_t*>(image.pixels), image.stride,
+             picture.Row<std::uint8_t>(0), picture.Stride());
+    return picture;
+}
+
+void FromHost(const CRowIteratorBands& picture, const cmdtexture_image& image) {
+    CopyRows(image, picture.Row<std::uint8_t>(0), picture.Stride(),
+             static_cast<std::uint8_t*>(image.pixels), image.stride);
+}
