@@ -2,7 +2,7 @@
 
 void AddSessionOptions(CLI::App& command, SSessionOptions& options) {
     command.add_option("--language", options.language,
-                       "Language of names and descriptions, by code (EN, DE); default: the "
+                       "Language of names and descriptions, by its code, such as EN; default: the "
                        "environment's");
     command
         .add_option("--range-scale", options.range_scale,

@@ -10,9 +10,10 @@
 
 namespace {
 
-// No effect lacks a text in any language, and names in English stay what they are in every one.
+// No effect lacks a text in any language, its help text is that language's own (names may be
+// alike), and names in English stay what they are in every one.
 TEST(Language, EveryTextIsThere) {
-    std::map<std::string, CString> english;
+    std::map<std::string, CString> english, help;
     for (const std::string& code : languages::Available(FindInstallation().data)) {
         const LoadedModule module(code);
         for (const std::string& name : module->Names()) {
@@ -25,7 +26,8 @@ TEST(Language, EveryTextIsThere) {
             }
             english.try_emplace(name, data.GetDisplayName());
             EXPECT_EQ(data.GetEnglishDisplayName(), english[name]) << name << " in " << code;
-            EXPECT_EQ(data.GetDisplayName() == english[name], code == "EN") << name;
+            help.try_emplace(name, data.GetTextC());
+            EXPECT_EQ(data.GetTextC() == help[name], code == "EN") << name << " in " << code;
             PrepareCommand(*command, nullptr);
             for (const IParameter* parameter : parameters::All(*command->BoundRepository())) {
                 EXPECT_FALSE(parameter->Label().IsEmpty()) << name << " in " << code;
@@ -37,16 +39,16 @@ TEST(Language, EveryTextIsThere) {
 
 TEST(Language, SwitchesWhileTheModuleIsLoaded) {
     const LoadedModule module("EN");
-    const auto label = [&] {
+    const auto text = [&] {
         const TRef<CCmdEffect> command = module->CreateCommand("Sandstone");
         PrepareCommand(*command, nullptr);
-        return command->BoundRepository()->At(0)->Label();
+        return command->BoundRepository()->At(0)->Description();
     };
-    const CString english = label();
+    const CString english = text();
     languages::Select(FindInstallation().data, "DE");
-    EXPECT_FALSE(label() == english);
+    EXPECT_FALSE(text() == english);
     languages::Select(FindInstallation().data, "XX");
-    EXPECT_EQ(label(), english) << "English stands in for a language that is not there";
+    EXPECT_EQ(text(), english) << "English stands in for a language that is not there";
 }
 
 // A language file that cannot be used is named, and English stands in for it; without English there

@@ -20,6 +20,7 @@
 #include "app/desktop/Widgets.h"
 #include "host/system/KeyState.h"
 #include "host/windowing/CDialog.h"
+#include "hostlib/language/Languages.h"
 #include "hostlib/parameters/ParameterValues.h"
 #include "support/LoadedModule.h"
 #include "support/TemporaryLogon.h"
@@ -497,10 +498,10 @@ TEST_F(Window, LibraryIsBrowsedAndCancelledBack) {
 
 // Whether all of a text is seen, in every window and language.
 TEST_F(Window, NothingIsCutOff) {
-    for (const char* language : {"EN", "DE"}) {
+    for (const std::string& language : languages::Available(FindInstallation().data)) {
         const LoadedModule module(language);
         for (const std::string& effect : module->Names()) {
-            SCOPED_TRACE(std::string(language) + " " + effect);
+            SCOPED_TRACE(language + " " + effect);
             Session session(*module.operator->(), effect, Photo(ENPixelFormat::Colour8, 64, 64));
             session.Edit([](CDialogWindow& window, IDialogModel&) {
                 QTest::qWait(1);
