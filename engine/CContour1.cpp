@@ -4,6 +4,7 @@
 
 #include "engine/Planes.h"
 #include "host/core/Multiversion.h"
+#include "host/graphics/PixelMath.h"
 
 namespace {
 
@@ -13,7 +14,7 @@ using TProduct = std::conditional_t<sizeof(Sample) == 1, std::uint16_t, std::uin
 
 // The difference of two samples, by signed numbers that hold it at either depth.
 template <class Sample>
-ENGINE_INLINE TProduct<Sample> Distance(Lane a, Lane b) {
+CMDTEXTURE_INLINE TProduct<Sample> Distance(Lane a, Lane b) {
     using Signed = std::make_signed_t<TProduct<Sample>>;
     const auto difference = static_cast<Signed>(a - b);
     return static_cast<TProduct<Sample>>(difference < 0 ? -difference : difference);
@@ -21,7 +22,7 @@ ENGINE_INLINE TProduct<Sample> Distance(Lane a, Lane b) {
 
 // The weight of the contour, 0 to 255, of a sample between its neighbours.
 template <class Sample>
-ENGINE_INLINE Lane ContourWeight(Lane sample, Lane below, Lane right, Lane intensity) {
+CMDTEXTURE_INLINE Lane ContourWeight(Lane sample, Lane below, Lane right, Lane intensity) {
     using Product = TProduct<Sample>;
     const auto difference =
         static_cast<Product>(Distance<Sample>(sample, right) + Distance<Sample>(sample, below));
@@ -32,7 +33,7 @@ ENGINE_INLINE Lane ContourWeight(Lane sample, Lane below, Lane right, Lane inten
 }
 
 template <class Sample>
-ENGINE_INLINE Lane BlendColour(Lane sample, Lane contour, Lane weight) {
+CMDTEXTURE_INLINE Lane BlendColour(Lane sample, Lane contour, Lane weight) {
     using Product = TProduct<Sample>;
     const auto kept = static_cast<Product>(Product{ToLane(255 - weight)} * sample);
     const auto taken = static_cast<Product>(Product{weight} * contour);
@@ -41,7 +42,7 @@ ENGINE_INLINE Lane BlendColour(Lane sample, Lane contour, Lane weight) {
 
 // A grey sample takes the mean of the contour's channels, whose sum is given.
 template <class Sample>
-ENGINE_INLINE Lane BlendGrey(Lane sample, int contour_sum, Lane weight) {
+CMDTEXTURE_INLINE Lane BlendGrey(Lane sample, int contour_sum, Lane weight) {
     return ToLane((contour_sum * weight / 3 + (255 - weight) * sample) >> 8);
 }
 
@@ -91,7 +92,7 @@ CContour1::CContour1() {
 
 void CContour1::ReadParameters() {
     params.ClampValues();
-    const int unit = pixelFormat.Is16bit() ? 257 : 1;
+    const int unit = pixelFormat.Is16bit() ? pixel::Times257(1) : 1;
     intensity = ValueOf(L"Intensity");
     contourRed = ValueOf(L"Red") * unit;
     contourGreen = ValueOf(L"Green") * unit;

@@ -14,7 +14,7 @@ constexpr int kLargestSide = (1 << 22) - 1;  // 512 times it is within an int
 // Mirrors a sample position at the far end of an extent, and at the near end too in colour images;
 // grey ones stop there. Ends within 1 to 256 * extent - 1.
 template <class Traits>
-ENGINE_INLINE int Fold(int position, int extent) {
+CMDTEXTURE_INLINE int Fold(int position, int extent) {
     const int last = extent * 256 - 1;
     while (position > last || position < 1) {
         if (position > last) position = extent * 512 - position - 2;
@@ -33,7 +33,7 @@ struct SPlace {
 };
 
 template <class Traits>
-ENGINE_INLINE SPlace PlaceAt(int position_x, int position_y, int width, int height) {
+CMDTEXTURE_INLINE SPlace PlaceAt(int position_x, int position_y, int width, int height) {
     const int px = Fold<Traits>(position_x, width);
     const int py = Fold<Traits>(position_y, height);
     const int column = px >> 8, row = py >> 8;
@@ -42,8 +42,8 @@ ENGINE_INLINE SPlace PlaceAt(int position_x, int position_y, int width, int heig
 }
 
 // The value, 0 to 255, between four values.
-ENGINE_INLINE int Bilinear(int upper_left, int upper_right, int lower_left, int lower_right,
-                           int share_right, int share_down) {
+CMDTEXTURE_INLINE int Bilinear(int upper_left, int upper_right, int lower_left, int lower_right,
+                               int share_right, int share_down) {
     const int upper = upper_left * 256 + (upper_right - upper_left) * share_right;
     const int lower = lower_left * 256 + (lower_right - lower_left) * share_right;
     return (upper * 256 + (lower - upper) * share_down) >> 16;
@@ -51,7 +51,8 @@ ENGINE_INLINE int Bilinear(int upper_left, int upper_right, int lower_left, int 
 
 // The brightness of a pixel as displacements weigh it: the sum of three channels in 8-bit terms.
 template <class Sample, int kChannels>
-ENGINE_INLINE int Brightness(const Lane (&channel)[kChannels][TPlanes<kChannels>::kLength], int x) {
+CMDTEXTURE_INLINE int Brightness(const Lane (&channel)[kChannels][TPlanes<kChannels>::kLength],
+                                 int x) {
     if constexpr (kChannels <= 2) {
         return 3 * pixel::ToByte<Sample>(channel[0][x]);
     } else {
@@ -96,7 +97,7 @@ CMDTEXTURE_MULTIVERSION void PlaceBlock(const typename Traits::Sample* row,
 }
 
 template <class Traits>
-ENGINE_INLINE std::uint32_t PackChannels(const typename Traits::Sample* pixel) {
+CMDTEXTURE_INLINE std::uint32_t PackChannels(const typename Traits::Sample* pixel) {
     std::uint32_t packed = 0;
     for (int c = 0; c < Traits::kColourChannels; ++c) {
         const int value = pixel::ToByte<typename Traits::Sample>(pixel[c]);
@@ -108,7 +109,7 @@ ENGINE_INLINE std::uint32_t PackChannels(const typename Traits::Sample* pixel) {
 // The same for a pixel that is not the last of its row: what follows it may be read, and is packed
 // with it.
 template <class Traits>
-ENGINE_INLINE std::uint32_t PackInside(const typename Traits::Sample* pixel) {
+CMDTEXTURE_INLINE std::uint32_t PackInside(const typename Traits::Sample* pixel) {
     if constexpr (Traits::kColourChannels == 3 && !Traits::kIs16bit &&
                   std::endian::native == std::endian::little) {
         std::uint32_t packed;

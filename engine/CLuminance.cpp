@@ -15,7 +15,7 @@ struct TShift {
         : scale(ToLane((255 - std::abs(luminance)) << 8)),
           lift(luminance <= 0 ? Lane{0} : ToLane(pixel::FromByte<Sample>(luminance))) {}
 
-    ENGINE_INLINE Lane Of(Lane sample) const {
+    CMDTEXTURE_INLINE Lane Of(Lane sample) const {
         // scale holds 8 bits more, so that the product's upper half is the shifted product.
         return ToLane(static_cast<int>((std::uint32_t{sample} * scale) >> 16) + lift);
     }

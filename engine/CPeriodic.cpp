@@ -9,7 +9,7 @@ namespace {
 
 // The mean brightness of a pixel in 8-bit terms: of its samples as they are, then the high byte.
 template <class Sample>
-ENGINE_INLINE Lane MeanBrightness(Lane b, Lane g, Lane r) {
+CMDTEXTURE_INLINE Lane MeanBrightness(Lane b, Lane g, Lane r) {
     if constexpr (sizeof(Sample) == 1) return ToLane(ToLane(b + g + r) / 3);
     // The sum has 18 bits. The low bytes matter to the result only by what they carry.
     const Lane low = ToLane((b & 255) + (g & 255) + (r & 255));
@@ -19,7 +19,7 @@ ENGINE_INLINE Lane MeanBrightness(Lane b, Lane g, Lane r) {
 
 // How much a pixel of that brightness is scaled, in 1/1024: a triangle wave with `periods` / 32
 // turns over the range, times the gain; 0 to 127 * 20.
-ENGINE_INLINE Lane BandFactor(Lane brightness, Lane periods, Lane gain) {
+CMDTEXTURE_INLINE Lane BandFactor(Lane brightness, Lane periods, Lane gain) {
     const Lane phase = ToLane(ToLane(brightness * periods) >> 5);
     const auto turn = static_cast<std::int16_t>(phase % 255 - 127);
     return ToLane(ToLane(turn < 0 ? -turn : turn) * gain);
@@ -27,7 +27,7 @@ ENGINE_INLINE Lane BandFactor(Lane brightness, Lane periods, Lane gain) {
 
 // A sample scaled by factor / 1024 and kept at or below 255 or, `only_darker`, its own value.
 template <class Sample>
-ENGINE_INLINE Lane Banded(Lane sample, Lane factor, bool only_darker) {
+CMDTEXTURE_INLINE Lane Banded(Lane sample, Lane factor, bool only_darker) {
     const Lane value = ToLane(pixel::ToByte<Sample>(sample));
     // (value * factor) >> 10 as the upper half of a product of lanes; at most 632.
     const auto scaled =
@@ -74,7 +74,7 @@ struct SSawtooth {
           reciprocal(ToLane(65536 / period + 1)) {}
 
     template <class Sample>
-    ENGINE_INLINE Lane Of(Lane sample) const {
+    CMDTEXTURE_INLINE Lane Of(Lane sample) const {
         const int value = pixel::ToByte<Sample>(sample);
         const Lane phase = ToLane(ToLane(value * slope) >> 4);  // at most 2040
         // phase % period: the quotient by the reciprocal is right or 1 too large.

@@ -16,7 +16,7 @@ struct SLight {
 // How far a slope is lit, from the rise of its brightness (sum of three channels) to the right and
 // downwards: the shade of a full light, -4327 to 4327. Double precision and truncation as they
 // stand here make the last bit of the picture.
-ENGINE_INLINE int Shade(int rise_right, int rise_below, double cos_angle, double sin_angle) {
+CMDTEXTURE_INLINE int Shade(int rise_right, int rise_below, double cos_angle, double sin_angle) {
     const double slope =
         static_cast<double>(rise_right) * cos_angle + static_cast<double>(rise_below) * sin_angle;
     return static_cast<int>(slope * 4.0);
@@ -24,7 +24,7 @@ ENGINE_INLINE int Shade(int rise_right, int rise_below, double cos_angle, double
 
 // A sample in 8-bit terms, shaded by one component of the light. The shift rounds down: the shade
 // times the component, divided by 256, as the upper half of a product of 16-bit numbers.
-ENGINE_INLINE int Lit(int value, int shade, int light) {
+CMDTEXTURE_INLINE int Lit(int value, int shade, int light) {
     const auto shade4 = static_cast<std::int16_t>(shade * 4);
     const auto light64 = static_cast<std::int16_t>(light * 64);
     const auto lift = static_cast<std::int16_t>((shade4 * light64) >> 16);
@@ -33,9 +33,9 @@ ENGINE_INLINE int Lit(int value, int shade, int light) {
 
 // Lights a block: shades from the brightness sums, then every colour channel in place.
 template <class Traits>
-ENGINE_INLINE void LightBlock(TPlanes<Traits::kChannels>& here,
-                              const TPlanes<Traits::kChannels>& under, int count,
-                              const SLight& light) {
+CMDTEXTURE_INLINE void LightBlock(TPlanes<Traits::kChannels>& here,
+                                  const TPlanes<Traits::kChannels>& under, int count,
+                                  const SLight& light) {
     using Sample = typename Traits::Sample;
     alignas(64) std::int16_t sum[TPlanes<1>::kLength], rise_right[kBlockPixels],
         rise_below[kBlockPixels], shade[kBlockPixels];

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "host/core/Multiversion.h"
 #include "host/graphics/CNPixelFormat.h"
 
 // What the row kernels share. A kernel works on a row in blocks: it splits a block into planes, one
@@ -14,8 +15,6 @@
 // Everything here is inlined into the kernels, which are compiled for several processors.
 
 inline constexpr int kBlockPixels = 256;
-
-#define ENGINE_INLINE [[gnu::always_inline]] inline
 
 // The lane of a plane: a sample, or an intermediate result of 0 to 65535.
 using Lane = std::uint16_t;
@@ -30,8 +29,8 @@ struct TPlanes {
 };
 
 template <class Traits>
-ENGINE_INLINE void Split(const typename Traits::Sample* from, int pixels,
-                         TPlanes<Traits::kChannels>& planes) {
+CMDTEXTURE_INLINE void Split(const typename Traits::Sample* from, int pixels,
+                             TPlanes<Traits::kChannels>& planes) {
     constexpr int n = Traits::kChannels;
     if constexpr (Traits::kIs16bit || n == 1) {
         for (int x = 0; x < pixels; ++x) {
@@ -52,8 +51,8 @@ ENGINE_INLINE void Split(const typename Traits::Sample* from, int pixels,
 // Splits a block and the pixel right of it, whose place the last pixel takes when the row ends
 // there.
 template <class Traits>
-ENGINE_INLINE void SplitWithNeighbour(const typename Traits::Sample* from, int pixels, bool ends,
-                                      TPlanes<Traits::kChannels>& planes) {
+CMDTEXTURE_INLINE void SplitWithNeighbour(const typename Traits::Sample* from, int pixels,
+                                          bool ends, TPlanes<Traits::kChannels>& planes) {
     Split<Traits>(from, ends ? pixels : pixels + 1, planes);
     if (!ends) return;
     for (auto& plane : planes.channel) plane[pixels] = plane[pixels - 1];
@@ -61,8 +60,8 @@ ENGINE_INLINE void SplitWithNeighbour(const typename Traits::Sample* from, int p
 
 // Stores the low bits of every lane.
 template <class Traits>
-ENGINE_INLINE void Merge(const TPlanes<Traits::kChannels>& planes, int pixels,
-                         typename Traits::Sample* to) {
+CMDTEXTURE_INLINE void Merge(const TPlanes<Traits::kChannels>& planes, int pixels,
+                             typename Traits::Sample* to) {
     constexpr int n = Traits::kChannels;
     using Sample = typename Traits::Sample;
     if constexpr (Traits::kIs16bit || n == 1) {

@@ -7,7 +7,7 @@
 
 #include "app/cli/CProgress.h"
 #include "app/imagefile/CImageFile.h"
-#include "hostlib/system/CDescriptor.h"
+#include "host/core/CDescriptor.h"
 
 namespace CLI {
 class App;

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "hostlib/system/CDescriptor.h"
+#include "host/core/CDescriptor.h"
 
 namespace imagefile {
 

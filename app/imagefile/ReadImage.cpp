@@ -7,13 +7,13 @@
 #include <cerrno>
 #include <string_view>
 
-#include "app/imagefile/CFileDescriptor.h"
 #include "app/imagefile/CImageFile.h"
 #include "app/imagefile/FileKinds.h"
 #include "app/imagefile/PixelRows.h"
 #include "app/imagefile/VipsSession.h"
 #include "app/imagefile/decode/Decoders.h"
 #include "app/imagefile/metadata/Metadata.h"
+#include "host/core/CDescriptor.h"
 
 namespace imagefile {
 
@@ -83,7 +83,7 @@ class CImageReader {
     const std::filesystem::path& file_;
     const SReadOptions& options_;
     CStatusControl progress_;
-    CFileDescriptor descriptor_;
+    CDescriptor descriptor_;
     const SKind* kind_ = nullptr;
     SContents contents_;
     CDecoder decoder_;
@@ -108,9 +108,9 @@ void CImageReader::OpenFile() {
         options_.descriptor < 0
             ? file_
             : std::filesystem::path("/proc/self/fd/" + std::to_string(options_.descriptor));
-    descriptor_ = CFileDescriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    descriptor_ = CDescriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
-    if (!descriptor_.IsOpen() || fstat(descriptor_.Get(), &status) != 0) {
+    if (!descriptor_ || fstat(descriptor_.Get(), &status) != 0) {
         Fail(ENFault::Unreadable, "cannot be read: " + SystemText(errno));
     }
     if (S_ISDIR(status.st_mode)) Fail(ENFault::Unreadable, "is a folder");

@@ -11,3 +11,7 @@
 #else
 #define CMDTEXTURE_MULTIVERSION
 #endif
+
+// A function that such kernels are made of: inlined, so that it is compiled for each level with
+// them.
+#define CMDTEXTURE_INLINE [[gnu::always_inline]] inline

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-// Holds one reference to a counted object: the only place that calls AddRef and Release.
+// Holds one reference to a counted object. Who holds an object holds it by this; AddRef and Release
+// are called elsewhere only where a reference is handed out through a pointer.
 template <class T>
 class TRef {
   public:

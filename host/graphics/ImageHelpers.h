@@ -12,13 +12,16 @@
 // give error 101 for pictures that are not attached or do not fit together, and 102 without memory;
 // those with a status control (may be null) also 100 when cancelled.
 
+// A side that a picture can be scaled to.
+using ResampledSide = TRange<int, 1, 32767, 1>;
+
 // The picture scaled to a size; smooth in both directions (Lanczos, widened when it shrinks, so
 // that fine patterns turn grey instead of flickering). `seamless` takes the source for one tile of
 // an endless pattern, so that the scaled tiles fit together; otherwise its edge is repeated.
 // `nearest` takes the nearest pixel instead of filtering.
 HOST_API CErrorAutoThrow Resample(CStatusControl* status, const CRowIteratorBands& source,
-                                  CRowIteratorBands& output, TRange<int, 1, 32767, 1> width,
-                                  TRange<int, 1, 32767, 1> height, bool seamless, bool nearest);
+                                  CRowIteratorBands& output, ResampledSide width,
+                                  ResampledSide height, bool seamless, bool nearest);
 
 // Fills an attached picture, or the part of it in `area` (pixels of the picture), with repeats of
 // `tile`, one of which lies at the tile's own place on the canvas. Samples are converted to the

@@ -18,6 +18,9 @@ constexpr int HighByte(int sample) { return (sample >> 8) & 255; }
 // An 8-bit result (0 to 255) as a 16-bit sample; 255 becomes 65535.
 constexpr int Times257(int value) { return value * 257; }
 
+// A 16-bit sample (0 to 65535) as the nearest 8-bit one.
+constexpr int NearestByte(int sample) { return (sample + 128) / 257; }
+
 // A sample in 8-bit terms, and an 8-bit result as a sample, whatever the depth.
 template <class Sample>
 constexpr int ToByte(int sample) {

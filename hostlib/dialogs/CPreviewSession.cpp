@@ -1,13 +1,14 @@
 #include "hostlib/dialogs/CPreviewSession.h"
 
 #include <algorithm>
-#include <charconv>
 #include <nlohmann/json.hpp>
 #include <random>
+#include <utility>
 
 #include "host/dialogs/CColorDropper.h"
 #include "host/dialogs/CResourceSelectDlg.h"
 #include "hostlib/commands/CDocument.h"
+#include "hostlib/core/WholeNumber.h"
 #include "hostlib/parameters/CommandLine.h"
 #include "hostlib/parameters/ParameterValues.h"
 #include "hostlib/parameters/PresetLibrary.h"
@@ -21,10 +22,10 @@ bool ParseNumber(const CString& typed, int& value) {
     const std::size_t first = text.find_first_not_of(" \t");
     if (first == std::string::npos) return false;
     text = text.substr(first, text.find_last_not_of(" \t") - first + 1);
-    if (text.starts_with('+') && text.size() > 1 && text[1] != '-') text.erase(0, 1);
-    const char* last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), last, value);
-    return error == std::errc() && end == last;
+    const std::optional<std::int64_t> number = WholeNumber(text);
+    if (!number || !std::in_range<int>(*number)) return false;
+    value = static_cast<int>(*number);
+    return true;
 }
 
 nlohmann::ordered_json ReadPreset(const std::string& effect, const std::string& id) {

@@ -8,8 +8,6 @@
 namespace blur {
 namespace {
 
-#define CMDTEXTURE_INLINE [[gnu::always_inline]] inline
-
 // Samples summed at a time: their sums stay in the first-level cache.
 constexpr int kTile = 1024;
 

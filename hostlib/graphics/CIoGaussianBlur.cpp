@@ -12,6 +12,7 @@
 #include "hostlib/graphics/BlurRows.h"
 #include "hostlib/graphics/GaussianPlan.h"
 #include "hostlib/graphics/ParallelRows.h"
+#include "hostlib/graphics/RowSamples.h"
 
 namespace {
 
@@ -53,24 +54,15 @@ std::vector<Sum> WeightsFor(const std::vector<double>& exact, double whole) {
     return weights;
 }
 
-// The samples of a pixel that the source shows.
-struct SShown {
-    int channels;  // of the source's pixels
-    int first;
-    int count;
-
-    explicit SShown(const CRowIteratorBands& source)
-        : channels(source.GetPixelFormat().Channels()),
-          first(source.GetChannelAccess() == ENChannel::Alpha ? channels - 1 : 0),
-          count(source.GetAccessFormat().Channels()) {}
-
-    template <class Sample>
-    void Pick(const Sample* from, Sample* to, std::ptrdiff_t pixels) const {
-        for (std::ptrdiff_t x = 0; x < pixels; ++x) {
-            for (int c = 0; c < count; ++c) to[x * count + c] = from[x * channels + first + c];
+// Gathers the shown samples of a row.
+template <class Sample>
+void Pick(const SShownSamples& shown, const Sample* from, Sample* to, std::ptrdiff_t pixels) {
+    for (std::ptrdiff_t x = 0; x < pixels; ++x) {
+        for (int c = 0; c < shown.count; ++c) {
+            to[x * shown.count + c] = from[x * shown.step + shown.first + c];
         }
     }
-};
+}
 
 // One blur of an image of Samples, with sums of type Sum (see BlurRows.h).
 template <class Sample, class Sum>
@@ -80,7 +72,7 @@ class CBlurRun {
              CRowIteratorBands& destination)
         : source_(source),
           destination_(destination),
-          shown_(source),
+          shown_(ShownBy(source)),
           step_(plan.step),
           before_(plan.before),
           span_(plan.Span()),
@@ -144,7 +136,7 @@ class CBlurRun {
     }
 
     void SumDown(int first, int last, Sum* rows, std::ptrdiff_t stride) const {
-        if (shown_.count < shown_.channels) return SumDownShown(first, last, rows, stride);
+        if (shown_.count < shown_.step) return SumDownShown(first, last, rows, stride);
         for (std::ptrdiff_t at = 0; at < RowLength(); at += kColumnTile) {
             const std::ptrdiff_t length = std::min(kColumnTile, RowLength() - at);
             for (int k = first; k < last; ++k) {
@@ -156,11 +148,11 @@ class CBlurRun {
     // Under a channel selection all channels are summed, and those shown are picked from the sums.
     void SumDownShown(int first, int last, Sum* rows, std::ptrdiff_t stride) const {
         const int width = source_.GetWidth();
-        const std::ptrdiff_t length = std::ptrdiff_t{width} * shown_.channels;
+        const std::ptrdiff_t length = std::ptrdiff_t{width} * shown_.step;
         const auto sums = std::make_unique_for_overwrite<Sum[]>(static_cast<std::size_t>(length));
         for (int k = first; k < last; ++k) {
             SumColumns(k, 0, length, sums.get());
-            shown_.Pick(sums.get(), rows + stride * (k - first), width);
+            Pick(shown_, sums.get(), rows + stride * (k - first), width);
         }
     }
 
@@ -217,7 +209,7 @@ class CBlurRun {
 
     const CRowIteratorBands& source_;
     CRowIteratorBands& destination_;
-    const SShown shown_;
+    const SShownSamples shown_;
     const int step_;
     const int before_;
     const int span_;
@@ -246,10 +238,10 @@ CErrorAutoThrow Blur(double sigma, const CRowIteratorBands& source, CRowIterator
 template <class Sample>
 CErrorAutoThrow CopyShown(const CRowIteratorBands& source, CRowIteratorBands& destination,
                           CStatusControl* status) {
-    const SShown shown(source);
+    const SShownSamples shown = ShownBy(source);
     return ForEachRowBlock(status, source.GetHeight(), kBlockRows, [&](int first, int last) {
         for (int y = first; y < last; ++y) {
-            shown.Pick(source.Row<Sample>(y), destination.Row<Sample>(y), source.GetWidth());
+            Pick(shown, source.Row<Sample>(y), destination.Row<Sample>(y), source.GetWidth());
         }
     });
 }

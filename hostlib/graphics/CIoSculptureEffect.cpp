@@ -54,7 +54,7 @@ CRowIteratorBands Material(CStatusControl* status, const CRowIteratorBands& patt
 
     const double scale = std::clamp(settings.size, 1, 1000) / 100.0;
     const auto scaled = [&](int side) {
-        return std::clamp(static_cast<int>(scale * side), 1, 32767);
+        return int{ResampledSide(static_cast<int>(scale * side))};
     };
     const CSize size{scaled(from.GetWidth()), scaled(from.GetHeight())};
     const CRect place = result.GetRect();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "host/graphics/PixelMath.h"
 #include "hostlib/graphics/ParallelRows.h"
 #include "hostlib/graphics/RowSamples.h"
 
@@ -60,7 +61,7 @@ template <class Traits>
 CErrorAutoThrow Flatten(const CRowIteratorBands& source, CRowIteratorBands& output,
                         const std::uint8_t* table, CColorRef colour) {
     using Sample = typename Traits::Sample;
-    const int scale = Traits::kIs16bit ? 257 : 1;
+    constexpr int scale = pixel::FromByte<Sample>(1);
     const bool grey = Traits::kColourChannels == 1;
     const int wanted[3] = {scale * (grey ? colour.Grey() : colour.Blue()), scale * colour.Green(),
                            scale * colour.Red()};

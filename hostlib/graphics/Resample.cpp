@@ -171,8 +171,8 @@ CErrorAutoThrow ResamplePart(CStatusControl* status, const CRowIteratorBands& so
 }
 
 CErrorAutoThrow Resample(CStatusControl* status, const CRowIteratorBands& source,
-                         CRowIteratorBands& output, TRange<int, 1, 32767, 1> width,
-                         TRange<int, 1, 32767, 1> height, bool seamless, bool nearest) {
+                         CRowIteratorBands& output, ResampledSide width, ResampledSide height,
+                         bool seamless, bool nearest) {
     const CSize scaled{width, height};
     return ResamplePart(status, source, output, scaled, {0, 0, width, height}, seamless, nearest);
 }

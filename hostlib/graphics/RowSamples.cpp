@@ -6,6 +6,8 @@
 #include <cstring>
 #include <utility>
 
+#include "host/graphics/PixelMath.h"
+
 namespace {
 
 template <class Sample, int kFrom, int kTo, int kCount>
@@ -54,8 +56,8 @@ struct SWeights {
 template <class To, class From>
 To Rescale(From sample) {
     if constexpr (sizeof(To) == sizeof(From)) return sample;
-    if constexpr (sizeof(To) > sizeof(From)) return static_cast<To>(sample * 257);
-    return static_cast<To>((sample + 128) / 257);
+    if constexpr (sizeof(To) > sizeof(From)) return static_cast<To>(pixel::Times257(sample));
+    return static_cast<To>(pixel::NearestByte(sample));
 }
 
 template <class From, class To>

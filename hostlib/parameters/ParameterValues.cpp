@@ -8,22 +8,13 @@
 #include <optional>
 
 #include "host/commands/ParameterDefinition.h"
+#include "hostlib/core/WholeNumber.h"
 #include "hostlib/parameters/NearestName.h"
 
 namespace parameters {
 namespace {
 
 using nlohmann::ordered_json;
-
-std::optional<std::int64_t> ParseInteger(std::string_view text) {
-    if (!text.empty() && text[0] == '+') text.remove_prefix(1);
-    std::int64_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || end != text.data() + text.size()) return std::nullopt;
-    // Digits that do not fit are a number all the same: one that is out of every range.
-    if (error == std::errc::result_out_of_range) value = text[0] == '-' ? INT64_MIN : INT64_MAX;
-    return value;
-}
 
 std::optional<std::int64_t> ParseBoolean(const std::string& text) {
     if (SameName(text, "true")) return 1;
@@ -47,7 +38,7 @@ std::optional<std::int64_t> ParseMember(const IParameter& parameter, const std::
     const auto found = std::find_if(names.begin(), names.end(),
                                     [&](const std::string& name) { return SameName(name, text); });
     if (found != names.end()) return found - names.begin();
-    return ParseInteger(text);
+    return WholeNumber(text);
 }
 
 std::optional<std::int64_t> ParseNumber(const IParameter& parameter, const std::string& text) {
@@ -62,7 +53,7 @@ std::optional<std::int64_t> ParseNumber(const IParameter& parameter, const std::
         case EParameterType::String:
             break;
     }
-    return ParseInteger(text);
+    return WholeNumber(text);
 }
 
 [[noreturn]] void Refuse(const IParameter& parameter, const std::string& text) {

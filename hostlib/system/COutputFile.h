@@ -9,8 +9,8 @@
 #include <span>
 #include <string>
 
+#include "host/core/CDescriptor.h"
 #include "host/core/HostApi.h"
-#include "hostlib/system/CDescriptor.h"
 
 struct SOutputRules {
     // Whether an existing file is replaced. Its permissions are kept. A symbolic link is replaced

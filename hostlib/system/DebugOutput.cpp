@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "host/core/CDescriptor.h"
 #include "host/core/CString.h"
-#include "hostlib/system/CDescriptor.h"
 
 namespace {
 

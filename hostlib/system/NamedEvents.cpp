@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-#include "hostlib/system/CDescriptor.h"
+#include "host/core/CDescriptor.h"
 #include "hostlib/system/ConfigFolders.h"
 
 // An event is a file that lies in a folder of the user's own and is locked, shared, by every open

@@ -138,8 +138,8 @@ CErrorAutoThrow BumpMap2(CStatusControl* status, const CBumpMapEffectSettings& s
 }
 
 CErrorAutoThrow Resample(CStatusControl* status, const CRowIteratorBands& source,
-                         CRowIteratorBands& output, TRange<int, 1, 32767, 1> width,
-                         TRange<int, 1, 32767, 1> height, bool seamless, bool nearest) {
+                         CRowIteratorBands& output, ResampledSide width, ResampledSide height,
+                         bool seamless, bool nearest) {
     CErrorAutoThrow error =
         Record("Resample", fmt::format("{} {} to {}x{} {} {}", Heard(status), Seen(source),
                                        int{width}, int{height}, seamless, nearest));

@@ -109,6 +109,16 @@ void ExpectAsCalculated(const SSettings& s, CRowIteratorBands& source) {
         << s.fill_gaps << " canvas height " << s.canvas_height;
 }
 
+TEST(PixelMath, ThePairOfDepthsIsExactOverItsDomain) {
+    for (int sample = 0; sample < 65536; ++sample) {
+        const int byte = pixel::NearestByte(sample);
+        ASSERT_LE(std::abs(2 * (sample - 257 * byte)), 257) << sample;
+    }
+    for (int byte = 0; byte < 256; ++byte) {
+        ASSERT_EQ(pixel::NearestByte(pixel::Times257(byte)), byte);
+    }
+}
+
 TEST(PixelMath, DivisionBy255IsExactForEveryBlend) {
     for (int value = 0; value <= 255 * 255; ++value) {
         ASSERT_EQ(pixel::DivideBy255(static_cast<std::uint16_t>(value)), value / 255);
