@@ -8,7 +8,7 @@ void CGapColourDlg::OnCheckClicked(const SControlRow& row, bool /*checked*/) {
 }
 
 bool CGapColourDlg::ColourTakesEffect(const SControlRow& row) const {
-    return row.parameter != table_.gaps.gapColor || FillsGaps();
+    return row.parameter != table_.gaps.gap_color || FillsGaps();
 }
 
 void CGapColourDlg::EnableGapColour() {

@@ -4,8 +4,8 @@
 
 struct SGapColourTable : SDialogTable {
     struct {
-        int fillGaps, gapColor;  // indices of parameters
-        int swatch, label;       // the controls that are there while gaps are filled
+        int fill_gaps, gap_color;  // indices of parameters
+        int swatch, label;         // the controls that are there while gaps are filled
     } gaps;
 };
 
@@ -21,7 +21,7 @@ class CGapColourDlg : public CParameterDlg {
     void OnParametersShown() override { EnableGapColour(); }
 
   private:
-    bool FillsGaps() const { return Value(table_.gaps.fillGaps).number != 0; }
+    bool FillsGaps() const { return Value(table_.gaps.fill_gaps).number != 0; }
     void EnableGapColour();
 
     const SGapColourTable& table_;

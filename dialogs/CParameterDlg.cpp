@@ -56,12 +56,12 @@ std::size_t ValuesShown(std::span<const SControlRow> controls) {
 
 CParameterDlg::CParameterDlg(const SDialogTable& table, ICommandExecutionContext* context,
                              VCommandImplementation* command, CWnd* parent)
-    : CPreviewChild(table.templateId, context, command, parent, 0, false),
+    : CPreviewChild(table.template_id, context, command, parent, 0, false),
       table_(table),
       values_(ValuesShown(table.controls)) {}
 CParameterDlg::~CParameterDlg() = default;
 
-bool CParameterDlg::Create(CWnd* parent) { return CDialog::Create(table_.templateId, parent); }
+bool CParameterDlg::Create(CWnd* parent) { return CDialog::Create(table_.template_id, parent); }
 
 bool CParameterDlg::OnInitDialog() {
     MakeMessageMap();
@@ -76,7 +76,7 @@ bool CParameterDlg::OnInitDialog() {
 }
 
 void CParameterDlg::DoDataExchange(CDataExchange* exchange) {
-    if (!table_.exchangesData) return;
+    if (!table_.exchanges_data) return;
     CPreviewChild::DoDataExchange(exchange);
     for (const SControlRow& row : table_.controls) {
         switch (row.exchange) {
@@ -383,7 +383,7 @@ void CParameterDlg::MakeMessageMap() {
     messages_.clear();
     for (const SControlRow& row : table_.controls) {
         messages_.push_back(EntryOf(row));
-        if (row.binding == EBinding::Dial && table_.dialsReportAsFields) {
+        if (row.binding == EBinding::Dial && table_.dials_report_as_fields) {
             messages_.push_back(messages_.back());
             messages_.back().code = EN_CHANGE;
         }
@@ -395,7 +395,7 @@ void CParameterDlg::MakeMessageMap() {
         messages_.push_back({WM_ACTIVATE, 0, SMessageEntry::kAnyId,
                              static_cast<MessageHandler>(&CParameterDlg::OnActivated)});
     }
-    for (const unsigned message : table_.frameworkMessages) {
+    for (const unsigned message : table_.framework_messages) {
         messages_.push_back({message, 0, SMessageEntry::kAnyId,
                              static_cast<MessageHandler>(&CParameterDlg::OnFramework)});
     }

@@ -61,13 +61,13 @@ constexpr SControlRow Resource(int id, int parameter) {
 // What makes one dialog differ from the others, as far as a table can say it. Types, ranges and
 // texts of parameters are the repository's.
 struct SDialogTable {
-    int templateId;
+    int template_id;
     std::span<const SControlRow> controls;
     SNumEditSetUp numbers = {};
-    bool dialsReportAsFields = false;  // a dial's EN_CHANGE counts, too
-    bool exchangesData = true;         // whether it does, with the framework
+    bool dials_report_as_fields = false;  // a dial's EN_CHANGE counts, too
+    bool exchanges_data = true;           // whether it does, with the framework
     // Messages that the framework handles.
-    std::initializer_list<unsigned> frameworkMessages = {};
+    std::initializer_list<unsigned> framework_messages = {};
 };
 
 // The dialog of a command: controls bound to parameters by a table. A change of a control goes into

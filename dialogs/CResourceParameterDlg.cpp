@@ -22,9 +22,9 @@ void CResourceParameterDlg::ShowList(const SControlRow& /*row*/) {
 
 void CResourceParameterDlg::ShowChosen(const CRowIteratorBands& image) {
     button_.SetPreviewImage(image);
-    if (!use_.shownName) return;
+    if (!use_.shown_name) return;
     CButton line;
-    line.Attach(*this, use_.shownName);
+    line.Attach(*this, use_.shown_name);
     line.SetWindowText(list_.GetCurItem());
 }
 

@@ -7,7 +7,7 @@ struct SResourceTable : SDialogTable {
     struct {
         const wchar_t* kind;       // "Pattern" or "Texture"
         int name, category, view;  // indices of parameters
-        int shownName = 0;         // the control that repeats the chosen name; 0 for none
+        int shown_name = 0;        // the control that repeats the chosen name; 0 for none
     } use;
 };
 

@@ -72,15 +72,15 @@ bool CComponentExporter::AllComponentsCreated() {
 }
 
 bool CComponentExporter::FindDynamicCommand(IDynamicCommandTarget* target) {
-    if (!target || dynamicCommands_.empty()) return false;
+    if (!target || dynamic_commands_.empty()) return false;
     constexpr std::int32_t kEveryKind = 3, kNotCovered = 2;
     const std::int32_t kind = target->GetKind();
     const float version = target->GetVersion();
-    for (CDynamicCmdData* data : dynamicCommands_) {
+    for (CDynamicCmdData* data : dynamic_commands_) {
         const bool fits = data->kind == kind || (data->kind == kEveryKind && kind != kNotCovered);
         if (!fits || version < data->minimumVersion || version > data->maximumVersion) continue;
-        currentDynamicCommand_ = data;
-        currentDynamicTarget_ = target;
+        current_dynamic_command_ = data;
+        current_dynamic_target_ = target;
         return true;
     }
     return false;
@@ -89,7 +89,7 @@ bool CComponentExporter::FindDynamicCommand(IDynamicCommandTarget* target) {
 void CComponentExporter::AddDynamicCommandData(CDynamicCmdData* data) {
     if (!data) return;
     CatchErrors([&]() -> CErrorAutoThrow {
-        dynamicCommands_.push_back(data);
+        dynamic_commands_.push_back(data);
         return {};
     }).Ignore();
 }
@@ -97,7 +97,7 @@ void CComponentExporter::AddDynamicCommandData(CDynamicCmdData* data) {
 void CComponentExporter::AddPaletteData(std::int32_t kind, std::int64_t first, std::uint8_t flag,
                                         std::int64_t second) {
     CatchErrors([&]() -> CErrorAutoThrow {
-        paletteRecords_.push_back({kind, first, flag, second});
+        palette_records_.push_back({kind, first, flag, second});
         return {};
     }).Ignore();
 }
@@ -105,9 +105,9 @@ void CComponentExporter::AddPaletteData(std::int32_t kind, std::int64_t first, s
 std::int32_t CComponentExporter::GetPaletteData(std::int32_t index, std::int32_t* kind,
                                                 std::int64_t* first, std::uint8_t* flag,
                                                 std::int64_t* second) {
-    const auto count = static_cast<std::int32_t>(paletteRecords_.size());
+    const auto count = static_cast<std::int32_t>(palette_records_.size());
     if (index >= 0 && index < count) {
-        const CPaletteData& record = paletteRecords_[static_cast<std::size_t>(index)];
+        const CPaletteData& record = palette_records_[static_cast<std::size_t>(index)];
         if (kind) *kind = record.kind;
         if (first) *first = record.first;
         if (flag) *flag = record.flag;

@@ -55,9 +55,9 @@ class HOST_API CComponentExporter : public TUnknownImpl<CComponentExporter, ICom
     SComponents& Map(bool secondary) { return secondary ? secondary_ : primary_; }
 
     SComponents primary_, secondary_;
-    std::vector<CDynamicCmdData*> dynamicCommands_;
+    std::vector<CDynamicCmdData*> dynamic_commands_;
     // What FindDynamicCommand found last; not owned.
-    CDynamicCmdData* currentDynamicCommand_ = nullptr;
-    IDynamicCommandTarget* currentDynamicTarget_ = nullptr;
-    std::vector<CPaletteData> paletteRecords_;
+    CDynamicCmdData* current_dynamic_command_ = nullptr;
+    IDynamicCommandTarget* current_dynamic_target_ = nullptr;
+    std::vector<CPaletteData> palette_records_;
 };

@@ -12,18 +12,18 @@
 
 // Ids of the strings, and of the picture, that present a command.
 struct SCommandTexts {
-    int textA, textId, name, threePart, textC, textB, imageId;
+    int text_a, text_id, name, three_part, text_c, text_b, image_id;
 };
 
 // The ids of most commands run on from the first.
 constexpr SCommandTexts TextsFrom(int first) {
-    return {.textA = first,
-            .textId = first + 1,
+    return {.text_a = first,
+            .text_id = first + 1,
             .name = first + 2,
-            .threePart = first + 4,
-            .textC = first + 3,
-            .textB = first + 5,
-            .imageId = first + 6};
+            .three_part = first + 4,
+            .text_c = first + 3,
+            .text_b = first + 5,
+            .image_id = first + 6};
 }
 
 // How a maximum follows from the document or the editor's settings.
@@ -43,20 +43,20 @@ struct SParameterRow {
     int index;
     const wchar_t* name;
     EParameterType type;
-    int labelId;
-    int textId;
-    std::int64_t defaultValue = 0;  // integers, members, packed colours; strings start empty
-    std::int32_t minimum = 0;       // integers only
+    int label_id;
+    int text_id;
+    std::int64_t default_value = 0;  // integers, members, packed colours; strings start empty
+    std::int32_t minimum = 0;        // integers only
     std::int32_t maximum = 0;
     const wchar_t* members = nullptr;  // the editor's enumeration that the value belongs to
     std::uint32_t flags = kUsualParameter;
-    EMaximumRule maximumRule = EMaximumRule::Fixed;
-    bool defaultFitsCanvas = false;
+    EMaximumRule maximum_rule = EMaximumRule::Fixed;
+    bool default_fits_canvas = false;
 
     // The default shrinks to half of a canvas side that is smaller than it.
     constexpr SParameterRow FittingTheCanvas() const {
         SParameterRow row = *this;
-        row.defaultFitsCanvas = true;
+        row.default_fits_canvas = true;
         return row;
     }
 };
@@ -72,14 +72,14 @@ constexpr SParameterRow ScaledInteger(int index, const wchar_t* name, std::int32
                                       std::int32_t maximum, std::int32_t value, int label,
                                       int text) {
     SParameterRow row = Integer(index, name, minimum, maximum, value, label, text);
-    row.maximumRule = EMaximumRule::Scaled;
+    row.maximum_rule = EMaximumRule::Scaled;
     return row;
 }
 // The maximum is the larger side of the canvas.
 constexpr SParameterRow CanvasInteger(int index, const wchar_t* name, std::int32_t minimum,
                                       std::int32_t value, int label, int text) {
     SParameterRow row = Integer(index, name, minimum, 0, value, label, text);
-    row.maximumRule = EMaximumRule::CanvasSide;
+    row.maximum_rule = EMaximumRule::CanvasSide;
     return row;
 }
 constexpr SParameterRow Colour(int index, const wchar_t* name, COLORREF value, int label,
@@ -90,9 +90,9 @@ constexpr SParameterRow Boolean(int index, const wchar_t* name, bool value, int 
     return {.index = index,
             .name = name,
             .type = EParameterType::Boolean,
-            .labelId = label,
-            .textId = text,
-            .defaultValue = value ? 1 : 0,
+            .label_id = label,
+            .text_id = text,
+            .default_value = value ? 1 : 0,
             .members = L"Boolean"};
 }
 constexpr SParameterRow Member(int index, const wchar_t* name, const wchar_t* members, int value,
@@ -100,9 +100,9 @@ constexpr SParameterRow Member(int index, const wchar_t* name, const wchar_t* me
     return {.index = index,
             .name = name,
             .type = EParameterType::Enumeration,
-            .labelId = label,
-            .textId = text,
-            .defaultValue = value,
+            .label_id = label,
+            .text_id = text,
+            .default_value = value,
             .members = members};
 }
 // The name of an entry or a category of the resource library.
@@ -110,8 +110,8 @@ constexpr SParameterRow LibraryName(int index, const wchar_t* name, int label, i
     return {.index = index,
             .name = name,
             .type = EParameterType::String,
-            .labelId = label,
-            .textId = text,
+            .label_id = label,
+            .text_id = text,
             .flags = kLibraryParameter};
 }
 // How the library is shown.
@@ -133,7 +133,7 @@ struct SCommandKind {
 struct SCommandDescription {
     const wchar_t* name;
     GUID guid;
-    int commandId;
+    int command_id;
     SCommandTexts texts;
     const SCommandKind& kind;
     std::span<const SParameterRow> parameters;  // in the order of definition

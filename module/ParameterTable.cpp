@@ -8,7 +8,7 @@
 namespace {
 
 std::int32_t MaximumOf(const SParameterRow& row, CSize canvas, double scale) {
-    switch (row.maximumRule) {
+    switch (row.maximum_rule) {
         case EMaximumRule::Fixed:
             break;
         case EMaximumRule::Scaled:
@@ -21,25 +21,25 @@ std::int32_t MaximumOf(const SParameterRow& row, CSize canvas, double scale) {
 }
 
 std::int32_t DefaultOf(const SParameterRow& row, CSize canvas) {
-    const auto wanted = static_cast<std::int32_t>(row.defaultValue);
-    if (!row.defaultFitsCanvas) return wanted;
+    const auto wanted = static_cast<std::int32_t>(row.default_value);
+    if (!row.default_fits_canvas) return wanted;
     const int fitting = canvas.cx >= wanted ? wanted : canvas.cx / 2;
     return fitting > canvas.cy ? canvas.cy / 2 : fitting;
 }
 
 CErrorAutoThrow MakeParameter(const SParameterRow& row, CSize canvas, double scale,
                               IParameter** out) {
-    const CString label = LoadCurrentString(row.labelId);
-    const CString text = LoadCurrentString(row.textId);
+    const CString label = LoadCurrentString(row.label_id);
+    const CString text = LoadCurrentString(row.text_id);
     switch (row.type) {
         case EParameterType::Boolean:
         case EParameterType::Enumeration:
             return DefEnumParam(out, row.index, row.members, row.name, label, text,
-                                static_cast<std::int32_t>(row.defaultValue), row.flags, false,
+                                static_cast<std::int32_t>(row.default_value), row.flags, false,
                                 false);
         case EParameterType::Colour:
             return DefColorParam(out, row.index, row.name, label, text,
-                                 static_cast<COLORREF>(row.defaultValue), row.flags, false, false);
+                                 static_cast<COLORREF>(row.default_value), row.flags, false, false);
         case EParameterType::String:
             return DefStringParam(out, row.index, row.name, label, text, L"", row.flags, false,
                                   false);
@@ -81,10 +81,11 @@ CErrorAutoThrow DefineParameterTable(std::span<const SParameterRow> rows,
     return CatchErrors([&]() -> CErrorAutoThrow {
         const TRef<IParameterRepository> held(repository);
         const CTolmResourceManager resources(L"CmdTexture");
-        const bool scaled = AnyRow(
-            rows, [](const SParameterRow& row) { return row.maximumRule == EMaximumRule::Scaled; });
+        const bool scaled = AnyRow(rows, [](const SParameterRow& row) {
+            return row.maximum_rule == EMaximumRule::Scaled;
+        });
         const bool fitted = AnyRow(rows, [](const SParameterRow& row) {
-            return row.maximumRule == EMaximumRule::CanvasSide || row.defaultFitsCanvas;
+            return row.maximum_rule == EMaximumRule::CanvasSide || row.default_fits_canvas;
         });
         const CSize canvas = fitted ? CCmdHelpers(context).CanvasSize() : CSize{};
         const double scale = scaled ? RangeScale() : 1.0;

@@ -69,17 +69,17 @@ CString PartOf(const CString& text, int index) {
 
 template <class Interface>
 TComponentResourceData<Interface>::TComponentResourceData(const SCommandDescription& description)
-    : componentName_(description.name),
-      textA_(LoadCurrentString(description.texts.textA)),
-      displayName_(LoadCurrentString(description.texts.name)),
-      englishDisplayName_(EnglishName(description.texts.name, displayName_)),
-      threePartText_(LoadCurrentString(description.texts.threePart)),
-      moduleName_(LoadCurrentString(kModuleNameId)),
-      textB_(LoadCurrentString(description.texts.textB)),
-      componentGuid_(description.guid),
-      imageId_(description.texts.imageId),
-      commandId_(description.commandId),
-      textId_(description.texts.textId),
+    : component_name_(description.name),
+      textA_(LoadCurrentString(description.texts.text_a)),
+      display_name_(LoadCurrentString(description.texts.name)),
+      english_display_name_(EnglishName(description.texts.name, display_name_)),
+      three_part_text_(LoadCurrentString(description.texts.three_part)),
+      module_name_(LoadCurrentString(kModuleNameId)),
+      textB_(LoadCurrentString(description.texts.text_b)),
+      component_guid_(description.guid),
+      image_id_(description.texts.image_id),
+      command_id_(description.command_id),
+      text_id_(description.texts.text_id),
       attributes_{{1, 1}, {2, 1}, {3, 1}, {8, 1}, {9, 1}, {10, 1}} {}
 
 template <class Interface>
@@ -91,29 +91,29 @@ HRESULT TComponentResourceData<Interface>::QueryInterface(const GUID& id, void**
 
 template <class Interface>
 HMODULE TComponentResourceData<Interface>::GetImageModule() const {
-    if (imageId_ == 0) return nullptr;
-    const CTolmResourceManager resources(moduleName_);
-    const HMODULE found = AfxFindResourceHandle(imageId_, L"PNG");
-    return found ? found : AfxFindResourceHandle(imageId_, L"RT_BITMAP");
+    if (image_id_ == 0) return nullptr;
+    const CTolmResourceManager resources(module_name_);
+    const HMODULE found = AfxFindResourceHandle(image_id_, L"PNG");
+    return found ? found : AfxFindResourceHandle(image_id_, L"RT_BITMAP");
 }
 
 template <class Interface>
 CString TComponentResourceData<Interface>::GetPart0() const {
-    return PartOf(threePartText_, 0);
+    return PartOf(three_part_text_, 0);
 }
 template <class Interface>
 CString TComponentResourceData<Interface>::GetPart1() const {
-    return PartOf(threePartText_, 1);
+    return PartOf(three_part_text_, 1);
 }
 template <class Interface>
 CString TComponentResourceData<Interface>::GetPart2() const {
-    return PartOf(threePartText_, 2);
+    return PartOf(three_part_text_, 2);
 }
 
 template <class Interface>
 void TComponentResourceData<Interface>::SetParts(const CString& part0, const CString& part1,
                                                  const CString& part2) {
-    threePartText_ = part0 + L"\n" + part1 + L"\n" + part2;
+    three_part_text_ = part0 + L"\n" + part1 + L"\n" + part2;
 }
 template <class Interface>
 void TComponentResourceData<Interface>::SetPart0(const CString& text) {
@@ -130,8 +130,8 @@ void TComponentResourceData<Interface>::SetPart2(const CString& text) {
 
 template <class Interface>
 CString TComponentResourceData<Interface>::GetTextById() const {
-    const CTolmResourceManager resources(moduleName_);
-    return LoadCurrentString(textId_);
+    const CTolmResourceManager resources(module_name_);
+    return LoadCurrentString(text_id_);
 }
 
 template <class Interface>
@@ -140,7 +140,7 @@ CErrorAutoThrow TComponentResourceData<Interface>::SetAttribute(std::int32_t id,
     return CatchErrors([&]() -> CErrorAutoThrow {
         attributes_[id] = value;
         if (id == kObserved && observer_) {
-            observer_->OnSetAttribute(componentName_, observerTag_, value);
+            observer_->OnSetAttribute(component_name_, observer_tag_, value);
         }
         return {};
     });
@@ -149,7 +149,7 @@ CErrorAutoThrow TComponentResourceData<Interface>::SetAttribute(std::int32_t id,
 template <class Interface>
 std::int32_t TComponentResourceData<Interface>::GetAttribute(std::int32_t id) const {
     if (id == kObserved && observer_) {
-        const std::int32_t answer = observer_->OnGetAttribute(componentName_, observerTag_);
+        const std::int32_t answer = observer_->OnGetAttribute(component_name_, observer_tag_);
         if (answer > 0) return answer;
     }
     const auto found = attributes_.find(id);
@@ -160,7 +160,7 @@ template <class Interface>
 void TComponentResourceData<Interface>::SetAttributeObserver(IAttributeObserver* observer,
                                                              std::uint8_t tag) {
     observer_ = observer;
-    observerTag_ = tag;
+    observer_tag_ = tag;
 }
 
 template <class Interface>
@@ -168,14 +168,14 @@ CErrorAutoThrow TComponentResourceData<Interface>::Edit(ICommandExecutionContext
                                                         VCommandImplementation* command) {
     RTRACE(L"TComponentResourceData<class ICmdResourceData>::Edit", nullptr, kTraceInformation, 0)
         .write(L"[Command] Display UI for command %s to edit the parameters \n",
-               componentName_.GetString());
+               component_name_.GetString());
     return ShowDialog(context, command);
 }
 
 template <class Interface>
 TCommandResourceData<Interface>::TCommandResourceData(const SCommandDescription& description)
     : TComponentResourceData<Interface>(description),
-      textC_(LoadCurrentString(description.texts.textC)) {}
+      textC_(LoadCurrentString(description.texts.text_c)) {}
 
 template <class Interface>
 void TCommandResourceData<Interface>::DefineGeneralSettings(ICommandExecutionContext* context,

@@ -12,27 +12,27 @@ template <class Interface>
 class TComponentResourceData : public TUnknownCoreImpl<Interface> {
   public:
     HRESULT QueryInterface(const GUID& id, void** out) override;
-    CString GetComponentName() const override { return componentName_; }
+    CString GetComponentName() const override { return component_name_; }
     CString GetReservedText() const override { return {}; }
     CString GetTextA() const override { return textA_; }
-    GUID GetComponentGuid() const override { return componentGuid_; }
-    const GUID* GetComponentGuidPtr() const override { return &componentGuid_; }
+    GUID GetComponentGuid() const override { return component_guid_; }
+    const GUID* GetComponentGuidPtr() const override { return &component_guid_; }
     std::int32_t GetVersion() const override { return 1; }
-    CString GetModuleName() const override { return moduleName_; }
-    std::int32_t GetImageId() const override { return imageId_; }
-    std::int32_t GetCommandId() const override { return commandId_; }
+    CString GetModuleName() const override { return module_name_; }
+    std::int32_t GetImageId() const override { return image_id_; }
+    std::int32_t GetCommandId() const override { return command_id_; }
     HMODULE GetImageModule() const override;
     CString GetPart0() const override;
     CString GetPart2() const override;
     CString GetPart1() const override;
     CString GetTextById() const override;
-    CString GetDisplayName() const override { return displayName_; }
-    CString GetEnglishDisplayName() const override { return englishDisplayName_; }
+    CString GetDisplayName() const override { return display_name_; }
+    CString GetEnglishDisplayName() const override { return english_display_name_; }
     CString GetTextB() const override { return textB_; }
     void SetPart0(const CString& text) override;
     void SetPart2(const CString& text) override;
     void SetPart1(const CString& text) override;
-    void SetDisplayName(const CString& text) override { displayName_ = text; }
+    void SetDisplayName(const CString& text) override { display_name_ = text; }
     void SetTextB(const CString& text) override { textB_ = text; }
     CErrorAutoThrow SetAttribute(std::int32_t id, std::int32_t value) override;
     std::int32_t GetAttribute(std::int32_t id) const override;
@@ -53,14 +53,14 @@ class TComponentResourceData : public TUnknownCoreImpl<Interface> {
   private:
     void SetParts(const CString& part0, const CString& part1, const CString& part2);
 
-    CString componentName_, textA_, displayName_, englishDisplayName_, threePartText_, moduleName_,
-        textB_;
-    GUID componentGuid_;
-    std::int32_t imageId_, commandId_;
-    int textId_;
+    CString component_name_, textA_, display_name_, english_display_name_, three_part_text_,
+        module_name_, textB_;
+    GUID component_guid_;
+    std::int32_t image_id_, command_id_;
+    int text_id_;
     std::map<std::int32_t, std::int32_t> attributes_;
     IAttributeObserver* observer_ = nullptr;
-    std::uint8_t observerTag_ = 0;
+    std::uint8_t observer_tag_ = 0;
 };
 
 // What commands add: the long description, the general settings and the parameters.

@@ -38,9 +38,9 @@ TraceSwitch::TraceSwitch() {
 }
 
 void TraceSwitch::RecordModifierKeys() {
-    if (const wchar_t* name = ModifierEventName()) modifierEvent_ = CreateEventW(name).event;
+    if (const wchar_t* name = ModifierEventName()) modifier_event_ = CreateEventW(name).event;
     SCreatedEvent checkpoint = CreateEventW(kCheckpointEvent);
-    if (checkpoint.error != ERROR_ALREADY_EXISTS) checkpointEvent_ = std::move(checkpoint.event);
+    if (checkpoint.error != ERROR_ALREADY_EXISTS) checkpoint_event_ = std::move(checkpoint.event);
 }
 
 void TraceSwitch::DecideForTheLogon() {
@@ -48,7 +48,7 @@ void TraceSwitch::DecideForTheLogon() {
     if (!agreed.event) return;
     enabled_ = RegistryEnables();
     if (enabled_) agreed.event.Set();
-    if (agreed.error != ERROR_ALREADY_EXISTS) ownedEnableEvent_ = std::move(agreed.event);
+    if (agreed.error != ERROR_ALREADY_EXISTS) owned_enable_event_ = std::move(agreed.event);
 }
 
 const TraceSwitch& TraceSwitch::OfThisModule() {

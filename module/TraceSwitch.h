@@ -20,7 +20,7 @@ class TraceSwitch {
 
     // Handles keep their events alive for the other modules; null when those were there before.
     bool enabled_ = false;
-    CEventHandle ownedEnableEvent_;
-    CEventHandle modifierEvent_;
-    CEventHandle checkpointEvent_;
+    CEventHandle owned_enable_event_;
+    CEventHandle modifier_event_;
+    CEventHandle checkpoint_event_;
 };

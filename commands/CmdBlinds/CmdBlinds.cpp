@@ -25,19 +25,20 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{
-    .templateId = 207, .controls = kControls, .numbers = {.first = 100, .second = 3, .third = 500}};
+const SDialogTable kDialog{.template_id = 207,
+                           .controls = kControls,
+                           .numbers = {.first = 100, .second = 3, .third = 500}};
 
 const SCommandDescription kDescription{L"Blinds",
                                        MakeGuid("4AEE87D5-19F6-4815-AA5E-F23631522E33"),
                                        36001,
-                                       {.textA = 201,
-                                        .textId = 216,
+                                       {.text_a = 201,
+                                        .text_id = 216,
                                         .name = 202,
-                                        .threePart = 203,
-                                        .textC = 215,
-                                        .textB = 204,
-                                        .imageId = 205},
+                                        .three_part = 203,
+                                        .text_c = 215,
+                                        .text_b = 204,
+                                        .image_id = 205},
                                        kind::kBlinds,
                                        kParameters};
 

@@ -25,7 +25,7 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{.templateId = 1720, .controls = kControls};
+const SDialogTable kDialog{.template_id = 1720, .controls = kControls};
 
 const SCommandDescription kDescription{
     L"FineLeather",  MakeGuid("952F8357-E81A-49DB-A2CD-867914F3A08C"),

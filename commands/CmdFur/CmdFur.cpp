@@ -25,7 +25,7 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{.templateId = 1966, .controls = kControls};
+const SDialogTable kDialog{.template_id = 1966, .controls = kControls};
 
 const SCommandDescription kDescription{
     L"Fur",          MakeGuid("B592387B-8BED-41B8-9E4C-80588D0A2A9B"),

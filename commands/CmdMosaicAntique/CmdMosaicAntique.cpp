@@ -38,19 +38,19 @@ constexpr SControlRow kControls[] = {
 }  // namespace
 
 const SMosaicTable kDialog{
-    {.templateId = 719, .controls = kControls, .frameworkMessages = {WM_HSCROLL}},
+    {.template_id = 719, .controls = kControls, .framework_messages = {WM_HSCROLL}},
     {.symmetric = kSymmetric, .rows = kNumRows, .columns = kNumColumns}};
 
 const SCommandDescription kDescription{L"MosaicAntique",
                                        MakeGuid("C41015B1-3A32-4331-B25B-CAA8ACA427F6"),
                                        36007,
-                                       {.textA = 701,
-                                        .textId = 702,
+                                       {.text_a = 701,
+                                        .text_id = 702,
                                         .name = 703,
-                                        .threePart = 704,
-                                        .textC = 720,
-                                        .textB = 705,
-                                        .imageId = 706},
+                                        .three_part = 704,
+                                        .text_c = 720,
+                                        .text_b = 705,
+                                        .image_id = 706},
                                        kind::kMosaic,
                                        kParameters};
 

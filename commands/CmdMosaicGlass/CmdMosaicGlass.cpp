@@ -41,19 +41,19 @@ constexpr SControlRow kControls[] = {
 }  // namespace
 
 const SMosaicTable kDialog{
-    {.templateId = 971, .controls = kControls, .frameworkMessages = {WM_HSCROLL}},
+    {.template_id = 971, .controls = kControls, .framework_messages = {WM_HSCROLL}},
     {.symmetric = kSymmetric, .rows = kNumRows, .columns = kNumColumns}};
 
 const SCommandDescription kDescription{L"MosaicGlass",
                                        MakeGuid("E9EABC26-8FCF-4DD2-A784-00EB10F08B41"),
                                        36009,
-                                       {.textA = 951,
-                                        .textId = 952,
+                                       {.text_a = 951,
+                                        .text_id = 952,
                                         .name = 953,
-                                        .threePart = 954,
-                                        .textC = 972,
-                                        .textB = 955,
-                                        .imageId = 956},
+                                        .three_part = 954,
+                                        .text_c = 972,
+                                        .text_b = 955,
+                                        .image_id = 956},
                                        kind::kMosaic,
                                        kParameters};
 

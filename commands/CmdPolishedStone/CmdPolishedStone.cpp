@@ -22,7 +22,7 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{.templateId = 2218, .controls = kControls};
+const SDialogTable kDialog{.template_id = 2218, .controls = kControls};
 
 const SCommandDescription kDescription{L"PolishedStone",
                                        MakeGuid("1039E752-D879-4F3B-88EA-D71CEEF43339"),

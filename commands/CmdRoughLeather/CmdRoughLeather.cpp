@@ -26,7 +26,7 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{.templateId = 2472, .controls = kControls};
+const SDialogTable kDialog{.template_id = 2472, .controls = kControls};
 
 const SCommandDescription kDescription{
     L"RoughLeather", MakeGuid("5150432B-74F7-41B0-AD7B-C291A5F8C169"),

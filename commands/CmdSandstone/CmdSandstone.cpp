@@ -22,7 +22,8 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{.templateId = 2718, .controls = kControls, .dialsReportAsFields = true};
+const SDialogTable kDialog{
+    .template_id = 2718, .controls = kControls, .dials_report_as_fields = true};
 
 const SCommandDescription kDescription{
     L"Sandstone",    MakeGuid("54FADC24-EBAA-4FB0-9324-BFA0F1D1AA93"),

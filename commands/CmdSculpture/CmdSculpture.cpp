@@ -57,12 +57,12 @@ constexpr SReliefIndices kRelief{.ambience = kAmbience,
 }  // namespace
 
 const SResourceTable kDialog{
-    {.templateId = 3478, .controls = kControls, .frameworkMessages = {WM_ERASEBKGND}},
+    {.template_id = 3478, .controls = kControls, .framework_messages = {WM_ERASEBKGND}},
     {.kind = L"Pattern",
      .name = kPatternName,
      .category = kCategory,
      .view = kPatternView,
-     .shownName = 3490}};
+     .shown_name = 3490}};
 
 const SCommandDescription kDescription{L"Sculpture",
                                        MakeGuid("EDFEA454-7270-430D-8A3D-E0369CC87A37"),

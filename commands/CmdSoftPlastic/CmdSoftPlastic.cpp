@@ -26,7 +26,7 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{.templateId = 1218, .controls = kControls};
+const SDialogTable kDialog{.template_id = 1218, .controls = kControls};
 
 const SCommandDescription kDescription{
     L"SoftPlastic",  MakeGuid("50882782-4CA9-4057-91EA-E38979F1DE86"),

@@ -32,7 +32,7 @@ constexpr SControlRow kControls[] = {
 
 }  // namespace
 
-const SDialogTable kDialog{.templateId = 1472, .controls = kControls, .exchangesData = false};
+const SDialogTable kDialog{.template_id = 1472, .controls = kControls, .exchanges_data = false};
 
 const SCommandDescription kDescription{
     L"StrawWall",    MakeGuid("7F695CF8-3354-4713-9961-9E1BBEB604D7"),

@@ -57,7 +57,7 @@ constexpr SReliefIndices kRelief{.ambience = kAmbience,
 }  // namespace
 
 const SResourceTable kDialog{
-    {.templateId = 3228, .controls = kControls, .frameworkMessages = {WM_ERASEBKGND}},
+    {.template_id = 3228, .controls = kControls, .framework_messages = {WM_ERASEBKGND}},
     {.kind = L"Texture", .name = kTextureName, .category = kCategory, .view = kTextureView}};
 
 const SCommandDescription kDescription{

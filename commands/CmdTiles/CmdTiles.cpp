@@ -66,7 +66,7 @@ constexpr SReliefIndices kRelief{.ambience = kAmbience,
 }  // namespace
 
 const SMemberListTable kDialog{
-    {.templateId = 2982, .controls = kControls, .dialsReportAsFields = true}, kShapeNames};
+    {.template_id = 2982, .controls = kControls, .dials_report_as_fields = true}, kShapeNames};
 
 const SCommandDescription kDescription{
     L"Tiles",     MakeGuid("73CE50B7-5663-4E3F-8FC0-F9D168447C5B"),

@@ -30,19 +30,19 @@ constexpr SControlRow kControls[] = {
 }  // namespace
 
 const SGapColourTable kDialog{
-    {.templateId = 561, .controls = kControls},
-    {.fillGaps = kFillGaps, .gapColor = kGapColor, .swatch = kGapColourSwatch, .label = 1598}};
+    {.template_id = 561, .controls = kControls},
+    {.fill_gaps = kFillGaps, .gap_color = kGapColor, .swatch = kGapColourSwatch, .label = 1598}};
 
 const SCommandDescription kDescription{L"Weave",
                                        MakeGuid("F2EB6F66-1BFD-4368-BA17-A757345A12F6"),
                                        36027,
-                                       {.textA = 551,
-                                        .textId = 572,
+                                       {.text_a = 551,
+                                        .text_id = 572,
                                         .name = 553,
-                                        .threePart = 554,
-                                        .textC = 571,
-                                        .textB = 555,
-                                        .imageId = 556},
+                                        .three_part = 554,
+                                        .text_c = 571,
+                                        .text_b = 555,
+                                        .image_id = 556},
                                        kind::kWeave,
                                        kParameters};
 

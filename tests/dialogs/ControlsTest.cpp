@@ -12,7 +12,7 @@ struct SBound {
 };
 struct SDialog {
     const char* effect;
-    int templateId;
+    int template_id;
     std::vector<SBound> numbers, checks, swatches, dials, lists;
 };
 
@@ -283,7 +283,7 @@ TEST_P(EveryDialog, HasItsTemplateInEveryLanguage) {
         EffectDialog effect(row.effect);
         languages::Select(data, code);
         effect.Play([&](IDialogModel& dialog) {
-            EXPECT_EQ(dialog.Template().id, row.templateId);
+            EXPECT_EQ(dialog.Template().id, row.template_id);
             EXPECT_FALSE(dialog.Template().title.IsEmpty());
             std::set<int> found;
             for (const STemplateGroup& group : dialog.Template().groups) {
