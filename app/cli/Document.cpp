@@ -3,12 +3,11 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 
 #include "app/cli/CliError.h"
 #include "app/cli/Options.h"
+#include "hostlib/core/WholeNumber.h"
 #include "hostlib/graphics/PixelBudget.h"
 
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
@@ -83,11 +82,10 @@ void GivePictures(CEffectJob& job, SPictures& pictures) {
 }
 
 CSize ParseSize(const std::string& text, const std::string& option) {
-    CSize size;
-    char rest = 0;
-    const bool read = std::sscanf(text.c_str(), "%dx%d%c", &size.cx, &size.cy, &rest) == 2;
+    const auto numbers = NumberPair(text, 'x');
+    const CSize size = numbers ? CSize{numbers->first, numbers->second} : CSize{};
     constexpr int kLargest = 65535;
-    if (!read || size.cx < 1 || size.cy < 1 || size.cx > kLargest || size.cy > kLargest) {
+    if (size.cx < 1 || size.cy < 1 || size.cx > kLargest || size.cy > kLargest) {
         throw CCliError(EExit::Usage, fmt::format("{} {}: not a size", option, text),
                         "a size is written WxH, each from 1 to 65535: 1920x1080");
     }
@@ -95,13 +93,12 @@ CSize ParseSize(const std::string& text, const std::string& option) {
 }
 
 CPoint ParsePlace(const std::string& text, const std::string& option) {
-    CPoint place;
-    char rest = 0;
-    const bool read = std::sscanf(text.c_str(), "%d,%d%c", &place.x, &place.y, &rest) == 2;
+    const auto numbers = NumberPair(text, ',');
     constexpr int kFarthest = 1000000;
-    if (!read || std::abs(place.x) > kFarthest || std::abs(place.y) > kFarthest) {
+    const auto near = [](int distance) { return -kFarthest <= distance && distance <= kFarthest; };
+    if (!numbers || !near(numbers->first) || !near(numbers->second)) {
         throw CCliError(EExit::Usage, fmt::format("{} {}: not a place", option, text),
                         "a place is written X,Y in pixels from the canvas's top left: 100,50");
     }
-    return place;
+    return {numbers->first, numbers->second};
 }

@@ -65,6 +65,7 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
         {{"apply", "Blinds", in, "-o", out, "--preset", path("foreign.json")}, 2, "Angle"},
         {{"apply", "Blinds", in, "-o", out, "--canvas", "10"}, 2, "WxH"},
         {{"apply", "Blinds", in, "-o", out, "--canvas", "10x20x"}, 2, "WxH"},
+        {{"apply", "Blinds", in, "-o", out, "--canvas", "4294967306x10"}, 2, "WxH"},
         {{"apply", "Blinds", in, "-o", out, "--at", "1;2"}, 2, "X,Y"},
         {{"apply", "Blinds", in, "-o", out, "--at", "10,20junk"}, 2, "X,Y"},
         {{"apply", "Weave", thin, "-o", out}, 7, "GapWidth"},
