@@ -1,6 +1,7 @@
 #include "app/imagefile/encode/RowSource.h"
 
 #include "app/imagefile/PixelRows.h"
+#include "host/graphics/PixelMath.h"
 
 namespace imagefile {
 
@@ -13,7 +14,7 @@ int Channels(CNPixelFormat from, const SKind& kind) {
 
 template <class From, class To>
 typename To::Sample Depth(std::int64_t value) {
-    if (From::kIs16bit && !To::kIs16bit) value = (value + 128) / 257;
+    if (From::kIs16bit && !To::kIs16bit) value = pixel::NearestByte(static_cast<int>(value));
     return static_cast<typename To::Sample>(value);
 }
 
