@@ -1,5 +1,5 @@
 #!/bin/bash
-# planted-includes.sh SOURCE-TREE LAYER COMPILER FLAGS-FILE: a file that includes every header of the
+# planted-includes.sh SOURCE-TREE LAYER COMPILER FLAGS-FILE: a file that includes a header of the
 # layer must compile as the layer does, and find no header of a layer that it must not see; with one
 # of those planted in it, it must not compile any more. A layer sees what it may include and what
 # that includes in turn.
@@ -9,7 +9,7 @@ table=$tree/scripts/layers.txt
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-headers_of() { (cd "$tree" && find "$1" -name '*.h' | sort); }
+headers_of() { (cd "$tree" && find "$1" -name '*.h' | LC_ALL=C sort); }
 compile() { "$compiler" @"$flags" -std=c++20 -fPIC -fsyntax-only "$1" 2>"$work/errors"; }
 
 # A header of each layer that this one may not see. Layers of one target see each other: only the
@@ -35,7 +35,7 @@ done
 [ ${#forbidden[@]} -gt 0 ] || { echo "$layer: there is nothing to plant"; exit 1; }
 
 {
-    for header in $(headers_of "$layer"); do echo "#include \"$header\""; done
+    echo "#include \"$(headers_of "$layer" | head -n 1)\""
     for header in "${forbidden[@]}"; do
         printf '#if __has_include("%s")\n#error sees %s\n#endif\n' "$header" "$header"
     done
