@@ -285,7 +285,9 @@ TEST_F(Window, TheWheelChangesWhatHasTheFocusOnly) {
             return all;
         };
         auto* fields = window.findChild<QScrollArea*>();
-        window.setFocus();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        window.findChild<CPreviewPane*>()->setFocus();
         const QStringList before = values();
         int turned = 0;
         for (auto* control : fields->findChildren<QWidget*>()) {
@@ -299,8 +301,6 @@ TEST_F(Window, TheWheelChangesWhatHasTheFocusOnly) {
             EXPECT_FALSE(control->hasFocus());
         }
         EXPECT_GT(turned, 20);
-        window.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         auto* field = Find<CNumberField>(window, 2955);
         field->setFocus();
         ASSERT_TRUE(field->hasFocus());
