@@ -97,10 +97,10 @@ TEST(Periodic, FormulasHoldEverywhere) {
             ASSERT_EQ(six[at], std::min(scaled, v)) << v << " at " << periods;
         }
     }
-    for (int periods = 2; periods <= 100; periods += 2) {
+    for (int periods = 2; periods <= 100; ++periods) {
         for (int slope = 1; slope <= 128; slope += periods < 20 ? 1 : 9) {
             const Values five = Samples(Apply<CPeriodic5>(ramp, {periods, slope}));
-            const int step = 256 / (periods / 2);
+            const int step = 256 / (periods / 2);  // odd numbers count as the even one below
             for (int v = 0; v < 256; ++v) {
                 const int wave = ((v * slope) >> 4) % (2 * step + 1) - step;
                 const int lifted = 2 * std::abs(wave) - step + v;

@@ -38,7 +38,8 @@ TEST(ResourceData, SplitsAndJoinsItsThreeParts) {
     data.SetPart1(L"b");
     data.SetPart2(L"c");
     data.SetPart1(L"x");
-    EXPECT_EQ(data.GetPart0(), CString(L"a"));
+    data.SetPart0(L"y");
+    EXPECT_EQ(data.GetPart0(), CString(L"y"));
     EXPECT_EQ(data.GetPart1(), CString(L"x"));
     EXPECT_EQ(data.GetPart2(), CString(L"c"));
     // A part that holds a line feed moves the parts behind it.
