@@ -99,10 +99,10 @@ void CPreviewSession::Type(int id, const CString& text) {
     int value = 0;
     field->text = text;
     field->wrong = !ParseNumber(text, value) || value < field->minimum || value > field->maximum;
+    const bool changes = !field->wrong && value != field->value;
+    if (changes) field->value = value;
     windows_.Show(*field);
-    if (field->wrong || value == field->value) return;
-    field->value = value;
-    Notify(WM_COMMAND, EN_CHANGE, id);
+    if (changes) Notify(WM_COMMAND, EN_CHANGE, id);
 }
 
 void CPreviewSession::Step(int id, int by) {

@@ -342,6 +342,13 @@ TEST_F(Window, WrongNumbersAreShownAndNotStored) {
         EXPECT_NE(model.Control(2704).value, 999);
         TypeInto(*field, QString::number(before));
         EXPECT_FALSE(field->IsWrong());
+        auto* slider = window.findChild<QSlider*>("slider-2704");
+        EXPECT_NEAR(slider->value(), before * 1000 / 359.0, 1) << "the handle stands at the number";
+        slider->setSliderDown(true);
+        for (const int at : {200, 500}) slider->setValue(at);
+        slider->setSliderDown(false);
+        EXPECT_NEAR(field->text().toInt(), 500 * 359 / 1000.0, 1);
+        EXPECT_NEAR(slider->value(), 500, 2);
     });
     EXPECT_EQ(end, TolmErrorCode::Cancelled);
 }
