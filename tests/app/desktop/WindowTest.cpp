@@ -287,7 +287,7 @@ TEST_F(Window, TheWheelChangesWhatHasTheFocusOnly) {
         auto* fields = window.findChild<QScrollArea*>();
         window.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-        window.findChild<CPreviewPane*>()->setFocus();
+        window.Pane().setFocus();
         const QStringList before = values();
         int turned = 0;
         for (auto* control : fields->findChildren<QWidget*>()) {
