@@ -328,7 +328,8 @@ void CImageReader::DecodeRows() {
         }
         if (goes_on && y % kStripRows == 0) JudgeComplaints();
         VisitPixelFormat(header_.format, 0, [&](auto traits) {
-            SwapRow(traits, row.data(), place.at + y * place.row_step, width, place.pixel_step);
+            SwapRow(traits, row.data(), place.at + y * place.row_step, decoder_->Size().cx,
+                    place.pixel_step);
             return 0;
         });
     }

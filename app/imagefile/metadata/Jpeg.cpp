@@ -35,7 +35,6 @@ enum ENMarker : std::uint8_t {
 
 constexpr std::string_view kJfif("JFIF\0", 5), kJfxx("JFXX\0", 5), kExif("Exif\0\0", 6);
 constexpr std::string_view kXmp("http://ns.adobe.com/xap/1.0/\0", 29);
-constexpr std::string_view kMoreXmp("http://ns.adobe.com/xmp/extension/\0", 35);
 constexpr std::string_view kIcc("ICC_PROFILE\0", 12), kMpf("MPF\0", 4), kAdobe("Adobe", 5);
 constexpr std::size_t kIccHead =
     kIcc.size() + 2;  // the number of the piece, and how many there are
