@@ -53,6 +53,7 @@ CErrorAutoThrow CStrokeTransform::Announce() {
 }
 
 void CStrokeTransform::MakeBand(const SBand& band) const {
+    if (!parts_) return;  // the work rectangle is empty
     const SCanvas canvas{band.pixels, band.stride, width, band.first, band.last};
     for (const std::uint32_t i : bands_.Of(band.first)) parts_->Draw(i, canvas);
 }

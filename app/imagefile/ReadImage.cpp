@@ -178,8 +178,8 @@ void CImageReader::CheckBytes() const {
     if (bytes <= options_.max_bytes) return;
     Fail(ENFault::Limit,
          "has " + SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +
-             ", which take " + std::to_string(bytes >> 20) +
-             " MiB; the memory there is suffices for " + std::to_string(options_.max_bytes >> 20),
+             ", which take " + std::to_string(bytes >> 20) + " MiB; there is memory for " +
+             std::to_string(options_.max_bytes >> 20),
          "--max-memory keeps pixels on the disk");
 }
 

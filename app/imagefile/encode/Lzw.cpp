@@ -29,7 +29,7 @@ class CCodeWriter {
         PutWord(static_cast<std::uint32_t>(pending_ >> held_));
     }
     void Finish() {
-        const std::uint64_t rest = pending_ << (64 - held_);
+        const std::uint64_t rest = held_ == 0 ? 0 : pending_ << (64 - held_);
         for (int i = 0; i < held_; i += 8) {
             out_[at_++] = static_cast<std::uint8_t>(rest >> (56 - i));
         }
