@@ -33,8 +33,10 @@ constexpr float kGleamWidth = 0.42F;
 // and how much it differs in brightness, at curvature 1.
 constexpr double kShift = 0.5;
 constexpr double kTone = 0.12;
-// The joint is this share of what would be seen in its place.
-constexpr float kJoint = 0.40F;
+// The joint is this share of what would be seen in its place, the more the smaller the tiles are,
+// or a picture of small tiles would be seen through a grid; sizes are half a tile's, in pixels.
+constexpr double kJoint = 0.40, kSmallJoint = 0.70;
+constexpr double kSmallTile = 4, kLargeTile = 16;
 // How fast glass gets a rim of its own as it bends.
 constexpr double kOwnRim = 1.3;
 constexpr double kThinnestRim = 2.2;  // in pixels
@@ -66,6 +68,7 @@ struct SLook {
     float bend;       // of the lens
     float rim_share;  // 1 / width of the rim in pixels
     float rim;        // strength of its light and shadow
+    float joint;      // its share of the picture's brightness
 };
 
 // Of the pixels of a row: how much is tile, how lit, how much a reflection.
@@ -140,15 +143,15 @@ CMDTEXTURE_MULTIVERSION void LookThrough(const float* from_middle, float dy, int
 }
 
 template <class Traits>
-CMDTEXTURE_MULTIVERSION void Compose(const SLight* light, typename Traits::Sample* out,
-                                     int pixels) {
+CMDTEXTURE_MULTIVERSION void Compose(const SLight* light, float joint_share,
+                                     typename Traits::Sample* out, int pixels) {
     constexpr float kMaximum = static_cast<float>(Traits::kMaximum);
     for (int i = 0; i < pixels; ++i) {
         for (int c = 0; c < Traits::kColourChannels; ++c) {
             const float seen = light->places.seen[i * Traits::kColourChannels + c];
             const float sample = seen * light->shade[i];
             const float lit = sample + light->gleam[i] * (kMaximum - sample);
-            const float joint = kJoint * seen;
+            const float joint = joint_share * seen;
             const float mixed = std::clamp(joint + light->cover[i] * (lit - joint), 0.0F, kMaximum);
             out[i * Traits::kChannels + c] =
                 static_cast<typename Traits::Sample>(static_cast<int>(mixed + 0.5F));
@@ -174,7 +177,10 @@ SLook LookOf(const SMosaicGrid& grid, const SGlass& glass, double half_x, double
             half > 0 ? 0.0F : 1e6F,
             f(glass.curvature * kBend),
             f(1 / std::max(smaller * (0.42 + 0.33 * glass.rim), kThinnestRim)),
-            f(rim)};
+            f(rim),
+            f(kSmallJoint +
+              (kJoint - kSmallJoint) *
+                  std::clamp((smaller - kSmallTile) / (kLargeTile - kSmallTile), 0.0, 1.0))};
 }
 
 }  // namespace
@@ -206,8 +212,8 @@ CErrorAutoThrow MakeGlassMosaic(CStatusControl* status, const CRowIteratorBands&
                                 light, pixels);
                         LookThrough(across.from_middle.data() + x, dy, x, y, &look, &light, pixels);
                         picture.See(light.places, pixels);
-                        Compose<Traits>(&light, destination.Row<Sample>(y) + x * Traits::kChannels,
-                                        pixels);
+                        Compose<Traits>(&light, look.joint,
+                                        destination.Row<Sample>(y) + x * Traits::kChannels, pixels);
                     }
                 }
             });

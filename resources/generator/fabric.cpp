@@ -49,12 +49,14 @@ Real Woven(Point p, const Cloth& c) {
 
 Real Canvas(Point p) {
     const Point q = Warp(p, {26, 26}, 0.0008, 211);
-    return Woven(q, {.warp = 410,
-                     .weft = 400,
-                     .slack = 0.16,
-                     .slubs = 0.12,
-                     .twist = 0.02,
-                     .seed = 212}) +
+    constexpr double kSizing = 0.55;  // fills the holes between the threads
+    return Max(Woven(q, {.warp = 410,
+                         .weft = 400,
+                         .slack = 0.16,
+                         .slubs = 0.12,
+                         .twist = 0.02,
+                         .seed = 212}),
+               kSizing) +
            0.05 * Fbm(p, {300, 300}, 2, 213) + 0.05 * Fbm(p, {24, 24}, 3, 214);
 }
 

@@ -34,13 +34,15 @@ struct Entry {
     Texture texture = nullptr;
     int fineness = 1;  // samples across and down a pixel: 2 for threads of few pixels
     int blocks = 0;    // of a photograph, across and down
+    double rise = 1;   // share of the whole range of heights: small forms are lower than large ones
 };
 constexpr Entry OfPattern(const char* category, const char* name, Pattern pattern) {
     return {.category = category, .name = name, .pattern = pattern};
 }
-constexpr Entry OfTexture(const char* category, const char* name, Texture texture,
-                          int fineness = 1) {
-    return {.category = category, .name = name, .texture = texture, .fineness = fineness};
+constexpr Entry OfTexture(const char* category, const char* name, Texture texture, int fineness = 1,
+                          double rise = 1) {
+    return {
+        .category = category, .name = name, .texture = texture, .fineness = fineness, .rise = rise};
 }
 constexpr Entry OfPhoto(const char* category, const char* name, int blocks) {
     return {.category = category, .name = name, .blocks = blocks};
@@ -73,11 +75,11 @@ constexpr Entry kEntries[] = {
     OfPattern("wood", "pine", Pine),
     OfPattern("wood", "walnut", Walnut),
     OfPattern("wood", "wood", Oak),
-    OfTexture("fabric", "canvas", Canvas, 2),
-    OfTexture("fabric", "canvas-coarse", CoarseCanvas),
-    OfTexture("fabric", "denim", Denim, 2),
+    OfTexture("fabric", "canvas", Canvas, 2, 0.45),
+    OfTexture("fabric", "canvas-coarse", CoarseCanvas, 1, 0.8),
+    OfTexture("fabric", "denim", Denim, 2, 0.65),
     OfTexture("fabric", "knit", Knit),
-    OfTexture("fabric", "linen", Linen, 2),
+    OfTexture("fabric", "linen", Linen, 2, 0.6),
     OfTexture("fabric", "wicker", Wicker),
     OfTexture("ground", "cracked-earth", CrackedEarth),
     OfPhoto("ground", "grass", 20),
@@ -86,7 +88,7 @@ constexpr Entry kEntries[] = {
     OfTexture("metal", "brushed-metal", BrushMarks),
     OfTexture("metal", "hammered-metal", HammerMarks),
     OfTexture("metal", "rust", Rust),
-    OfTexture("paper", "laid-paper", LaidPaper),
+    OfTexture("paper", "laid-paper", LaidPaper, 1, 0.4),
     OfTexture("paper", "watercolour-paper", WatercolourPaper),
     OfTexture("skin", "bark", Bark),
     OfTexture("skin", "crocodile", Crocodile),
@@ -201,13 +203,17 @@ void Make(const Entry& entry, const fs::path& photos, const fs::path& out) {
         return;
     }
     constexpr int kLight = 48;  // pixels; wider differences of a photograph are light
-    const std::vector<std::uint16_t> heights = synthesis::ToHeights(
+    std::vector<std::uint16_t> heights = synthesis::ToHeights(
         entry.texture
             ? Raise(entry.texture, entry.fineness)
             : synthesis::Quilt(
                   synthesis::EvenOut(LoadGrey(photos / (std::string(entry.name) + ".png")), kLight),
                   kSize, entry.blocks, 7)
                   .values);
+    constexpr double kMiddle = 32767.5;
+    for (std::uint16_t& height : heights) {
+        height = static_cast<std::uint16_t>(kMiddle + 0.5 + (height - kMiddle) * entry.rise);
+    }
     Save(heights.data(), heights.size() * sizeof(std::uint16_t), 1, file);
 }
 
