@@ -18,9 +18,18 @@ void CMosaicDlg::OnCheckClicked(const SControlRow& row, bool checked) {
     StoreAndPreview();
 }
 
+// The count that has changed alone is the one that counts.
 void CMosaicDlg::ReconcileParameters() {
+    const auto rows = Value(counts_.rows).number;
+    const auto columns = Value(counts_.columns).number;
     LoadParameters();
     if (!Value(counts_.symmetric).number) return;
-    Value(counts_.rows).number = Value(counts_.columns).number;
+    auto& now_rows = Value(counts_.rows).number;
+    auto& now_columns = Value(counts_.columns).number;
+    if (now_rows != rows && now_columns == columns) {
+        now_columns = now_rows;
+    } else {
+        now_rows = now_columns;
+    }
     StoreParameters();
 }

@@ -261,6 +261,7 @@ void CParameterDlg::OnNumberChanged(SMessage& message) {
 
 void CParameterDlg::OnDialTurned(SMessage& message) {
     const SControlRow& row = *RowOf(message.id);
+    if (Value(row.parameter).number == dials_[row.id].GetAngle()) return;  // reported both ways
     Value(row.parameter).number = dials_[row.id].GetAngle();
     ShowParameter(row.parameter);
     StoreAndPreview();

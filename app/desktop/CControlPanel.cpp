@@ -1,16 +1,19 @@
 #include "app/desktop/CControlPanel.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSlider>
+#include <QTimer>
 #include <QToolButton>
 #include <QToolTip>
 #include <algorithm>
@@ -27,6 +30,9 @@ constexpr QSize kResourceIcon{40, 40};
 constexpr int kSliderWidth = 50;  // at least
 constexpr int kRoom = 60;         // for sliders beyond what they need
 constexpr int kSliderSteps = 1000;
+constexpr int kPages = 10;  // of a range, for the keys of a slider
+constexpr int kNoteMilliseconds = 5000;
+constexpr QKeyCombination kResetKey = Qt::ControlModifier | Qt::Key_Backspace;
 // From this range on a slider gives small values more room.
 constexpr int kLongRange = 400;
 
@@ -157,11 +163,13 @@ void CControlPanel::AddRow(const STemplateRow& row, QGridLayout& grid) {
 
 QWidget* CControlPanel::MakeControl(const SControlTemplate& control, const STemplateRow& row) {
     const QString label = ToQt(row.label);
+    names_[control.id] = label.isEmpty() ? ToQt(control.text) : label;
+    names_[control.id].remove('&');
     Shower& show = showers_[control.id];
     QWidget* made = nullptr;
     switch (control.kind) {
         case EControlKind::Number:
-            made = MakeNumber(control.id, show);
+            made = MakeNumber(control.id, label, show);
             break;
         case EControlKind::Check:
             made = MakeCheck(control.id, show);
@@ -170,7 +178,7 @@ QWidget* CControlPanel::MakeControl(const SControlTemplate& control, const STemp
             made = MakeSwatch(control.id, label, show);
             break;
         case EControlKind::Dial:
-            made = MakeDial(control.id, show);
+            made = MakeDial(control.id, label, show);
             break;
         case EControlKind::List:
             made = MakeList(control.id, show);
@@ -204,28 +212,37 @@ QWidget* CControlPanel::MakeControl(const SControlTemplate& control, const STemp
     return made;
 }
 
-// A field and a slider for the same number.
-QWidget* CControlPanel::MakeNumber(int id, Shower& show) {
+// A field and a slider for the same number, and below them what is wrong with a text. Tab goes from
+// field to field; a slider is worked by keys once it was clicked.
+QWidget* CControlPanel::MakeNumber(int id, const QString& label, Shower& show) {
     auto* field = new CNumberField;
     auto* slider = new QSlider(Qt::Horizontal);
     slider->setRange(0, kSliderSteps);
     slider->setPageStep(kSliderSteps / 10);
     slider->setMinimumWidth(kSliderWidth);
-    slider->setFocusPolicy(Qt::NoFocus);
+    slider->setFocusPolicy(Qt::ClickFocus);
+    slider->setAccessibleName(label);
     slider->setObjectName(QString("slider-%1").arg(id));
     field->on_typed = [this, id](const QString& text) { model_.Type(id, FromQt(text)); };
     field->on_stepped = [this, id](int by) { model_.Step(id, by); };
-    field->on_left = [this, id] {
-        const SControlState& state = model_.Control(id);
-        if (state.wrong) model_.Type(id, std::to_wstring(state.value));
-    };
+    auto* note = new QLabel;
+    note->setObjectName(QString("note-%1").arg(id));
+    note->setWordWrap(true);
+    note->setStyleSheet("color: #d03030");
+    note->hide();
+    field->on_left = [this, id, note] { LeaveNumber(id, *note); };
+    connect(slider, &QSlider::sliderPressed, this, [this] { model_.EndChange(); });
+    connect(slider, &QSlider::sliderReleased, this, [this] { model_.EndChange(); });
     connect(slider, &QSlider::valueChanged, this, [this, id](int position) {
         const SControlState& state = model_.Control(id);
-        const int value = ValueAt(position, state.minimum, state.maximum);
-        model_.Type(id, std::to_wstring(value));
+        model_.Step(id, ValueAt(position, state.minimum, state.maximum) - state.value);
     });
-    show = [field, slider](const SControlState& state) {
+    show = [field, slider, note](const SControlState& state) {
         field->ShowState(state);
+        if (state.wrong) {
+            note->setText(Text(EText::WrongNumber).arg(state.minimum).arg(state.maximum));
+        }
+        note->setVisible(state.wrong);
         field->setEnabled(state.enabled);
         slider->setEnabled(state.enabled);
         const int at = slider->value();
@@ -235,9 +252,31 @@ QWidget* CControlPanel::MakeNumber(int id, Shower& show) {
         const QSignalBlocker quiet(slider);
         slider->setValue(PositionOf(state.value, state.minimum, state.maximum));
     };
-    QWidget* line = InOneLine({slider, field});
-    line->setFocusProxy(field);
-    return line;
+    auto* all = new QWidget;
+    auto* layout = new QVBoxLayout(all);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    layout->addWidget(InOneLine({slider, field}));
+    layout->addWidget(note);
+    all->setFocusProxy(field);
+    return all;
+}
+
+// A field is put right when its user goes elsewhere, but not under a click on the default button:
+// that one goes back to the field.
+void CControlPanel::LeaveNumber(int id, QLabel& note) {
+    const SControlState& state = model_.Control(id);
+    const auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget());
+    if (state.wrong && button && button->isDefault()) return;
+    const QString typed = ToQt(state.text);
+    const bool wrong = state.wrong;
+    model_.Leave(id);
+    if (!wrong || state.wrong) return;
+    note.setText(Text(EText::Corrected).arg(typed).arg(state.value));
+    note.show();
+    QTimer::singleShot(kNoteMilliseconds, &note, [this, id, &note] {
+        if (!model_.Control(id).wrong) note.hide();
+    });
 }
 
 QWidget* CControlPanel::MakeCheck(int id, Shower& show) {
@@ -269,7 +308,9 @@ QWidget* CControlPanel::MakeSwatch(int id, const QString& label, Shower& show) {
         dialog.setWindowTitle(label);
         connect(&dialog, &QColorDialog::currentColorChanged, this,
                 [&](const QColor& colour) { model_.PickColour(id, ToColorRef(colour)); });
+        model_.EndChange();
         if (dialog.exec() != QDialog::Accepted) model_.PickColour(id, before);
+        model_.EndChange();
     });
     connect(picker, &QToolButton::toggled, this, [this, id](bool on) {
         for (const auto& [other, button] : pickers_) {
@@ -293,8 +334,10 @@ QWidget* CControlPanel::MakeSwatch(int id, const QString& label, Shower& show) {
     return line;
 }
 
-QWidget* CControlPanel::MakeDial(int id, Shower& show) {
+QWidget* CControlPanel::MakeDial(int id, const QString& label, Shower& show) {
     auto* dial = new CAngleDial;
+    dial->setAccessibleName(label);
+    connect(dial, &QDial::sliderPressed, this, [this] { model_.EndChange(); });
     dial->on_turned = [this, id](int degrees) { model_.Turn(id, degrees); };
     show = [dial](const SControlState& state) {
         dial->ShowAngle(state.value);
@@ -325,7 +368,9 @@ QWidget* CControlPanel::MakeResource(int id, const QString& label, Shower& show)
     connect(button, &QPushButton::clicked, this, [this, id, button, label] {
         CResourceBrowser browser(model_, id, Text(EText::ChooseOne).arg(label), button->window());
         if (add_picture) browser.OfferAdding(add_picture);
+        model_.EndChange();
         browser.exec();
+        model_.EndChange();
     });
     show = [button, label](const SControlState& state) {
         const bool chosen =
@@ -345,7 +390,9 @@ QToolButton* CControlPanel::MakeReset(int id, const QString& label) {
     button->setAutoRaise(true);
     button->setObjectName(QString("reset-%1").arg(id));
     button->setAccessibleName(Text(EText::ResetOne).arg(label));
-    button->setToolTip(button->accessibleName());
+    button->setToolTip(button->accessibleName() + " (" +
+                       QKeySequence(kResetKey).toString(QKeySequence::NativeText) + ")");
+    button->setFocusPolicy(Qt::NoFocus);
     connect(button, &QToolButton::clicked, this, [this, id] { model_.Reset(id); });
     return button;
 }
@@ -368,6 +415,10 @@ bool CControlPanel::eventFilter(QObject* watched, QEvent* event) {
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip);
         return true;
     }
+    if (event->type() == QEvent::KeyPress &&
+        KeyPressed(watched, *static_cast<QKeyEvent*>(event), id)) {
+        return true;
+    }
     const bool entered = event->type() == QEvent::Enter || event->type() == QEvent::FocusIn;
     if (entered && on_entered) on_entered(id);
     // The wheel scrolls the panel and changes a field only when that has the focus.
@@ -376,6 +427,34 @@ bool CControlPanel::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     return QScrollArea::eventFilter(watched, event);
+}
+
+// A control's row is reset by a key, and a slider goes by values of its range.
+bool CControlPanel::KeyPressed(const QObject* watched, const QKeyEvent& event, int id) {
+    if (event.keyCombination() == kResetKey) {
+        model_.Reset(id);
+        return true;
+    }
+    if (!qobject_cast<const QSlider*>(watched)) return false;
+    const SControlState& state = model_.Control(id);
+    const int range = state.maximum - state.minimum;
+    const std::map<int, int> steps = {{Qt::Key_Left, -1},
+                                      {Qt::Key_Down, -1},
+                                      {Qt::Key_Right, 1},
+                                      {Qt::Key_Up, 1},
+                                      {Qt::Key_PageDown, -std::max(range / kPages, 1)},
+                                      {Qt::Key_PageUp, std::max(range / kPages, 1)},
+                                      {Qt::Key_Home, -range},
+                                      {Qt::Key_End, range}};
+    const auto step = steps.find(event.key());
+    if (step == steps.end()) return false;
+    model_.Step(id, step->second);
+    return true;
+}
+
+QString CControlPanel::NameOf(int control) const {
+    const auto found = names_.find(control);
+    return found == names_.end() ? QString() : found->second;
 }
 
 void CControlPanel::EnablePicking(bool enabled) {

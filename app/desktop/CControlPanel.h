@@ -8,6 +8,8 @@
 #include "hostlib/windowing/IToolkit.h"
 
 class QGridLayout;
+class QKeyEvent;
+class QLabel;
 class QToolButton;
 
 // The controls of a dialog, laid out from its template: labels in one column, fields in the next,
@@ -29,6 +31,8 @@ class CControlPanel final : public QScrollArea {
     void EnablePicking(bool enabled);
     void EndPicking();
     void FocusFirst();
+    // What a control is called, for texts about it.
+    QString NameOf(int control) const;
     // Brings the focus to a field that holds no valid number; false when there is none.
     bool GoToWrongField();
 
@@ -43,18 +47,21 @@ class CControlPanel final : public QScrollArea {
     void AddGroup(const STemplateGroup& group, QGridLayout& grid);
     void AddRow(const STemplateRow& row, QGridLayout& grid);
     QWidget* MakeControl(const SControlTemplate& control, const STemplateRow& row);
-    QWidget* MakeNumber(int id, Shower& show);
+    QWidget* MakeNumber(int id, const QString& label, Shower& show);
     QWidget* MakeCheck(int id, Shower& show);
     QWidget* MakeSwatch(int id, const QString& label, Shower& show);
-    QWidget* MakeDial(int id, Shower& show);
+    QWidget* MakeDial(int id, const QString& label, Shower& show);
     QWidget* MakeList(int id, Shower& show);
     QWidget* MakeResource(int id, const QString& label, Shower& show);
     QToolButton* MakeReset(int id, const QString& label);
     void Watch(QWidget* widget, int id);
+    bool KeyPressed(const QObject* watched, const QKeyEvent& event, int id);
+    void LeaveNumber(int id, QLabel& note);
 
     IDialogModel& model_;
     QWidget* first_ = nullptr;  // takes the focus when the dialog opens
     std::map<int, Shower> showers_;
     std::map<int, QToolButton*> pickers_;
     std::map<QObject*, int> watched_;
+    std::map<int, QString> names_;
 };

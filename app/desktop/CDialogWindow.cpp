@@ -22,11 +22,13 @@
 #include "app/desktop/CPresetList.h"
 #include "app/desktop/CPreviewPane.h"
 #include "app/desktop/Texts.h"
+#include "app/desktop/Widgets.h"
 #include "host/windowing/CDialog.h"
 
 namespace {
 
 constexpr int kTickMilliseconds = 50;
+constexpr int kBurstMilliseconds = 800;  // a pause in typing that ends a step of the history
 constexpr int kProgressSteps = 1000;
 constexpr int kProgressHeight = 3;
 constexpr int kDescriptionLines = 3;
@@ -67,6 +69,8 @@ CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options
         ShowProgress();
     });
     tick_.start(kTickMilliseconds);
+    idle_.setSingleShot(true);
+    connect(&idle_, &QTimer::timeout, this, [this] { EndChangeWhenIdle(); });
     qApp->installEventFilter(this);
     PreviewChanged();
 }
@@ -166,7 +170,7 @@ QWidget* CDialogWindow::MakeControls() {
     layout->setContentsMargins(0, 0, 0, 0);
     controls_ = new CControlPanel(model_, side);
     controls_->add_picture = options_.add_picture;
-    controls_->on_pick = [this](int swatch) { pane_->SetPicking(swatch != 0); };
+    controls_->on_pick = [this](int swatch) { SetPicking(swatch); };
     controls_->on_entered = [this](int control) {
         description_->setText(ToQt(model_.Description(control)));
     };
@@ -199,6 +203,16 @@ QPushButton* CDialogWindow::AddButton(QWidget& bar, const char* name, const QStr
     return button;
 }
 
+// The button's text becomes its name and the beginning of its tip.
+void CDialogWindow::ShowAsIcon(QPushButton& button, const QIcon& icon) {
+    const QString name = button.text().remove('&');
+    button.setAccessibleName(name);
+    button.setToolTip(name + ": " + button.toolTip());
+    button.setText({});
+    button.setIcon(icon);
+    button.setMinimumWidth(button.sizeHint().width());
+}
+
 QWidget* CDialogWindow::MakeButtons() {
     auto* bar = new QWidget;
     auto* layout = new QHBoxLayout(bar);
@@ -211,8 +225,22 @@ QWidget* CDialogWindow::MakeButtons() {
               QKeySequence("Ctrl+R"), [this] { model_.Randomise(); });
     undo_ = AddButton(*bar, "undo", Text(EText::Undo), Text(EText::UndoTip), QKeySequence::Undo,
                       [this] { model_.Undo(); });
-    AddButton(*bar, "copy", Text(EText::CopyCommandLine), Text(EText::CopyCommandLineTip),
-              QKeySequence("Ctrl+Shift+C"), [this] { CopyCommandLine(); });
+    redo_ = AddButton(*bar, "redo", Text(EText::Redo), Text(EText::RedoTip),
+                      QKeySequence("Ctrl+Shift+Z"), [this] { model_.Redo(); });
+    connect(new QShortcut(QKeySequence("Ctrl+Y"), this), &QShortcut::activated, this,
+            [this] { model_.Redo(); });
+    history_ = AddButton(*bar, "history", Text(EText::History), Text(EText::HistoryTip),
+                         QKeySequence("Ctrl+H"), [] {});
+    history_->setMenu(new QMenu(this));
+    ShowAsIcon(*undo_, UndoIcon(palette()));
+    ShowAsIcon(*redo_, RedoIcon(palette()));
+    ShowAsIcon(*history_, HistoryIcon(palette()));
+    connect(history_->menu(), &QMenu::aboutToShow, this, [this] { FillHistoryMenu(); });
+    HistoryChanged();
+    QPushButton* copy =
+        AddButton(*bar, "copy", Text(EText::CopyCommandLine), Text(EText::CopyCommandLineTip),
+                  QKeySequence("Ctrl+Shift+C"), [this] { CopyCommandLine(); });
+    ShowAsIcon(*copy, CommandLineIcon(palette()));
     layout->addStretch(1);
     layout->addSpacing(24);
     QPushButton* ok = AddButton(*bar, "ok", Text(EText::Ok), {}, {}, [this] { accept(); });
@@ -247,9 +275,63 @@ void CDialogWindow::ControlChanged(const SControlState& control) { controls_->Sh
 
 void CDialogWindow::PreviewChanged() {
     engine_->Request(model_.Snapshot());
-    undo_->setEnabled(model_.CanUndo());
     ShowProgress();
 }
+
+void CDialogWindow::HistoryChanged() {
+    undo_->setEnabled(model_.CanUndo());
+    redo_->setEnabled(model_.CanRedo());
+    history_->setEnabled(model_.CanUndo() || model_.CanRedo());
+    idle_.start(kBurstMilliseconds);
+}
+
+// A button that is held is a drag that goes on, and an open colour dialog a choice that does.
+void CDialogWindow::EndChangeWhenIdle() {
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool busy = QApplication::mouseButtons() != Qt::NoButton || (modal && modal != this);
+    busy ? idle_.start(kBurstMilliseconds) : model_.EndChange();
+}
+
+QString CDialogWindow::StepText(const SHistoryStep& step) const {
+    switch (step.kind) {
+        case SHistoryStep::EKind::Opened:
+            return Text(EText::AsOpened);
+        case SHistoryStep::EKind::Value:
+            return controls_->NameOf(step.control) + ": " + ToQt(step.text);
+        case SHistoryStep::EKind::Reset:
+            return Text(EText::ResetOne).arg(controls_->NameOf(step.control));
+        case SHistoryStep::EKind::ResetAll:
+            return Text(EText::ResetAll).remove('&');
+        case SHistoryStep::EKind::Random:
+            return Text(EText::Randomise).remove('&');
+        case SHistoryStep::EKind::Preset:
+            break;
+    }
+    return Text(EText::PresetStep).arg(ToQt(step.text));
+}
+
+void CDialogWindow::FillHistoryMenu() {
+    model_.EndChange();
+    QMenu& menu = *history_->menu();
+    menu.clear();
+    const std::vector<SHistoryStep> steps = model_.History();
+    for (int i = 0; i < static_cast<int>(steps.size()); ++i) {
+        QString text = StepText(steps[static_cast<std::size_t>(i)]);
+        QAction* step =
+            menu.addAction(text.replace("&", "&&"), this, [this, i] { model_.GoTo(i); });
+        step->setCheckable(true);
+        step->setChecked(i == model_.HistoryPosition());
+    }
+}
+
+// The picture that colours are picked from is the one to see.
+void CDialogWindow::SetPicking(int swatch) {
+    pane_->SetPicking(swatch != 0);
+    pick_hint_ = swatch ? Text(EText::PickHint).arg(controls_->NameOf(swatch)) : QString();
+    ShowStatus(said_);
+}
+
+bool CDialogWindow::MayDiscard() { return !model_.CanUndo() || Ask(Text(EText::DiscardChanges)); }
 
 void CDialogWindow::DropperChanged(bool enabled) { controls_->EnablePicking(enabled); }
 
@@ -258,7 +340,11 @@ void CDialogWindow::ShowMessage(const CString& text) {
 }
 
 void CDialogWindow::reject() {
-    if (!engine_->IsBusy()) return model_.Cancel();
+    if (pane_->IsPicking()) return controls_->EndPicking();
+    if (!engine_->IsBusy()) {
+        if (MayDiscard()) model_.Cancel();
+        return;
+    }
     engine_->Cancel();
     ShowStatus(Text(EText::Stopped));
 }
@@ -269,6 +355,7 @@ void CDialogWindow::accept() {
 
 void CDialogWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
+    if (event->spontaneous() && !MayDiscard()) return;
     engine_->Cancel();
     model_.Cancel();
 }
@@ -280,17 +367,26 @@ void CDialogWindow::changeEvent(QEvent* event) {
     model_.Activate(isActiveWindow(), other && other != this && other->parentWidget() == this);
 }
 
-// The key O shows the original wherever the focus is in this window, and undo is the dialog's, not
-// that of the text in a field.
+// The key O shows the original wherever the focus is in this window; undo and redo are the
+// dialog's, not those of the text in a field; and a Return key that is held, perhaps since the
+// program was started with it, presses nothing.
 bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride && isActiveWindow() &&
-        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo)) {
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    const bool shortcut = event->type() == QEvent::ShortcutOverride;
+    if ((!key && !shortcut) || !isActiveWindow()) return QDialog::eventFilter(watched, event);
+    const auto* pressed = static_cast<QKeyEvent*>(event);
+    if (shortcut) {
+        const auto combined = pressed->keyCombination();
+        const bool redo = combined == (Qt::ControlModifier | Qt::ShiftModifier | Qt::Key_Z) ||
+                          combined == (Qt::ControlModifier | Qt::Key_Y);
+        if (!redo && !pressed->matches(QKeySequence::Undo)) {
+            return QDialog::eventFilter(watched, event);
+        }
         event->ignore();
         return true;
     }
-    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-    if (!key || !isActiveWindow()) return QDialog::eventFilter(watched, event);
-    const auto* pressed = static_cast<QKeyEvent*>(event);
+    const bool enter = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
+    if (enter && pressed->isAutoRepeat()) return true;
     if (pressed->key() != Qt::Key_O || pressed->modifiers() != Qt::NoModifier) {
         return QDialog::eventFilter(watched, event);
     }
@@ -305,7 +401,10 @@ void CDialogWindow::ShowScale() {
     scale_->setText(QString("%1 %").arg(percent, 0, 'f', percent < 10 ? 1 : 0));
 }
 
-void CDialogWindow::ShowStatus(const QString& text) { status_->setText(text); }
+void CDialogWindow::ShowStatus(const QString& text) {
+    said_ = text;
+    status_->setText(pick_hint_.isEmpty() ? text : pick_hint_);
+}
 
 void CDialogWindow::ShowProgress() {
     const bool busy = engine_->IsBusy();
@@ -365,7 +464,8 @@ void CDialogWindow::Report(const CErrorAutoThrow& error) {
 }
 
 bool CDialogWindow::Ask(const QString& question) {
-    return QMessageBox::question(this, windowTitle(), question) == QMessageBox::Yes;
+    return QMessageBox::question(this, windowTitle(), question, QMessageBox::Yes | QMessageBox::No,
+                                 QMessageBox::No) == QMessageBox::Yes;
 }
 
 void CDialogWindow::LoadPreset(const std::string& id) { Report(model_.LoadPreset(id)); }

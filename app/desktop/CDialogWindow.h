@@ -27,13 +27,15 @@ class CDialogWindow final : public QDialog, public IDialogView {
     void EndModal(int result) override;
     void ControlChanged(const SControlState& control) override;
     void PreviewChanged() override;
+    void HistoryChanged() override;
     void DropperChanged(bool enabled) override;
     void ShowMessage(const CString& text) override;
 
     const CPreviewEngine& Engine() const { return *engine_; }
     CPreviewPane& Pane() { return *pane_; }
 
-    // Escape: stops a preview that is running, else cancels the dialog.
+    // Escape: ends picking a colour, else stops a preview that is running, else cancels the dialog,
+    // after a question when anything was changed.
     void reject() override;
     void accept() override;
 
@@ -49,7 +51,13 @@ class CDialogWindow final : public QDialog, public IDialogView {
     QWidget* MakeButtons();
     QPushButton* AddButton(QWidget& bar, const char* name, const QString& text, const QString& tip,
                            const QKeySequence& key, std::function<void()> action);
+    static void ShowAsIcon(QPushButton& button, const QIcon& icon);
     void FillPresetMenu();
+    void FillHistoryMenu();
+    QString StepText(const SHistoryStep& step) const;
+    void EndChangeWhenIdle();
+    bool MayDiscard();
+    void SetPicking(int swatch);
     void SavePreset();
     void DeletePreset(const QString& name);
     void LoadPreset(const std::string& id);
@@ -72,8 +80,9 @@ class CDialogWindow final : public QDialog, public IDialogView {
     CControlPanel* controls_ = nullptr;
     QLabel *scale_ = nullptr, *status_ = nullptr, *facts_ = nullptr, *description_ = nullptr;
     QProgressBar* progress_ = nullptr;
-    QPushButton *presets_ = nullptr, *undo_ = nullptr;
-    QTimer tick_;
+    QPushButton *presets_ = nullptr, *undo_ = nullptr, *redo_ = nullptr, *history_ = nullptr;
+    QString said_, pick_hint_;  // what the status line says, and says instead while picking
+    QTimer tick_, idle_;
     QEventLoop loop_;
     int result_;
     bool ended_ = false;

@@ -21,6 +21,12 @@ constexpr double kFirstGuess = 150e-9;
 // The exact stage waits this long for the user's next change.
 constexpr auto kQuiet = 30ms;
 
+// Why there is no picture. An effect that is done lacked the memory for the picture to show.
+std::string ReasonOf(const CErrorAutoThrow& error) {
+    if (!error.Failed()) return "not enough memory";
+    return *error.Text() ? error.Text() : "error " + std::to_string(static_cast<int>(error.Code()));
+}
+
 double Pixels(const CRowIteratorBands& picture) {
     return static_cast<double>(picture.GetWidth()) * picture.GetHeight();
 }
@@ -228,7 +234,7 @@ void CPreviewEngine::RunExact(const SJob& job, bool yields) {
         const std::lock_guard lock(mutex_);
         ++counters_.finished;
     }
-    const std::string reason = picture ? "" : *error.Text() ? error.Text() : "not enough memory";
+    const std::string reason = picture ? "" : ReasonOf(error);
     Publish({std::move(picture), job.request, true, reason});
 }
 

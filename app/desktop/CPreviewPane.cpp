@@ -136,6 +136,7 @@ void CPreviewPane::ShowOriginal(bool original) {
 void CPreviewPane::SetPicking(bool on) {
     picking_ = on;
     setCursor(on ? Qt::CrossCursor : Qt::ArrowCursor);
+    update();
 }
 
 QImage CPreviewPane::Render(const CPyramid* picture) const {
@@ -163,7 +164,7 @@ QImage CPreviewPane::Render(const CPyramid* picture) const {
 }
 
 QImage CPreviewPane::Rendered() const {
-    const bool original = show_original_ || !result_;
+    const bool original = show_original_ || picking_ || !result_;
     QImage& image = original ? original_image_ : result_image_;
     if (image.isNull()) image = Render(original ? original_.get() : result_.get());
     image.setDevicePixelRatio(devicePixelRatioF());
@@ -187,7 +188,7 @@ void CPreviewPane::PaintSplit(QPainter& painter) {
 void CPreviewPane::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.drawImage(QPointF(), Rendered());
-    if (split_ && original_ && result_ && !show_original_) PaintSplit(painter);
+    if (split_ && original_ && result_ && !show_original_ && !picking_) PaintSplit(painter);
     if (hasFocus()) {
         painter.setPen(palette().color(QPalette::Highlight));
         painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));

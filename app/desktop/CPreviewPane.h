@@ -42,7 +42,9 @@ class CPreviewPane final : public QWidget {
     void MoveSplit(double position);
     double SplitPosition() const { return split_position_; }
     void ShowOriginal(bool original);
+    // While picking, the original is shown: the picture that is picked from.
     void SetPicking(bool on);
+    bool IsPicking() const { return picking_; }
 
     // What the pane shows, in pixels of the screen, and where the picture lies in it.
     QImage Rendered() const;

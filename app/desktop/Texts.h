@@ -17,6 +17,8 @@ enum class EText {
     OneToOne,
     Split,
     Original,
+    Redo,
+    History,
     SaveAs = 60020,
     Delete,
     SavePreset,
@@ -36,6 +38,8 @@ enum class EText {
     SplitTip,
     Progress,
     CopyCommandLineTip,
+    RedoTip,
+    HistoryTip,
     WrongNumber = 60050,
     Stopped,
     PreviewFailed,
@@ -44,6 +48,8 @@ enum class EText {
     Draft,
     Exact,
     Loading,
+    Corrected,
+    PickHint,
     ListView = 60060,
     ThumbnailView,
     ChooseOne,
@@ -54,6 +60,9 @@ enum class EText {
     SaveResult = 60070,
     Pictures,
     Application,
+    AsOpened = 60080,
+    PresetStep,
+    DiscardChanges,
 };
 QString Text(EText id);
 

@@ -92,7 +92,9 @@ void CAngleDial::TurnTo(QPointF pointer, Qt::KeyboardModifiers keys) {
 }
 
 void CAngleDial::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) TurnTo(event->position(), event->modifiers());
+    if (event->button() != Qt::LeftButton) return;
+    emit sliderPressed();
+    TurnTo(event->position(), event->modifiers());
 }
 void CAngleDial::mouseMoveEvent(QMouseEvent* event) {
     if (event->buttons() & Qt::LeftButton) TurnTo(event->position(), event->modifiers());
@@ -176,5 +178,43 @@ QIcon PipetteIcon(const QPalette& palette) {
         painter.drawLine(QPointF(7.8, 3.8), QPointF(12.2, 8.2));
         painter.setBrush(painter.pen().color());
         painter.drawEllipse(QPointF(12, 4), 2, 2);
+    });
+}
+
+namespace {
+
+void DrawArrowBack(QPainter& painter) {
+    painter.drawPolyline(QPolygonF({{5.5, 2.5}, {2, 6}, {5.5, 9.5}}));
+    QPainterPath back(QPointF(2, 6));
+    back.lineTo(9.5, 6);
+    back.arcTo(QRectF(6, 6, 7.5, 7.5), 90, -180);
+    back.lineTo(6, 13.5);
+    painter.drawPath(back);
+}
+
+}  // namespace
+
+QIcon UndoIcon(const QPalette& palette) { return DrawnIcon(palette, &DrawArrowBack); }
+
+QIcon RedoIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.translate(kIconSide, 0);
+        painter.scale(-1, 1);
+        DrawArrowBack(painter);
+    });
+}
+
+QIcon HistoryIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawEllipse(QRectF(2, 2, 12, 12));
+        painter.drawPolyline(QPolygonF({{8, 4.5}, {8, 8}, {10.5, 9.5}}));
+    });
+}
+
+QIcon CommandLineIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawRoundedRect(QRectF(1, 2, 14, 12), 2, 2);
+        painter.drawPolyline(QPolygonF({{4, 5.5}, {6.5, 8}, {4, 10.5}}));
+        painter.drawLine(QPointF(8, 10.5), QPointF(11.5, 10.5));
     });
 }

@@ -57,3 +57,7 @@ class CNumberField final : public QAbstractSpinBox {
 QIcon SwatchIcon(QRgb colour, QSize size);
 QIcon ResetIcon(const QPalette& palette);
 QIcon PipetteIcon(const QPalette& palette);
+QIcon UndoIcon(const QPalette& palette);
+QIcon RedoIcon(const QPalette& palette);
+QIcon HistoryIcon(const QPalette& palette);
+QIcon CommandLineIcon(const QPalette& palette);

@@ -12,7 +12,7 @@ CPreviewChild::CPreviewChild(int template_id, ICommandExecutionContext* context,
 CPreviewChild::~CPreviewChild() = default;
 
 int CPreviewChild::DoModal() {
-    session_->TakeLastValues();
+    session_->BeginWithPossibleValues();
     const int result = CDialogEx::DoModal();
     if (result == IDOK) session_->KeepValues();
     return result;

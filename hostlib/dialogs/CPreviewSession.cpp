@@ -1,5 +1,7 @@
 #include "hostlib/dialogs/CPreviewSession.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <random>
@@ -16,16 +18,43 @@
 
 namespace {
 
-// Whether the text is a whole number, blanks around it set aside; `value` takes it.
-bool ParseNumber(const CString& typed, int& value) {
+// The whole number that a text is, blanks around it set aside; the longest ones as the ends of the
+// type's range.
+std::optional<std::int64_t> ParseNumber(const CString& typed) {
     std::string text = ToUtf8(typed);
     const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) return false;
+    if (first == std::string::npos) return {};
     text = text.substr(first, text.find_last_not_of(" \t") - first + 1);
-    const std::optional<std::int64_t> number = WholeNumber(text);
-    if (!number || !std::in_range<int>(*number)) return false;
-    value = static_cast<int>(*number);
-    return true;
+    return WholeNumber(text);
+}
+
+bool IsInRange(const SControlState& field, std::int64_t value) {
+    return value >= field.minimum && value <= field.maximum;
+}
+
+// Whether a key at the end of one text makes the other of it.
+bool OneCharacterApart(const CString& one, const CString& other) {
+    const std::wstring& a = one.Text();
+    const std::wstring& b = other.Text();
+    if (a.size() > b.size()) return a.size() == b.size() + 1 && a.starts_with(b);
+    return b.size() == a.size() + 1 && b.starts_with(a);
+}
+
+CString ShownValue(const SControlState& control) {
+    const auto chosen = static_cast<std::size_t>(control.selected);
+    switch (control.kind) {
+        case EControlKind::Check:
+            return control.value ? L"\u2611" : L"\u2610";
+        case EControlKind::Swatch: {
+            const CColorRef c{control.colour};
+            return FromUtf8(fmt::format("#{:02X}{:02X}{:02X}", c.Red(), c.Green(), c.Blue()));
+        }
+        case EControlKind::List:
+        case EControlKind::Resource:
+            return chosen < control.entries.size() ? control.entries[chosen].text : CString();
+        default:
+            return std::to_wstring(control.value);
+    }
 }
 
 nlohmann::ordered_json ReadPreset(const std::string& effect, const std::string& id) {
@@ -96,13 +125,30 @@ CString CPreviewSession::Description(int id) const {
 void CPreviewSession::Type(int id, const CString& text) {
     SControlState* field = Usable(id, EControlKind::Number);
     if (!field || field->text == text) return;
-    int value = 0;
+    const bool goes_on = typed_ == id && OneCharacterApart(field->text, text);
+    if (!goes_on) before_ = field->value;
+    typed_ = id;
+    const std::optional<std::int64_t> number = ParseNumber(text);
+    const int shown = field->value;
     field->text = text;
-    field->wrong = !ParseNumber(text, value) || value < field->minimum || value > field->maximum;
-    const bool changes = !field->wrong && value != field->value;
-    if (changes) field->value = value;
+    field->wrong = !number || !IsInRange(*field, *number);
+    if (!field->wrong) field->value = static_cast<int>(*number);
+    if (field->wrong && IsInRange(*field, before_)) field->value = before_;
     windows_.Show(*field);
-    if (changes) Notify(WM_COMMAND, EN_CHANGE, id);
+    field->typing = true;
+    if (field->value != shown) Changed(id, WM_COMMAND, EN_CHANGE);
+    field->typing = false;
+    HistoryChanged();
+}
+
+void CPreviewSession::Leave(int id) {
+    const SControlState* field = Usable(id, EControlKind::Number);
+    if (field && field->wrong && field->minimum <= field->maximum) {
+        const std::int64_t number = ParseNumber(field->text).value_or(field->value);
+        Type(id, std::to_wstring(std::clamp<std::int64_t>(number, field->minimum, field->maximum)));
+    }
+    typed_ = 0;
+    EndChange();
 }
 
 void CPreviewSession::Step(int id, int by) {
@@ -110,14 +156,24 @@ void CPreviewSession::Step(int id, int by) {
     if (!field || field->maximum < field->minimum) return;
     const std::int64_t stepped =
         std::clamp<std::int64_t>(std::int64_t{field->value} + by, field->minimum, field->maximum);
+    typed_ = 0;
     Type(id, std::to_wstring(stepped));
+    typed_ = 0;
 }
 
 void CPreviewSession::Click(int id) {
     if (SControlState* box = Usable(id, EControlKind::Check)) {
+        EndChange();
         box->value = box->value ? 0 : 1;
         windows_.Show(*box);
-        Notify(WM_COMMAND, BN_CLICKED, id);
+        Changed(id, WM_COMMAND, BN_CLICKED);
+        const IParameterRepository* repository = dialog_.Repository();
+        const IParameter* stored = repository ? repository->At(dialog_.ParameterOf(id)) : nullptr;
+        if (stored && stored->Number() != box->value) {
+            unstored_ = {SHistoryStep::EKind::Value, id, ShownValue(*box)};
+        }
+        EndChange();
+        HistoryChanged();
     } else if (Usable(id, EControlKind::Button)) {
         Notify(WM_COMMAND, BN_CLICKED, id);
     }
@@ -128,9 +184,10 @@ void CPreviewSession::PickColour(int id, COLORREF colour) {
     if (!swatch) return;
     swatch->colour = colour & 0xFFFFFFU;
     windows_.Show(*swatch);
-    Notify(WM_COMMAND, BN_CLICKED, id);
+    Changed(id, WM_COMMAND, BN_CLICKED);
 }
 
+// Dialogs listen to a dial's own notification, some to that of a field as well.
 void CPreviewSession::Turn(int id, int angle) {
     SControlState* dial = Usable(id, EControlKind::Dial);
     constexpr int kFullTurn = 360;
@@ -138,16 +195,18 @@ void CPreviewSession::Turn(int id, int angle) {
     if (!dial || turned == dial->value) return;
     dial->value = turned;
     windows_.Show(*dial);
-    Notify(WM_COMMAND, RN_ROTATED, id);
+    Changed(id, WM_COMMAND, RN_ROTATED);
+    Changed(id, WM_COMMAND, EN_CHANGE);
 }
 
 void CPreviewSession::Choose(int id, int entry) {
     SControlState* list = Usable(id, EControlKind::List);
+    if (list) EndChange();
     if (!list) list = Usable(id, EControlKind::Resource);
     if (!list || entry < 0 || entry >= static_cast<int>(list->entries.size())) return;
     list->selected = entry;
     windows_.Show(*list);
-    Notify(WM_COMMAND, CBN_SELENDOK, id);
+    Changed(id, WM_COMMAND, CBN_SELENDOK);
 }
 
 void CPreviewSession::OpenLibrary(int id) {
@@ -217,7 +276,16 @@ void CPreviewSession::AimDropper(int swatch_id) {
 
 void CPreviewSession::PickFromPicture(COLORREF colour) {
     if (!DropperEnabled()) return;
-    Guarded([&] { dynamic_cast<CColorDropper&>(dialog_).OnColorDropperLeft(colour & 0xFFFFFFU); });
+    auto& dropper = dynamic_cast<CColorDropper&>(dialog_);
+    const std::vector<int> swatches = Template().ControlsOf(EControlKind::Swatch);
+    const bool aimed = Usable(dropper.Target(), EControlKind::Swatch);
+    const int swatch = aimed || swatches.empty() ? dropper.Target() : swatches.front();
+    EndChange();
+    const CColorRef c{colour & 0xFFFFFFU};
+    const auto name = fmt::format("#{:02X}{:02X}{:02X}", c.Red(), c.Green(), c.Blue());
+    Recorded({SHistoryStep::EKind::Value, swatch, FromUtf8(name)},
+             [&] { Guarded([&] { dropper.OnColorDropperLeft(c.value); }); });
+    EndChange();
 }
 
 void CPreviewSession::ShowParameters() {
@@ -225,20 +293,123 @@ void CPreviewSession::ShowParameters() {
     PreviewChanged();
 }
 
-// `change` gets the repository. What was before can be taken back.
+// Runs an action of the user and makes it a step of the history, if it changed any value.
+template <class Action>
+void CPreviewSession::Recorded(const SHistoryStep& step, Action&& action) {
+    IParameterRepository* repository = dialog_.Repository();
+    if (history_.empty() && repository) {
+        history_.emplace_back().values = parameters::Capture(*repository);
+    }
+    StoreUnstored();
+    action();
+    Record(step);
+}
+
+void CPreviewSession::Changed(int id, unsigned message, int code) {
+    Recorded({SHistoryStep::EKind::Value, id, ShownValue(Control(id))},
+             [&] { Notify(message, code, id); });
+}
+
+void CPreviewSession::Record(const SHistoryStep& step) {
+    IParameterRepository* repository = dialog_.Repository();
+    if (!repository || history_.empty()) return;
+    parameters::Values now = parameters::Capture(*repository);
+    const SState& shown = history_[static_cast<std::size_t>(position_)];
+    if (now == shown.values) return;
+    const bool value = step.kind == SHistoryStep::EKind::Value;
+    const bool goes_on =
+        open_ && value && shown.step.kind == SHistoryStep::EKind::Value &&
+        dialog_.ParameterOf(shown.step.control) == dialog_.ParameterOf(step.control);
+    if (!goes_on) ++position_;
+    history_.resize(static_cast<std::size_t>(position_));
+    SState& reached = history_.emplace_back();
+    reached.step = step;
+    reached.values = std::move(now);
+    open_ = value;
+    HistoryChanged();
+}
+
+// What is back where it began is no step.
+void CPreviewSession::EndChange() {
+    if (open_ && position_ > 0) {
+        const auto last = history_.begin() + position_;
+        if (last->values == std::prev(last)->values) {
+            history_.erase(last);
+            --position_;
+            HistoryChanged();
+        }
+    }
+    open_ = false;
+}
+
+void CPreviewSession::StoreUnstored() {
+    if (!unstored_) return;
+    const SHistoryStep step = *unstored_;
+    unstored_.reset();
+    Guarded([&] { dialog_.StoreParameters(); });
+    Record(step);
+    EndChange();
+}
+
+void CPreviewSession::HistoryChanged() const {
+    if (windows_.view) windows_.view->HistoryChanged();
+}
+
+// A field whose text is wrong while its value is not; 0 for none.
+int CPreviewSession::WrongField() const {
+    for (const auto& [id, state] : windows_.controls) {
+        if (state.wrong && IsInRange(state, state.value)) return id;
+    }
+    return 0;
+}
+
+// A wrong text is what there is to undo first.
+void CPreviewSession::Undo() {
+    StoreUnstored();
+    EndChange();
+    const int wrong = WrongField();
+    if (!wrong) return GoTo(position_ - 1);
+    Type(wrong, std::to_wstring(Control(wrong).value));
+    typed_ = 0;
+}
+
+std::vector<SHistoryStep> CPreviewSession::History() const {
+    std::vector<SHistoryStep> steps;
+    for (const SState& state : history_) steps.push_back(state.step);
+    return steps;
+}
+
+void CPreviewSession::GoTo(int state) {
+    StoreUnstored();
+    EndChange();
+    if (state < 0 || state >= static_cast<int>(history_.size()) || state == position_) return;
+    position_ = state;
+    typed_ = 0;
+    parameters::Restore(*dialog_.Repository(), history_[static_cast<std::size_t>(state)].values);
+    Guarded([&] { ShowParameters(); });
+    HistoryChanged();
+}
+
+// `change` gets the repository.
 template <class Change>
-void CPreviewSession::ChangeAll(Change&& change) {
+void CPreviewSession::ChangeAll(const SHistoryStep& step, Change&& change) {
     IParameterRepository* repository = dialog_.Repository();
     if (!repository) return;
-    parameters::Values before = parameters::Capture(*repository);
-    change(*repository);
-    if (parameters::Capture(*repository) == before) return;
-    undo_.push_back(std::move(before));
-    Guarded([&] { ShowParameters(); });
+    EndChange();
+    Recorded(step, [&] {
+        const parameters::Values before = parameters::Capture(*repository);
+        change(*repository);
+        typed_ = 0;
+        if (parameters::Capture(*repository) == before && !WrongField()) return;
+        Guarded([&] {
+            dialog_.ReconcileParameters();
+            ShowParameters();
+        });
+    });
 }
 
 void CPreviewSession::ResetAll() {
-    ChangeAll([](IParameterRepository& repository) {
+    ChangeAll({SHistoryStep::EKind::ResetAll, 0, {}}, [](IParameterRepository& repository) {
         for (IParameter* parameter : parameters::All(repository)) {
             parameters::SetDefault(*parameter);
         }
@@ -246,26 +417,29 @@ void CPreviewSession::ResetAll() {
 }
 
 void CPreviewSession::Reset(int control_id) {
-    ChangeAll([&](IParameterRepository& repository) {
+    ChangeAll({SHistoryStep::EKind::Reset, control_id, {}}, [&](IParameterRepository& repository) {
         IParameter* parameter = repository.At(dialog_.ParameterOf(control_id));
         if (parameter) parameters::SetDefault(*parameter);
     });
 }
 
-void CPreviewSession::Randomise() {
-    ChangeAll([&](IParameterRepository& repository) {
-        for (IParameter* parameter : parameters::All(repository)) {
-            parameters::SetRandom(*parameter, random_);
-        }
-        dialog_.ReconcileParameters();
-    });
+void CPreviewSession::SetRandom(int control_id) {
+    IParameter* parameter = dialog_.Repository()->At(dialog_.ParameterOf(control_id));
+    if (!parameter) return;
+    parameters::SetRandom(*parameter, random_);
+    const std::vector<SListEntry>& entries = Control(control_id).entries;
+    if (!dialog_.ResourceListOf(control_id) || entries.empty()) return;
+    parameter->SetText(entries[parameters::RandomIndex(entries.size(), random_)].text);
 }
 
-void CPreviewSession::Undo() {
-    if (undo_.empty()) return;
-    parameters::Restore(*dialog_.Repository(), undo_.back());
-    undo_.pop_back();
-    Guarded([&] { ShowParameters(); });
+// Only what the dialog shows: how the library is viewed, say, is no part of the picture. A dial's
+// parameter is that of its field.
+void CPreviewSession::Randomise() {
+    ChangeAll({SHistoryStep::EKind::Random, 0, {}}, [&](IParameterRepository&) {
+        for (const auto& [id, state] : windows_.controls) {
+            if (state.kind != EControlKind::Dial) SetRandom(id);
+        }
+    });
 }
 
 std::vector<SPresetEntry> CPreviewSession::Presets() const {
@@ -284,7 +458,10 @@ CErrorAutoThrow CPreviewSession::LoadPreset(const std::string& id) {
             const INGLGraphic* graphic = dialog_.ExecutionContext()->Graphic();
             const CSize canvas =
                 graphic ? CSize{graphic->GetWidth(), graphic->GetHeight()} : CSize();
-            ChangeAll([&](IParameterRepository& repository) {
+            const std::optional<presets::SPreset> named = presets::Find(EffectName(), id);
+            const SHistoryStep step{SHistoryStep::EKind::Preset, 0,
+                                    FromUtf8(named ? named->name : id)};
+            ChangeAll(step, [&](IParameterRepository& repository) {
                 parameters::SetFromJson(repository,
                                         presets::ForPicture(preset, repository, canvas));
             });
@@ -341,16 +518,23 @@ std::string CPreviewSession::CommandLine(const std::string& input,
     return ApplyCommandLine(EffectName(), input, output, *dialog_.Repository());
 }
 
-void CPreviewSession::TakeLastValues() {
+void CPreviewSession::BeginWithPossibleValues() {
     IParameterRepository* repository = dialog_.Repository();
     if (!repository) return;
-    const std::vector<IParameter*> all = parameters::All(*repository);
+    TakeLastValues(*repository);
+    for (IParameter* parameter : parameters::All(*repository)) {
+        parameters::BringIntoRange(*parameter);
+    }
+}
+
+void CPreviewSession::TakeLastValues(IParameterRepository& repository) const {
+    const std::vector<IParameter*> all = parameters::All(repository);
     const auto is_default = [](const IParameter* p) { return parameters::HasDefault(*p); };
     if (!std::all_of(all.begin(), all.end(), is_default)) return;
     const nlohmann::ordered_json last = presets::Remembered(EffectName());
     for (const auto& [name, value] : last.items()) {
         try {
-            parameters::SetFromJson(*repository, {{name, value}});
+            parameters::SetFromJson(repository, {{name, value}});
         } catch (const parameters::CRefused&) {
             continue;  // a value of a larger canvas, say: this one keeps its default
         }

@@ -23,7 +23,8 @@ void CNNumEdit::SetValue(std::int32_t value) {
     SControlState* state = State();
     if (!state) return;
     const bool wrong = value < state->minimum || value > state->maximum;
-    const bool shown = !state->text.IsEmpty() && state->value == value && !state->wrong && !wrong;
+    const bool fits = !state->text.IsEmpty() && !state->wrong && !wrong;
+    const bool shown = state->value == value && (state->typing || fits);
     if (shown) return;
     state->value = value;
     state->text = std::to_wstring(value);

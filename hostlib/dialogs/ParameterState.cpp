@@ -50,6 +50,15 @@ bool HasDefault(const IParameter& parameter) {
 void SetDefault(IParameter& parameter) {
     parameter.SetNumber(parameter.DefaultNumber());
     parameter.SetText(parameter.DefaultText());
+    BringIntoRange(parameter);
+}
+
+void BringIntoRange(IParameter& parameter) {
+    const bool ranged = parameter.Type() == EParameterType::Integer ||
+                        parameter.Type() == EParameterType::Enumeration;
+    if (!ranged || parameter.Minimum() > parameter.Maximum()) return;
+    parameter.SetNumber(
+        std::clamp<std::int64_t>(parameter.Number(), parameter.Minimum(), parameter.Maximum()));
 }
 
 void SetRandom(IParameter& parameter, CRuntimeRandom& random) {
@@ -67,6 +76,10 @@ void SetRandom(IParameter& parameter, CRuntimeRandom& random) {
         case EParameterType::String:
             break;
     }
+}
+
+std::size_t RandomIndex(std::size_t count, CRuntimeRandom& random) {
+    return static_cast<std::size_t>(Fraction(random) * static_cast<double>(count));
 }
 
 }  // namespace parameters

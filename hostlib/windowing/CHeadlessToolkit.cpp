@@ -13,6 +13,7 @@ class CHeadlessToolkit::CView final : public IDialogView {
         toolkit_.changed_.insert(control.id);
     }
     void PreviewChanged() override { ++toolkit_.previews_; }
+    void HistoryChanged() override {}
     void DropperChanged(bool enabled) override { toolkit_.dropper_.push_back(enabled); }
     void ShowMessage(const CString& text) override { toolkit_.messages_.push_back(text); }
 

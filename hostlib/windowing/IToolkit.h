@@ -30,6 +30,14 @@ struct SPresetEntry {
     bool ships = false;   // with the program; else it is the user's own
 };
 
+// What the user did, as a history shows it. Opened is the state that everything began with.
+struct SHistoryStep {
+    enum class EKind { Opened, Value, Reset, ResetAll, Random, Preset };
+    EKind kind = EKind::Opened;
+    int control = 0;  // Value, Reset
+    CString text;     // Value: what the control showed then. Preset: its name
+};
+
 // What a control shows now. Which fields mean something depends on the kind.
 struct SControlState {
     int id = 0;
@@ -39,6 +47,7 @@ struct SControlState {
     int value = 0;                 // Number; Check: 0 or 1; Dial: degrees, clockwise from the top
     int minimum = 0, maximum = 0;  // Number, Dial
     bool wrong = false;            // Number: the text is no number within the range
+    bool typing = false;           // Number: the user's text is being taken over, so it stays
     COLORREF colour = 0;           // Swatch
     std::vector<SListEntry> entries;  // List: the members. Resource: the names in the library.
     int selected = -1;                // List, Resource: the shown entry, -1 for none
@@ -72,7 +81,12 @@ struct IDialogModel {
 
     // What the user does to a control. An action on a control that is disabled, or of another kind,
     // does nothing.
-    virtual void Type(int id, const CString& text) = 0;    // Number: the field's whole text
+    // Number: the field's whole text. While it is no number of the range, the value stays; numbers
+    // that were only the way to it, key by key, are taken back ("1" of "1,5").
+    virtual void Type(int id, const CString& text) = 0;
+    // Number: the typing is over. A number beyond the range gives way to the nearest, another wrong
+    // text to the value.
+    virtual void Leave(int id) = 0;
     virtual void Step(int id, int by) = 0;                 // Number: the spin button, wheel, arrows
     virtual void Click(int id) = 0;                        // Check, Button
     virtual void PickColour(int id, COLORREF colour) = 0;  // Swatch
@@ -99,12 +113,23 @@ struct IDialogModel {
     virtual void PickFromPicture(COLORREF colour) = 0;
 
     // All parameters, or that of one control, get their defaults; or random values within their
-    // ranges (texts stay). Undo takes back the last of these, or of a preset that was loaded.
+    // ranges: those that the dialog shows, an entry of the library included.
     virtual void ResetAll() = 0;
     virtual void Reset(int control_id) = 0;
     virtual void Randomise() = 0;
+
+    // Every change can be taken back and made again. Changes of one field, dial, colour or library
+    // entry are one step until EndChange: a drag, say, or a burst of typing.
+    virtual void EndChange() = 0;
     virtual bool CanUndo() const = 0;
     virtual void Undo() = 0;
+    virtual bool CanRedo() const = 0;
+    virtual void Redo() = 0;
+    // The states, oldest first, each named by the step that led to it; which of them is shown; and
+    // the way to any. Empty, and 0, before the first change.
+    virtual std::vector<SHistoryStep> History() const = 0;
+    virtual int HistoryPosition() const = 0;
+    virtual void GoTo(int state) = 0;
 
     // Presets of this effect, the user's own before those that ship. A failure says what is wrong;
     // nothing is then changed.
@@ -135,6 +160,8 @@ struct IDialogView {
     virtual void ControlChanged(const SControlState& control) = 0;
     // The parameters are others: a preview that is running is stale.
     virtual void PreviewChanged() = 0;
+    // What can be undone or redone is something else now.
+    virtual void HistoryChanged() = 0;
     // Colours can, or can no longer, be picked from the picture.
     virtual void DropperChanged(bool enabled) = 0;
     // Something that the user should know went wrong; the dialog stays open.

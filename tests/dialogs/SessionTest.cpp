@@ -69,6 +69,79 @@ TEST_F(Session, ResetsOneParameterOrAll) {
     });
 }
 
+TEST_F(Session, EveryChangeIsAStepAndADragIsOne) {
+    EffectDialog effect("Tiles");
+    effect.Play([&](IDialogModel& dialog) {
+        std::vector<nlohmann::ordered_json> states = {effect.Values()};
+        const std::function<void()> changes[] = {
+            [&] {
+                for (const int to : {4, 9, 6}) dialog.Type(2954, std::to_wstring(to));
+            },
+            [&] {
+                for (const int to : {100, 120, 90}) dialog.Turn(2960, to);
+            },
+            [&] { dialog.Choose(2952, 2); },
+            [&] { dialog.Choose(2952, 1); },
+            [&] { dialog.PickColour(2964, 0x00FF00); },
+            [&] { dialog.PickFromPicture(0x123456); },
+            [&] { dialog.Reset(2954); },
+            [&] { dialog.Randomise(); },
+        };
+        for (const auto& change : changes) {
+            change();
+            dialog.EndChange();
+            states.push_back(effect.Values());
+        }
+        dialog.Turn(2960, dialog.Control(2961).value + 1);
+        dialog.Turn(2960, dialog.Control(2961).value - 1);
+        dialog.EndChange();  // back where it was: no step
+        ASSERT_EQ(dialog.History().size(), states.size());
+        EXPECT_EQ(dialog.History()[2].text, L"90");
+        for (int at = dialog.HistoryPosition(); at-- > 0;) {
+            dialog.Undo();
+            EXPECT_EQ(effect.Values(), states[static_cast<std::size_t>(at)]) << at;
+        }
+        EXPECT_FALSE(dialog.CanUndo());
+        dialog.GoTo(4);
+        dialog.Redo();
+        EXPECT_EQ(effect.Values(), states[5]);
+        dialog.Step(2954, 1);
+        EXPECT_FALSE(dialog.CanRedo()) << "a change after undoing is a new way";
+    });
+}
+
+TEST_F(Session, AWrongTextStoresNothingOnItsWay) {
+    EffectDialog effect("Tiles");
+    effect.Play([&](IDialogModel& dialog) {
+        constexpr int kAngle = 2961;
+        const auto angle = [&] { return effect.Number("Angle"); };
+        struct {
+            std::vector<const wchar_t*> keys;
+            int typed, left;  // the value after the typing, and when the field was left
+        } const cases[] = {{{L"1", L"1,", L"1,5"}, 315, 315},
+                           {{L"31", L"3", L""}, 315, 315},
+                           {{L"36", L"360"}, 315, 359},
+                           {{L"20", L"x"}, 20, 20},
+                           {{L"-", L"-4"}, 315, 0},
+                           {{L"99999999999999999999"}, 315, 359},
+                           {{L"1", L"1x", L"1", L"12"}, 12, 12}};
+        for (const auto& [keys, typed, left] : cases) {
+            for (const wchar_t* text : keys) dialog.Type(kAngle, text);
+            SCOPED_TRACE(ToUtf8(keys.back()));
+            EXPECT_EQ(dialog.Control(kAngle).text, keys.back()) << "it stays as it is typed";
+            EXPECT_EQ(angle(), typed);
+            EXPECT_EQ(dialog.Control(2960).value, typed) << "the dial";
+            dialog.Leave(kAngle);
+            EXPECT_EQ(angle(), left);
+            EXPECT_EQ(dialog.Control(kAngle).text, CString(std::to_wstring(left)));
+            dialog.Reset(kAngle);
+        }
+        dialog.Type(kAngle, L"x");
+        dialog.Undo();
+        EXPECT_EQ(dialog.Control(kAngle).text, L"315") << "the text is what is undone first";
+    });
+}
+
 TEST_F(Session, PresetsByName) {
     EffectDialog effect("Blinds");
     effect.Play([&](IDialogModel& dialog) {

@@ -47,13 +47,22 @@ TEST_F(SpecialRules, WeaveOpensWithoutGapColourWhenGapsAreOpen) {
 }
 
 // A default below the range, as a canvas of one pixel makes it, is shown as wrong but kept.
-TEST_F(SpecialRules, WeaveOnOnePixel) {
+// The usual widths are half the canvas, which is nothing here.
+TEST_F(SpecialRules, WeaveOnOnePixelBeginsWithPossibleValues) {
     EffectDialog effect("Weave", {1, 1});
     effect.Play([&](IDialogModel& dialog) {
-        EXPECT_TRUE(dialog.Control(1011).wrong);
-        EXPECT_EQ(dialog.Control(1011).text, L"0");
-        EXPECT_EQ(effect.PreviewsOf([&] { dialog.Type(1011, L"1"); }), 1);
-        EXPECT_FALSE(dialog.Control(1011).wrong);
+        for (const int field : {1011, 1568}) {
+            EXPECT_FALSE(dialog.Control(field).wrong);
+            EXPECT_EQ(dialog.Control(field).text, L"1");
+        }
+        const SPreviewSnapshot shown = dialog.Snapshot();
+        CStatusControl status;
+        CRowIteratorBands result;
+        CRowIterator selection;
+        EXPECT_STREQ(
+            shown.command->Preview(&status, shown.source, result, &selection, shown.context.Get())
+                .Text(),
+            "");
     });
 }
 
@@ -102,6 +111,26 @@ TEST_F(SpecialRules, MosaicsCountAlikeWhileSymmetric) {
             });
         EXPECT_EQ(effect.Number("Symmetric"), 0) << "OK keeps what the dialog shows";
     }
+}
+
+TEST_F(SpecialRules, SymmetricCountsStayTogetherWhateverChangesThem) {
+    EffectDialog effect("MosaicGlass");
+    effect.Play([&](IDialogModel& dialog) {
+        constexpr int kColumns = 956, kRows = 957, kSymmetric = 958;
+        const std::int64_t usual = effect.Number("NumRows");
+        const auto counts = [&] {
+            return std::pair(effect.Number("NumColumns"), effect.Number("NumRows"));
+        };
+        dialog.Type(kColumns, L"60");
+        dialog.Reset(kRows);
+        EXPECT_EQ(counts(), std::pair(usual, usual));
+        EXPECT_EQ(dialog.Control(kColumns).value, usual);
+        dialog.Click(kSymmetric);
+        dialog.Type(kColumns, L"60");
+        dialog.Reset(kSymmetric);
+        EXPECT_EQ(counts(), std::pair(std::int64_t{60}, std::int64_t{60}));
+        EXPECT_EQ(effect.Number("Symmetric"), 1);
+    });
 }
 
 TEST_F(SpecialRules, TilesListsItsShapesFromTheLast) {
