@@ -368,8 +368,7 @@ void CDialogWindow::changeEvent(QEvent* event) {
 }
 
 // The key O shows the original wherever the focus is in this window; undo and redo are the
-// dialog's, not those of the text in a field; and a Return key that is held, perhaps since the
-// program was started with it, presses nothing.
+// dialog's, not those of the text in a field.
 bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     const bool shortcut = event->type() == QEvent::ShortcutOverride;
@@ -385,13 +384,27 @@ bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
         event->ignore();
         return true;
     }
-    const bool enter = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
-    if (enter && pressed->isAutoRepeat()) return true;
+    if (pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter) {
+        ReturnKey(*pressed);
+        return true;
+    }
     if (pressed->key() != Qt::Key_O || pressed->modifiers() != Qt::NoModifier) {
         return QDialog::eventFilter(watched, event);
     }
     if (!pressed->isAutoRepeat()) HoldOriginal(event->type() == QEvent::KeyPress);
     return true;
+}
+
+// OK comes with the key's release: one that is held, perhaps since the program was started with it,
+// repeats before that and presses nothing. A repeat may look like a release and a press of their
+// own, but at one time.
+void CDialogWindow::ReturnKey(const QKeyEvent& event) {
+    const bool press = event.type() == QEvent::KeyPress;
+    const bool taken_back = return_released_ != 0 && event.timestamp() == return_released_;
+    const bool tapped = return_pressed_ && !press && !event.isAutoRepeat();
+    return_pressed_ = press && !event.isAutoRepeat() && !taken_back;
+    return_released_ = press ? 0 : event.timestamp();
+    if (tapped) accept();
 }
 
 void CDialogWindow::HoldOriginal(bool hold) { pane_->ShowOriginal(hold); }

@@ -73,6 +73,7 @@ class CDialogWindow final : public QDialog, public IDialogView {
     void FetchPreview();
     void PickAt(QPoint pixel);
     void HoldOriginal(bool hold);
+    void ReturnKey(const QKeyEvent& event);
 
     IDialogModel& model_;
     const SDesktopOptions& options_;
@@ -86,6 +87,8 @@ class CDialogWindow final : public QDialog, public IDialogView {
     QEventLoop loop_;
     int result_;
     bool ended_ = false;
+    bool return_pressed_ = false;
+    std::uint64_t return_released_ = 0;       // when, on the screen's clock; 0: since then pressed
     bool loading_ = false;                    // the document has no picture yet
     std::unique_ptr<CPreviewEngine> engine_;  // gone before everything that it notifies
 };
