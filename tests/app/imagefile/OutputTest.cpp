@@ -114,6 +114,10 @@ TEST(Output, PublishesInOneStepWithTheRightPermissions) {
             COutputFile output(folder / name, rules, unnamed);
             output.Write(std::vector<std::uint8_t>{'n', 'e', 'w'});
             EXPECT_EQ(Content(folder / name), before);
+            // Nobody who may not read the old file reads the new one before it is there.
+            struct stat written = {};
+            ASSERT_EQ(fstat(output.Descriptor(), &written), 0);
+            EXPECT_EQ(written.st_mode & 0777 & ~(rules.overwrite ? 0600U : 0640U), 0U) << name;
             EXPECT_EQ(folder.Names().size(), (rules.overwrite ? 3U : 2U) + (unnamed ? 0 : 1));
             output.Publish();
             EXPECT_EQ(Content(folder / name), "new");

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "hostlib/graphics/PixelBudget.h"
+#include "hostlib/graphics/SelectionBlend.h"
 #include "support/Pictures.h"
 
 namespace {
@@ -17,6 +18,7 @@ using pictures::Difference;
 using pictures::kAllFormats;
 using pictures::Noise;
 using pictures::Sample;
+using pictures::SetSample;
 
 TEST(Image, FormatCodesTellDepthAndChannels) {
     for (const ENPixelFormat code : kAllFormats) {
@@ -38,6 +40,43 @@ TEST(Image, SizesThatCannotBeHadAreErrors) {
     EXPECT_EQ(image.Create(2147483647, 2147483647, ENPixelFormat::ColourAlpha16).Code(),
               TolmErrorCode::NotCreated);
     EXPECT_FALSE(image.IsAttached());
+}
+
+// source + (effect - source) * weight / 255 to the nearest, worked out by hand.
+TEST(Image, ASelectionMixesToTheNearest) {
+    const struct {
+        int source, effect, weight, mixed;
+        ENPixelFormat format;
+    } kCases[] = {
+        {10, 20, 128, 15, ENPixelFormat::Grey8},            // 15.0196
+        {10, 20, 140, 15, ENPixelFormat::Grey8},            // 15.4902
+        {10, 20, 141, 16, ENPixelFormat::Grey8},            // 15.5294
+        {200, 0, 1, 199, ENPixelFormat::Colour8},           // 199.216
+        {0, 255, 77, 77, ENPixelFormat::ColourAlpha8},      // 77
+        {77, 200, 0, 77, ENPixelFormat::GreyAlpha8},        // the source
+        {77, 200, 255, 200, ENPixelFormat::GreyAlpha8},     // the effect
+        {65535, 0, 128, 32639, ENPixelFormat::Colour16},    // 32639
+        {1, 65535, 254, 65278, ENPixelFormat::Grey16},      // 65278.004
+        {40000, 40001, 127, 40000, ENPixelFormat::Grey16},  // 40000.498
+        {40000, 40001, 128, 40001, ENPixelFormat::Grey16},  // 40000.502
+    };
+    for (const auto& c : kCases) {
+        const CNPixelFormat format = c.format;
+        CRowIteratorBands source, effect;
+        CRowIterator mask;
+        ASSERT_FALSE(source.Create(1, 1, format).Failed());
+        ASSERT_FALSE(effect.Create(1, 1, format).Failed());
+        ASSERT_FALSE(mask.Create(1, 1, ENPixelFormat::Grey8).Failed());
+        *mask.Row<std::uint8_t>(0) = static_cast<std::uint8_t>(c.weight);
+        for (int channel = 0; channel < format.Channels(); ++channel) {
+            SetSample(source, 0, 0, channel, c.source);
+            SetSample(effect, 0, 0, channel, c.effect);
+        }
+        ASSERT_FALSE(BlendBySelection(source, mask, effect).Failed());
+        for (int channel = 0; channel < format.Channels(); ++channel) {
+            EXPECT_EQ(Sample(effect, 0, 0, channel), c.mixed) << c.source << ' ' << c.weight;
+        }
+    }
 }
 
 TEST(Image, CopyReusesOnlyMemoryThatNobodyElseHolds) {
