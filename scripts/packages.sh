@@ -23,7 +23,7 @@ build_programs() {
     cmake --build --preset "$1" --target programs >&2
 }
 
-# build_all PRESET: everything, in a build tree that ./run may have made.
+# build_all PRESET [TARGET]: everything, or a target, in a build tree that ./run may have made.
 build_all() {
     local cache=build/$1/CMakeCache.txt
     if [ ! -f "build/$1/build.ninja" ]; then
@@ -31,5 +31,5 @@ build_all() {
     elif grep -q '^CMDTEXTURE_TESTS:BOOL=OFF' "$cache"; then
         cmake --preset "$1" -DCMDTEXTURE_TESTS=ON -DCMDTEXTURE_BENCH=ON >&2
     fi
-    cmake --build --preset "$1" >&2
+    cmake --build --preset "$1" --target "${2:-all}" >&2
 }

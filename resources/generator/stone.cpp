@@ -108,8 +108,8 @@ Real TrowelledPlaster(Point p) {
 }
 
 Real CleftRock(Point p) {
-    const Point q = Warp(p, {9, 9}, 0.022, 121);
-    const Real h = 9 * Fbm(Slanted(q), {4, 5}, 7, 122);
+    const Point q = Warp(p, {12, 12}, 0.016, 121);
+    const Real h = 7 * Fbm(Slanted(q), {13, 17}, 6, 122);
     const Real layer = Floor(h);
     return 0.8 * (layer + SmoothStep(0.0, 0.3, h - layer)) + 0.8 * h +
            1.8 * Fbm(Slanted(p), {24, 60}, 6, 123);
