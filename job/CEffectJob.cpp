@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hostlib/parameters/Presets.h"
+#include "hostlib/system/StrictJson.h"
 #include "job/CRunResources.h"
 #include "job/SJobParts.h"
 
@@ -83,6 +84,7 @@ CEffectJob::~CEffectJob() = default;
 CEffectJob CEffectJob::Copy() const {
     CEffectJob copy = CJobLibrary(parts_->library).MakeJob(parts_->name);
     copy.parts_->given = parts_->given;
+    copy.parts_->scaled = parts_->scaled;
     if (parts_->document) copy.parts_->document = new CDocument(*parts_->document);
     copy.parts_->Define();
     return copy;
@@ -110,9 +112,12 @@ void CEffectJob::Set(const nlohmann::ordered_json& values) {
 }
 
 void CEffectJob::SetJson(const std::string& values) {
-    const auto parsed = nlohmann::ordered_json::parse(values, nullptr, false);
-    if (parsed.is_discarded()) {
-        throw CJobError(EJobFault::Refused, "the values are no JSON",
+    nlohmann::ordered_json parsed;
+    try {
+        parsed = ParseStrictJson(values);
+    } catch (const std::runtime_error& error) {
+        throw CJobError(EJobFault::Refused,
+                        fmt::format("the values are not usable: {}", error.what()),
                         "an object of names to values is expected");
     }
     Set(parsed);

@@ -304,6 +304,10 @@ TEST_F(Capi, ValuesAreSetReadAndRefused) {
         {[&](auto e) { return cmdtexture_effect_set(effect.get(), nullptr, "1", e); }, "NULL", ""},
         {[&](auto e) { return cmdtexture_effect_set_json(effect.get(), "{\"Angle\": 1", e); },
          "JSON", ""},
+        {[&](auto e) {
+             return cmdtexture_effect_set_json(effect.get(), R"({"Angle": 1, "Angle": 2})", e);
+         },
+         "\"Angle\" comes twice", "names to values"},
         {[&](auto e) { return cmdtexture_effect_set_preset(effect.get(), "no-such", e); },
          "no-such", ""},
         {[&](auto e) { return cmdtexture_effect_set_canvas(effect.get(), 5, 0, e); }, "canvas", ""},
