@@ -1,0 +1,69 @@
+"""The results are the bytes of the program."""
+
+import random
+import re
+
+import cmdtexture
+import numpy
+import pytest
+from conftest import HEIGHT, LAYOUTS, WIDTH, noise
+
+KINDS = [(layout, depth) for layout in LAYOUTS for depth in (8, 16)]
+# Larger values make the same code work longer than pictures as small as these are worth.
+LARGEST_SPAN = 99
+
+
+def random_value(parameter, chance):
+    if parameter["type"] == "boolean":
+        return chance.random() < 0.5
+    if parameter["type"] == "colour":
+        return "#%06X" % chance.randrange(2**24)
+    if parameter["type"] == "string":
+        return parameter["default"]
+    if parameter["type"] == "enumeration":
+        return chance.choice(parameter["members"])
+    low, high = parameter["minimum"], parameter["maximum"]
+    return chance.randint(low, min(high, low + LARGEST_SPAN, WIDTH))
+
+
+def keyword(name):
+    return re.sub("(?<=[a-z])([A-Z])", r"_\1", name).lower()
+
+
+def text(value):
+    return str(value).lower() if isinstance(value, bool) else str(value)
+
+
+@pytest.mark.parametrize("kind", ["default", "random"])
+@pytest.mark.parametrize("effect", cmdtexture.effects())
+def test_every_effect_in_every_format(effect, kind, program):
+    chance = random.Random(f"{effect} {kind}")
+    parameters = cmdtexture.describe(effect)["parameters"] if kind == "random" else []
+    function = getattr(cmdtexture, keyword(effect))
+    mask = noise("grey", seed=8)
+    for layout, depth in KINDS:
+        values = {row["name"]: random_value(row, chance) for row in parameters}
+        options = [f"-p{name}={text(value)}" for name, value in values.items()]
+        picture = noise(layout, depth)
+        expected = program(picture, effect, "--canvas", "300x200", "--at", "21,13", *options,
+                           mask=mask)
+        assert (expected != picture).any()
+        result = function(picture, mask=mask, canvas=(300, 200), at=(21, 13),
+                          **{keyword(name): value for name, value in values.items()})
+        numpy.testing.assert_array_equal(result, expected, f"{layout} {depth} {values}")
+        assert (result.dtype, result.shape) == (picture.dtype, picture.shape)
+
+
+@pytest.mark.parametrize("effect", cmdtexture.effects())
+def test_presets(effect, program):
+    picture = noise("RGB", size=(90, 130))
+    for preset in cmdtexture.presets(effect):
+        numpy.testing.assert_array_equal(cmdtexture.apply(picture, effect, preset=preset),
+                                         program(picture, effect, "--preset", preset), preset)
+
+
+def test_values_go_before_those_of_a_preset(program):
+    picture = noise()
+    numpy.testing.assert_array_equal(
+        cmdtexture.fur(picture, preset="long-hair", blur=0, length=11),  # 11 is the default
+        program(picture, "Fur", "--preset", "long-hair", "-pBlur=0", "-pLength=11"))
