@@ -37,8 +37,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CRowIteratorBands picture = Picture(numbers, sides);
     picture.SetOrigin({static_cast<int>(numbers.Between(-200, 400)),
                        static_cast<int>(numbers.Between(-200, 400))});
-    static const TRef<CFileResourceLibrary> library(new CFileResourceLibrary(
-        {FindInstallation().data / "resources"}, imagefile::MakePictureFiles()));
+    // Small ones: an installation's at their largest size take a second each.
+    static const TRef<CFileResourceLibrary> library(
+        new CFileResourceLibrary({FUZZ_RESOURCES}, imagefile::MakePictureFiles()));
     const TRef<CDocument> document(new CDocument(canvas));
     const TRef<CExecutionContext> context(new CExecutionContext(document, library, nullptr));
     const TRef<CCmdEffect> command = fuzz::Command(numbers, context.Get());
