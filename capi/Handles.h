@@ -7,6 +7,7 @@
 
 #include "capi/cmdtexture.h"
 #include "job/CJobLibrary.h"
+#include "job/CRecipe.h"
 
 // What the handles of the C interface stand for. Records point into the texts kept beside them.
 
@@ -32,6 +33,10 @@ struct cmdtexture_effect {
     SEffectInfo info;
     std::vector<std::vector<const char*>> members;
     std::vector<cmdtexture_parameter> records;
+};
+
+struct cmdtexture_recipe {
+    CRecipe steps;
 };
 
 // Runs `work` at the border of the interface: whatever it throws becomes the status, and the error

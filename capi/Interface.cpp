@@ -61,15 +61,31 @@ CRowIterator SelectionOf(const cmdtexture_run& run, const cmdtexture_image& sour
     return ToHost(image);
 }
 
-// A job of its own for a run: the effect stays as it is, and nothing of the caller's memory with
-// it.
-CEffectJob JobOn(const cmdtexture_effect& effect, const cmdtexture_image& source,
-                 const cmdtexture_run& run) {
-    CEffectJob job = effect.job.Copy();
+CRowIteratorBands PictureOf(const cmdtexture_run& run, const cmdtexture_image& source) {
     CRowIteratorBands picture = ToHost(source);
     picture.SetOrigin({run.x, run.y});
-    job.SetPicture(picture, SelectionOf(run, source));
-    return job;
+    return picture;
+}
+
+CSize CanvasOf(int32_t width, int32_t height) {
+    if (width < 0 || height < 0 || (width == 0) != (height == 0)) {
+        throw CJobError(EJobFault::Refused, "a canvas has positive sides, or is 0 by 0");
+    }
+    return {width, height};
+}
+
+// Runs `apply(picture, selection, sink)` and hands out what it made when all has succeeded.
+template <class Apply>
+void ApplyTo(const cmdtexture_image* source, const cmdtexture_image* destination,
+             const cmdtexture_run* given_run, Apply&& apply) {
+    CheckImage(source, "source");
+    CheckImage(destination, "destination");
+    CheckPair(*source, *destination);
+    const cmdtexture_run run = RunOf(given_run);
+    CCallback callback(run);
+    const SJobResult result = apply(PictureOf(run, *source), SelectionOf(run, *source), &callback);
+    if (result.error) throw CJobError(*result.error);
+    FromHost(result.image, *destination);
 }
 
 }  // namespace
@@ -217,11 +233,7 @@ char* cmdtexture_effect_get_json(const cmdtexture_effect* effect, cmdtexture_err
 cmdtexture_status cmdtexture_effect_set_canvas(cmdtexture_effect* effect, int32_t width,
                                                int32_t height, cmdtexture_error** error) {
     return Guard(error, [&] {
-        Given(effect, "effect");
-        if (width < 0 || height < 0 || (width == 0) != (height == 0)) {
-            throw CJobError(EJobFault::Refused, "a canvas has positive sides, or is 0 by 0");
-        }
-        effect->job.SetCanvas({width, height});
+        Given(effect, "effect")->job.SetCanvas(CanvasOf(width, height));
         effect->Describe();
     });
 }
@@ -232,14 +244,55 @@ cmdtexture_status cmdtexture_effect_apply(const cmdtexture_effect* effect,
                                           const cmdtexture_run* given_run,
                                           cmdtexture_error** error) {
     return Guard(error, [&] {
-        Given(effect, "effect");
-        CheckImage(source, "source");
-        CheckImage(destination, "destination");
-        CheckPair(*source, *destination);
-        const cmdtexture_run run = RunOf(given_run);
-        CCallback callback(run);
-        const SJobResult result = JobOn(*effect, *source, run).Run(&callback);
-        if (result.error) throw CJobError(*result.error);
-        FromHost(result.image, *destination);
+        // A job of its own: the effect stays as it is, and nothing of the caller's memory with it.
+        CEffectJob job = Given(effect, "effect")->job.Copy();
+        ApplyTo(source, destination, given_run,
+                [&](const auto& picture, const auto& selection, IProgressSink* sink) {
+                    job.SetPicture(picture, selection);
+                    return job.Run(sink);
+                });
+    });
+}
+
+cmdtexture_status cmdtexture_recipe_new(const cmdtexture_library* library, const char* json,
+                                        const char* folder, cmdtexture_recipe** recipe,
+                                        cmdtexture_error** error) {
+    return Guard(error, [&] {
+        *Given(recipe, "recipe") = nullptr;
+        *recipe = new cmdtexture_recipe{CRecipe::Parse(Given(library, "library")->jobs,
+                                                       Given(json, "json"), folder ? folder : "")};
+    });
+}
+cmdtexture_status cmdtexture_recipe_read(const cmdtexture_library* library, const char* file,
+                                         cmdtexture_recipe** recipe, cmdtexture_error** error) {
+    return Guard(error, [&] {
+        *Given(recipe, "recipe") = nullptr;
+        *recipe = new cmdtexture_recipe{
+            CRecipe::Read(Given(library, "library")->jobs, Given(file, "file"))};
+    });
+}
+void cmdtexture_recipe_free(cmdtexture_recipe* recipe) { delete recipe; }
+
+char* cmdtexture_recipe_get_json(const cmdtexture_recipe* recipe, cmdtexture_error** error) {
+    return GuardAnswer<char>(
+        error, [&] { return Duplicate(Given(recipe, "recipe")->steps.ToJson().dump()); });
+}
+
+cmdtexture_status cmdtexture_recipe_set_canvas(cmdtexture_recipe* recipe, int32_t width,
+                                               int32_t height, cmdtexture_error** error) {
+    return Guard(error, [&] { Given(recipe, "recipe")->steps.SetCanvas(CanvasOf(width, height)); });
+}
+
+cmdtexture_status cmdtexture_recipe_apply(const cmdtexture_recipe* recipe,
+                                          const cmdtexture_image* source,
+                                          const cmdtexture_image* destination,
+                                          const cmdtexture_run* given_run,
+                                          cmdtexture_error** error) {
+    return Guard(error, [&] {
+        CRecipe steps = Given(recipe, "recipe")->steps.Copy();
+        ApplyTo(source, destination, given_run,
+                [&](const auto& picture, const auto& selection, IProgressSink* sink) {
+                    return steps.Run(picture, selection, sink);
+                });
     });
 }

@@ -47,6 +47,7 @@ typedef enum cmdtexture_status {
 
 typedef struct cmdtexture_library cmdtexture_library;
 typedef struct cmdtexture_effect cmdtexture_effect;
+typedef struct cmdtexture_recipe cmdtexture_recipe;
 typedef struct cmdtexture_error cmdtexture_error;
 
 /* The version of the library that is loaded, such as "1.0.0"; lives as long as the process. */
@@ -228,6 +229,37 @@ typedef struct cmdtexture_run {
  * same channels, in any order of the colours, which may be the same memory. Both may be the same
  * picture; `run` may be NULL. `destination` is written only when all has succeeded. */
 CMDTEXTURE_API cmdtexture_status cmdtexture_effect_apply(const cmdtexture_effect* effect,
+                                                         const cmdtexture_image* source,
+                                                         const cmdtexture_image* destination,
+                                                         const cmdtexture_run* run,
+                                                         cmdtexture_error** error);
+
+/* ---- Recipes: effects one after another ---- */
+
+/* Reads a recipe from its JSON text, and checks all of it: a list of steps, each an object with
+ * "effect" and, if wanted, "preset", "parameters", "mask" (a picture file that limits the step),
+ * "opacity" (0 to 1) and "blend" ("normal", "multiply", "screen", "overlay", "soft-light",
+ * "luminosity"). `folder` is where files that it names are looked for; NULL is the working
+ * directory. On failure `*recipe` is NULL. */
+CMDTEXTURE_API cmdtexture_status cmdtexture_recipe_new(const cmdtexture_library* library,
+                                                       const char* json, const char* folder,
+                                                       cmdtexture_recipe** recipe,
+                                                       cmdtexture_error** error);
+/* The same from a file, whose folder is where the files are looked for. */
+CMDTEXTURE_API cmdtexture_status cmdtexture_recipe_read(const cmdtexture_library* library,
+                                                        const char* file,
+                                                        cmdtexture_recipe** recipe,
+                                                        cmdtexture_error** error);
+CMDTEXTURE_API void cmdtexture_recipe_free(cmdtexture_recipe* recipe);
+/* The steps with all their values, as a JSON array. NULL on failure. */
+CMDTEXTURE_API char* cmdtexture_recipe_get_json(const cmdtexture_recipe* recipe,
+                                                cmdtexture_error** error);
+/* As cmdtexture_effect_set_canvas and cmdtexture_effect_apply; the selection of the run limits the
+ * steps that have no mask. */
+CMDTEXTURE_API cmdtexture_status cmdtexture_recipe_set_canvas(cmdtexture_recipe* recipe,
+                                                              int32_t width, int32_t height,
+                                                              cmdtexture_error** error);
+CMDTEXTURE_API cmdtexture_status cmdtexture_recipe_apply(const cmdtexture_recipe* recipe,
                                                          const cmdtexture_image* source,
                                                          const cmdtexture_image* destination,
                                                          const cmdtexture_run* run,

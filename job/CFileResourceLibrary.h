@@ -37,6 +37,8 @@ class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResource
     std::vector<SResourceEntry> Entries(int type) override;
     CErrorAutoThrow LoadThumbnail(int type, const CString& name, CRowIteratorBands& image) override;
 
+    // The decoder; null without one.
+    const std::shared_ptr<const IPictureFiles>& Pictures() const { return pictures_; }
     // Every picture of a type, ordered by category and name.
     std::vector<SFile> Files(int type) const;
     // The picture of a name, letter case ignored; of the empty name, the first, of the category if

@@ -3,11 +3,13 @@
 #include <chrono>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Document.h"
 #include "app/cli/Interruption.h"
+#include "app/cli/Messages.h"
 #include "app/cli/Options.h"
 
 namespace {
@@ -16,12 +18,12 @@ using nlohmann::ordered_json;
 
 struct SApplyOptions {
     SSessionOptions session;
-    SParameterOptions parameters;
+    SWorkOptions work;
     SDocumentOptions document;
     imagefile::SWriteOptions coding;
-    std::string effect, output;
+    std::string output;
     double timeout = 0;
-    bool overwrite = false, quiet = false, progress = false, json = false;
+    bool overwrite = false, quiet = false, progress = false, json = false, dry_run = false;
 };
 
 class CStopwatch {
@@ -38,29 +40,46 @@ class CStopwatch {
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-void PrintResult(const SApplyOptions& options, const CEffectJob& job,
-                 const CRowIteratorBands& image, ordered_json seconds) {
-    const ordered_json result = {{"effect", job.Name()},
-                                 {"input", options.document.input.file},
-                                 {"output", options.output},
-                                 {"width", image.GetWidth()},
-                                 {"height", image.GetHeight()},
-                                 {"layout", LayoutName(image.GetPixelFormat())},
-                                 {"depth", image.GetPixelFormat().Is16bit() ? 16 : 8},
-                                 {"parameters", job.Values()},
-                                 {"seconds", std::move(seconds)}};
+// What was done, or would be, as far as it is known without the pixels.
+ordered_json Describe(const SApplyOptions& options, const CRecipe& recipe,
+                      const imagefile::SImageHeader& header) {
+    ordered_json done;
+    const bool is_effect = options.work.recipe.empty();
+    is_effect ? done["effect"] = recipe.Title() : done["recipe"] = options.work.recipe;
+    done["input"] = options.document.input.file;
+    done["output"] = options.output;
+    done["width"] = header.size.cx;
+    done["height"] = header.size.cy;
+    done["layout"] = LayoutName(header.format);
+    done["depth"] = header.format.Is16bit() ? 16 : 8;
+    is_effect ? done["parameters"] = recipe.Steps()[0].job.Values()
+              : done["steps"] = recipe.ToJson();
+    return done;
+}
+
+void Print(const ordered_json& result, const std::string& trouble) {
     // File names are bytes: what is not UTF-8 in them is replaced.
     std::cout << result.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
     std::cout.flush();
-    if (!std::cout) {
-        throw CCliError(EExit::Output, fmt::format("{} was written, but standard output cannot be",
-                                                   options.output));
+    if (!std::cout) throw CCliError(EExit::Output, trouble);
+}
+
+// All that can be told without a pixel.
+void DryRun(const SApplyOptions& options, CRecipe& recipe, const imagefile::SImageHeader& header) {
+    if (!options.document.mask.empty()) CheckMask(options.document, header.size);
+    if (options.json) {
+        ordered_json result = Describe(options, recipe, header);
+        result["dryRun"] = true;
+        return Print(result, "standard output cannot be written");
     }
+    messages::Say(fmt::format("{} of {}, {} x {} pixels, would be written to {}", recipe.Title(),
+                              options.document.input.file, header.size.cx, header.size.cy,
+                              options.output));
 }
 
 void Apply(const SApplyOptions& options) {
     const CJobLibrary library = OpenJobs(options.session, options.document.resources);
-    CEffectJob job = MakeCheckedJob(library, options.effect, options.parameters);
+    CRecipe recipe = MakeCheckedRecipe(library, options.work);
     CheckDocumentOptions(options.document);
     const imagefile::SOutputRules rules =
         OutputRules(options.output, options.overwrite, options.document.input.file);
@@ -76,20 +95,24 @@ void Apply(const SApplyOptions& options) {
     progress.BeginPart("reading", 0.15);
     const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
     CheckPictureOutput(options.output, rules, header.size, options.coding);
-    SetCanvas(job, options.effect, CanvasOf(options.document, header.size));
+    FitRecipe(recipe, CanvasOf(options.document, header.size), header.size);
+    if (options.dry_run) return DryRun(options, recipe, header);
     SPictures pictures = ReadPictures(options.document, progress);
-    GivePictures(job, pictures);
     seconds["load"] = watch.Lap();
 
-    progress.BeginPart(options.effect, 0.7);
-    WarnOfPrecision(job, header.format);
-    const CRowIteratorBands result = RunJob(job, progress);
+    progress.BeginPart(recipe.Title(), 0.7);
+    for (const SRecipeStep& step : recipe.Steps()) WarnOfPrecision(step.job, header.format);
+    const CRowIteratorBands result =
+        RunRecipe(recipe, std::exchange(pictures.input.pixels, {}), pictures.selection, progress);
     seconds["effect"] = watch.Lap();
 
     progress.BeginPart("writing", 1.0);
     WritePicture(options.output, result, pictures.input.metadata, rules, progress, options.coding);
     seconds["save"] = watch.Lap();
-    if (options.json) PrintResult(options, job, result, seconds);
+    if (!options.json) return;
+    ordered_json done = Describe(options, recipe, header);
+    done["seconds"] = seconds;
+    Print(done, fmt::format("{} was written, but standard output cannot be", options.output));
 }
 
 }  // namespace
@@ -97,8 +120,9 @@ void Apply(const SApplyOptions& options) {
 void AddApplyCommand(CLI::App& program) {
     auto* command = program.add_subcommand("apply", "Apply an effect to an image file");
     auto options = std::make_shared<SApplyOptions>();
-    command->add_option("EFFECT", options->effect, "Name of the effect")->required();
+    AddWorkOptions(*command, options->work);
     AddDocumentOptions(*command, options->document);
+    command->get_option("IN")->required(false);
     command
         ->add_option("-o,--output", options->output,
                      "Image to write, of the kind that its extension tells; - is standard output, "
@@ -106,17 +130,24 @@ void AddApplyCommand(CLI::App& program) {
         ->type_name("OUT")
         ->required();
     AddCodingOptions(*command, options->coding);
-    AddParameterOptions(*command, options->parameters);
     command
         ->add_option("--timeout", options->timeout,
                      "Give up after this time, and leave nothing behind")
         ->type_name("SECONDS")
         ->check(CLI::Range(0.0, 1e8));
+    command->add_flag("--dry-run", options->dry_run,
+                      "Check everything that can be checked without touching a pixel");
     command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
     auto* quiet = command->add_flag("--quiet", options->quiet, "Show no progress");
     command->add_flag("--progress", options->progress, "Show progress, on a terminal or not")
         ->excludes(quiet);
     command->add_flag("--json", options->json, "Print what was done as a JSON object");
     AddSessionOptions(*command, options->session);
-    command->callback([options] { Apply(*options); });
+    command->callback([options] {
+        std::string& input = options->document.input.file;
+        // With a recipe the first argument that stands alone is not an effect.
+        if (!options->work.recipe.empty() && input.empty()) input.swap(options->work.effect);
+        if (input.empty()) throw CLI::RequiredError("IN");
+        Apply(*options);
+    });
 }

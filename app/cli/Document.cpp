@@ -61,6 +61,11 @@ CSize CanvasOf(const SDocumentOptions& options, CSize picture) {
     return options.canvas.empty() ? picture : ParseSize(options.canvas, "--canvas");
 }
 
+void CheckMask(const SDocumentOptions& options, CSize picture) {
+    CheckMaskSize(options.mask, ReadPictureHeader(MaskInput(options.mask, options.input)).size,
+                  picture);
+}
+
 SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress) {
     if (options.input.max_memory > 0) {
         SetPixelBudget({options.input.max_memory, options.scratch});

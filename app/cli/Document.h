@@ -26,6 +26,8 @@ void AddDocumentOptions(CLI::App& command, SDocumentOptions& options);
 void CheckDocumentOptions(const SDocumentOptions& options);
 // The size of the document for a picture of a size.
 CSize CanvasOf(const SDocumentOptions& options, CSize picture);
+// Refuses a --mask that does not have the picture's size, as far as its header tells.
+void CheckMask(const SDocumentOptions& options, CSize picture);
 // A picture and the selection for it, read; the picture lies where it was told to.
 struct SPictures {
     imagefile::SImageFile input;

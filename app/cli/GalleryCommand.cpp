@@ -22,28 +22,35 @@ struct SGalleryOptions {
     std::vector<std::string> resources;
     std::string effect;                // empty: all of them
     std::vector<std::string> presets;  // files, or names of presets, of the effect
+    std::vector<std::string> recipes;  // files
     bool all_presets = false;          // of the effect, or of every effect
     bool library = false;              // every pattern and texture instead
     bool overwrite = false, quiet = false;
 };
 
-// One picture of the gallery: an effect with its defaults, or with something over them.
+// One picture of the gallery: a recipe, or an effect with its defaults or something over them.
 struct SEntry {
-    std::string effect;
-    SParameterOptions parameters;
+    SWorkOptions work;
     std::string variant;  // what is over the defaults, as a part of a file name
     std::string title;    // what tells it from the others; empty: the effect's name
 
-    std::string Name() const { return variant.empty() ? effect : effect + '-' + variant; }
+    std::string Name() const {
+        return variant.empty() || work.effect.empty() ? work.effect + variant
+                                                      : work.effect + '-' + variant;
+    }
 };
 
 void Add(SEntry added, std::vector<SEntry>& entries) {
     const auto same = [&](const SEntry& other) { return other.Name() == added.Name(); };
     if (std::any_of(entries.begin(), entries.end(), same)) {
-        throw CCliError(EExit::Usage,
-                        fmt::format("--preset {}: another picture is to be named {}",
-                                    added.parameters.preset, added.Name()),
-                        "give presets of different names");
+        const bool is_recipe = !added.work.recipe.empty();
+        throw CCliError(
+            EExit::Usage,
+            fmt::format("--{}: another picture is to be named {}",
+                        is_recipe ? "recipe " + added.work.recipe
+                                  : "preset " + added.work.parameters.preset,
+                        added.Name()),
+            is_recipe ? "give recipes of different names" : "give presets of different names");
     }
     entries.push_back(std::move(added));
 }
@@ -51,20 +58,20 @@ void Add(SEntry added, std::vector<SEntry>& entries) {
 // The effect at its defaults, with the presets that were asked for.
 void AddEffect(const CJobLibrary& library, const std::string& effect,
                const SGalleryOptions& options, std::vector<SEntry>& entries) {
-    entries.push_back({effect, {}, "", ""});
+    entries.push_back({{.effect = effect}, "", ""});
     for (const std::string& preset : options.presets) {
         const std::string stem = std::filesystem::path(preset).stem();
-        Add({effect, {.values = {}, .preset = preset}, stem, stem}, entries);
+        Add({{.effect = effect, .parameters = {.preset = preset}}, stem, stem}, entries);
     }
     if (!options.all_presets) return;
     for (const presets::SPreset& preset : library.Presets(effect)) {
         // By its file: a preset that ships shows itself, whatever the user calls his own.
-        const SParameterOptions values{.values = {}, .preset = preset.file};
+        const SParameterOptions values{.preset = preset.file};
         const auto hidden = [&](const SEntry& e) {
-            return e.effect == effect && e.variant == preset.id;
+            return e.work.effect == effect && e.variant == preset.id;
         };
         if (std::any_of(entries.begin(), entries.end(), hidden)) continue;
-        entries.push_back({effect, values, preset.id, preset.name});
+        entries.push_back({{.effect = effect, .parameters = values}, preset.id, preset.name});
     }
 }
 
@@ -77,7 +84,9 @@ std::vector<SEntry> LibraryEntries(const CJobLibrary& library) {
         for (const auto& file : library.Resources().Files(type)) {
             std::vector<std::string> values{fmt::format("{}={}", parameter, file.name)};
             if (type == CFileResourceLibrary::kTextures) values.emplace_back("Depth=8");
-            entries.push_back({effect, {std::move(values), ""}, file.name, file.name});
+            entries.push_back({{.effect = effect, .parameters = {.values = std::move(values)}},
+                               file.name,
+                               file.name});
         }
     }
     return entries;
@@ -86,9 +95,14 @@ std::vector<SEntry> LibraryEntries(const CJobLibrary& library) {
 std::vector<SEntry> Entries(const CJobLibrary& library, const SGalleryOptions& options) {
     if (options.library) return LibraryEntries(library);
     std::vector<SEntry> entries;
-    const std::vector<std::string> effects =
-        options.effect.empty() ? library.Names() : std::vector{EffectName(library, options.effect)};
+    std::vector<std::string> effects;
+    if (!options.effect.empty()) effects = {EffectName(library, options.effect)};
+    if (options.effect.empty() && options.recipes.empty()) effects = library.Names();
     for (const std::string& effect : effects) AddEffect(library, effect, options, entries);
+    for (const std::string& recipe : options.recipes) {
+        const std::string stem = std::filesystem::path(recipe).stem();
+        Add({{.recipe = recipe}, stem, stem}, entries);
+    }
     return entries;
 }
 
@@ -105,17 +119,15 @@ std::filesystem::path MakeFolder(const std::string& name) {
 void Gallery(const SGalleryOptions& options) {
     const CJobLibrary library = OpenJobs(options.session, options.resources);
     const std::vector<SEntry> entries = Entries(library, options);
-    std::vector<CEffectJob> jobs;
+    std::vector<CRecipe> recipes;
     for (const SEntry& entry : entries) {
-        jobs.push_back(MakeCheckedJob(library, entry.effect, entry.parameters));
+        recipes.push_back(MakeCheckedRecipe(library, entry.work));
     }
     CProgress progress(CProgress::StyleFor(options.quiet, false));
     progress.BeginPart("reading", 0.1);
     const imagefile::SImageFile input = ReadPicture(options.input, progress);
-    for (CEffectJob& job : jobs) {
-        SetCanvas(job, job.Name(), {input.pixels.GetWidth(), input.pixels.GetHeight()});
-        job.SetPicture(input.pixels);
-    }
+    const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
+    for (CRecipe& recipe : recipes) FitRecipe(recipe, size, size);
 
     const std::filesystem::path folder = MakeFolder(options.folder);
     const imagefile::SOutputRules rules{options.overwrite, options.input.file};
@@ -132,11 +144,12 @@ void Gallery(const SGalleryOptions& options) {
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const std::string name = entries[i].Name();
         progress.BeginPart(name, done + 0.7 * share);
-        const CRowIteratorBands result = RunJob(jobs[i], progress);
+        const CRowIteratorBands result = RunRecipe(recipes[i], input.pixels, {}, progress);
         progress.BeginPart("writing", done += share);
         WritePicture(file(name), result, input.metadata, rules, progress);
         const std::string& title = entries[i].title;
-        sheet.Add(title.empty() ? jobs[i].Describe().display_name : title, result);
+        sheet.Add(title.empty() ? recipes[i].Steps()[0].job.Describe().display_name : title,
+                  result);
     }
     progress.BeginPart("contact sheet", 1.0);
     WritePicture(sheet_file, sheet.Make(), nullptr, rules, progress);
@@ -165,11 +178,16 @@ void AddGalleryCommand(CLI::App& program) {
         ->needs(effect);
     auto* all = command->add_flag("--presets", options->all_presets,
                                   "Show all presets of the effect, or of every effect");
+    auto* recipe = command->add_option("--recipe", options->recipes,
+                                       "Show what a recipe makes, instead of every effect; may be "
+                                       "repeated");
+    recipe->type_name("FILE")->allow_extra_args(false);
     command
         ->add_flag("--library", options->library,
                    "Show every pattern, through Sculpture, and every texture, through Texture")
         ->excludes(effect)
-        ->excludes(all);
+        ->excludes(all)
+        ->excludes(recipe);
     command
         ->add_option("--sheet", options->sheet,
                      "File of the contact sheet; default: contact-sheet.png in DIR")

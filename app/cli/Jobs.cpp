@@ -130,6 +130,35 @@ CEffectJob MakeCheckedJob(const CJobLibrary& library, const std::string& effect,
     return job;
 }
 
+CRecipe MakeCheckedRecipe(const CJobLibrary& library, const SWorkOptions& options) {
+    if (options.recipe.empty()) {
+        if (options.effect.empty())
+            throw CCliError(EExit::Usage, "EFFECT is required", "see \"cmdtexture --help\"");
+        return CRecipe(MakeCheckedJob(library, options.effect, options.parameters));
+    }
+    if (!options.effect.empty()) {
+        throw CCliError(EExit::Usage,
+                        fmt::format("--recipe: the effect {} is given, too", options.effect),
+                        "a recipe names its effects");
+    }
+    return WithCliErrors({}, [&] { return CRecipe::Read(library, options.recipe); });
+}
+
+void FitRecipe(CRecipe& recipe, CSize canvas, CSize picture) {
+    const auto& steps = recipe.Steps();
+    WithCliErrors(steps.size() == 1 ? steps[0].job.Name() : "", [&] {
+        recipe.SetCanvas(canvas);
+        recipe.CheckMasks(picture);
+    });
+}
+
+CRowIteratorBands RunRecipe(CRecipe& recipe, CRowIteratorBands pixels,
+                            const CRowIterator& selection, IProgressSink& progress) {
+    const SJobResult result = recipe.Run(std::move(pixels), selection, &progress);
+    if (result.error) Throw(*result.error, {});
+    return result.image;
+}
+
 void SetCanvas(CEffectJob& job, const std::string& effect, CSize canvas) {
     WithCliErrors(effect, [&] { job.SetCanvas(canvas); });
 }
@@ -174,10 +203,15 @@ void RemoveResource(const std::filesystem::path& file) {
     WithCliErrors({}, [&] { user_resources::Remove(file); });
 }
 
+std::string PrecisionWarning(const CEffectJob& job, CNPixelFormat format) {
+    if (!format.Is16bit() || job.Describe().works_at_16_bits) return {};
+    return fmt::format(
+        "{} works with 8-bit precision; what it changes of a 16-bit image has no "
+        "finer steps",
+        job.Name());
+}
+
 void WarnOfPrecision(const CEffectJob& job, CNPixelFormat format) {
-    if (!format.Is16bit() || job.Describe().works_at_16_bits) return;
-    messages::Warn(
-        fmt::format("{} works with 8-bit precision; what it changes of a 16-bit image has no finer "
-                    "steps",
-                    job.Name()));
+    const std::string warning = PrecisionWarning(job, format);
+    if (!warning.empty()) messages::Warn(warning);
 }

@@ -24,6 +24,17 @@ void AddParameterOptions(CLI::App& command, SParameterOptions& options) {
         ->type_name("FILE");
 }
 
+void AddWorkOptions(CLI::App& command, SWorkOptions& options) {
+    command.add_option("EFFECT", options.effect, "Name of the effect; none with --recipe");
+    AddParameterOptions(command, options.parameters);
+    command
+        .add_option("--recipe", options.recipe,
+                    "Take the steps of a recipe, a JSON file, instead of one effect")
+        ->type_name("FILE")
+        ->excludes("--parameter")
+        ->excludes("--preset");
+}
+
 void AddLibraryOption(CLI::App& command, std::vector<std::string>& folders) {
     command
         .add_option("--resources", folders,

@@ -11,7 +11,7 @@
 #include "app/cli/Messages.h"
 #include "app/imagefile/InputStream.h"
 #include "host/graphics/CStatusControl.h"
-#include "host/graphics/PixelMath.h"
+#include "job/Selection.h"
 
 namespace {
 
@@ -45,13 +45,6 @@ auto WithCliErrors(Operation&& operation) {
 
 void Warn(const std::vector<std::string>& warnings) {
     for (const std::string& warning : warnings) messages::Warn(warning);
-}
-
-// The brightness of a pixel's colour channels, 0 to 255.
-template <class Sample>
-int Brightness(const Sample* pixel, int colour_channels) {
-    const auto byte = [&](int c) { return pixel::ToByte<Sample>(pixel[c]); };
-    return colour_channels == 1 ? byte(0) : CColorRef::FromRgb(byte(2), byte(1), byte(0)).Grey();
 }
 
 // The memory that a picture's pixels may take, so that the most that any effect was seen to take
@@ -126,33 +119,27 @@ imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& p
     });
 }
 
+SInputOptions MaskInput(const std::string& file, const SInputOptions& options) {
+    SInputOptions mask = options;
+    mask.file = file;
+    mask.page = 0;  // it is the picture's
+    mask.gathered.reset();
+    return mask;
+}
+
+void CheckMaskSize(const std::string& file, CSize mask, CSize picture) {
+    if (mask == picture) return;
+    throw CCliError(EExit::Usage,
+                    fmt::format("{}: the mask is {} x {}, the image {} x {}", file, mask.cx,
+                                mask.cy, picture.cx, picture.cy),
+                    "a mask has the size of the image");
+}
+
 CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& options,
                       IProgressSink& progress) {
-    SInputOptions mask_options = options;
-    mask_options.file = file;
-    mask_options.page = 0;  // it is the picture's
-    mask_options.gathered.reset();
-    CRowIteratorBands read = ReadPicture(mask_options, progress).pixels;
-    if (read.GetWidth() != size.cx || read.GetHeight() != size.cy) {
-        throw CCliError(EExit::Usage,
-                        fmt::format("{}: the mask is {} x {}, the image {} x {}", file,
-                                    read.GetWidth(), read.GetHeight(), size.cx, size.cy),
-                        "a mask has the size of the image");
-    }
-    if (read.GetPixelFormat() == ENPixelFormat::Grey8) return read;
-    CRowIterator mask;
-    mask.Create(size.cx, size.cy, ENPixelFormat::Grey8).ThrowIfFailed();
-    VisitPixelFormat(read.GetPixelFormat(), 0, [&](auto traits) {
-        using Sample = typename decltype(traits)::Sample;
-        for (int y = 0; y < size.cy; ++y) {
-            for (int x = 0; x < size.cx; ++x) {
-                mask.Row<std::uint8_t>(y)[x] = static_cast<std::uint8_t>(
-                    Brightness(read.Row<Sample>(y) + x * traits.kChannels, traits.kColourChannels));
-            }
-        }
-        return 0;
-    });
-    return mask;
+    const CRowIteratorBands read = ReadPicture(MaskInput(file, options), progress).pixels;
+    CheckMaskSize(file, {read.GetWidth(), read.GetHeight()}, size);
+    return ToSelection(read);
 }
 
 void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& rules, CSize size,
@@ -162,7 +149,7 @@ void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& 
 
 void WritePicture(const std::string& file, const CRowIteratorBands& pixels,
                   const imagefile::CMetadata& metadata, const imagefile::SOutputRules& rules,
-                  CProgress& progress, const imagefile::SWriteOptions& coding) {
+                  IProgressSink& progress, const imagefile::SWriteOptions& coding) {
     WithCliErrors([&] {
         CStatusControl status(&progress);
         Warn(imagefile::WriteImage(file, pixels, metadata, rules, &status, coding));

@@ -39,6 +39,9 @@ imagefile::SOutputRules OutputRules(const std::string& file, bool overwrite,
 
 imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options);
 imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress);
+// How a mask is read for a picture that is read with these options.
+SInputOptions MaskInput(const std::string& file, const SInputOptions& options);
+void CheckMaskSize(const std::string& file, CSize mask, CSize picture);
 // Reads a selection mask for a picture of the given size: its brightness, white is full effect.
 CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& options,
                       IProgressSink& progress);
@@ -47,7 +50,7 @@ void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& 
                         const imagefile::SWriteOptions& coding = {});
 void WritePicture(const std::string& file, const CRowIteratorBands& pixels,
                   const imagefile::CMetadata& metadata, const imagefile::SOutputRules& rules,
-                  CProgress& progress, const imagefile::SWriteOptions& coding = {});
+                  IProgressSink& progress, const imagefile::SWriteOptions& coding = {});
 
 // "grey", "grey-alpha", "colour" or "colour-alpha".
 std::string LayoutName(CNPixelFormat format);

@@ -22,6 +22,7 @@ namespace {
 struct Freed {
     void operator()(cmdtexture_library* p) const { cmdtexture_close(p); }
     void operator()(cmdtexture_effect* p) const { cmdtexture_effect_free(p); }
+    void operator()(cmdtexture_recipe* p) const { cmdtexture_recipe_free(p); }
     void operator()(cmdtexture_error* p) const { cmdtexture_error_free(p); }
     void operator()(char* p) const { cmdtexture_free(p); }
     void operator()(char** p) const { cmdtexture_free_names(p); }
@@ -226,6 +227,46 @@ TEST_F(Capi, GivesTheBytesOfTheProgram) {
             }
         }
     }
+}
+
+TEST_F(Capi, RecipesGiveTheBytesOfTheProgram) {
+    const auto library = Open();
+    const CRowIteratorBands photo = pictures::Noise(ENPixelFormat::ColourAlpha16, 40, 26, 7);
+    const std::string text =
+        R"([{"effect": "Weave", "mask": "mask.png"}, {"effect": "Fur", "blend": "overlay"}])";
+    program_.WriteText("recipe.json", text);
+    program_.WriteImage("mask.png", pictures::Noise(ENPixelFormat::Grey8, 40, 26, 8));
+    const auto result = program_.Run({"apply", "--recipe", program_.Path("recipe.json"),
+                                      program_.WriteImage("in.png", photo), "-o",
+                                      program_.Path("out.png"), "--canvas", "90x80"});
+    ASSERT_EQ(result.status, 0) << result.err;
+
+    cmdtexture_recipe *parsed = nullptr, *read = nullptr, *none = nullptr;
+    ASSERT_EQ(cmdtexture_recipe_new(library.get(), text.c_str(), program_.Path("").c_str(), &parsed,
+                                    nullptr),
+              CMDTEXTURE_OK);
+    ASSERT_EQ(
+        cmdtexture_recipe_read(library.get(), program_.Path("recipe.json").c_str(), &read, nullptr),
+        CMDTEXTURE_OK);
+    for (cmdtexture_recipe* made : {parsed, read}) {
+        const Owned<cmdtexture_recipe> recipe(made);
+        Memory memory(photo, CMDTEXTURE_RGBA, 0, false);
+        ASSERT_EQ(cmdtexture_recipe_set_canvas(made, 90, 80, nullptr), CMDTEXTURE_OK);
+        ASSERT_EQ(cmdtexture_recipe_apply(made, &memory.image, &memory.image, nullptr, nullptr),
+                  CMDTEXTURE_OK);
+        EXPECT_EQ(pictures::Difference(memory.Picture(photo.GetPixelFormat()),
+                                       program_.ReadImage("out.png")),
+                  "");
+        const Owned<char> steps(cmdtexture_recipe_get_json(made, nullptr));
+        EXPECT_EQ(nlohmann::json::parse(steps.get())[1]["blend"], "overlay");
+    }
+    const Refusal refusal = Refused([&](auto error) {
+        return cmdtexture_recipe_new(library.get(), R"([{"effect": "Fir"}])", nullptr, &none,
+                                     error);
+    });
+    EXPECT_EQ(refusal.status, CMDTEXTURE_USAGE);
+    EXPECT_THAT(refusal.message, HasSubstr("step 1"));
+    EXPECT_EQ(none, nullptr);
 }
 
 TEST_F(Capi, ListsWhatTheProgramLists) {

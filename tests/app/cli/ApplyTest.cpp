@@ -57,6 +57,40 @@ TEST_F(Apply, PixelsOnTheDiskAreTheSame) {
     }
 }
 
+// What a recipe does is what its steps do, and a dry run tells of it and does nothing.
+TEST_F(Apply, TakesRecipes) {
+    program_.WriteImage("in.png", Noise(ENPixelFormat::Colour16, 61, 40, 5));
+    program_.WriteImage("mask.png", Noise(ENPixelFormat::Grey8, 61, 40, 6));
+    program_.WriteImage("small.png", Noise(ENPixelFormat::Grey8, 60, 40, 6));
+    program_.WriteText("recipe.json", R"([{"effect": "Tiles", "parameters": {"TileSize": 9}},
+                                          {"effect": "Fur", "mask": "mask.png"}])");
+    Run("Tiles", {"-p", "TileSize=9"}, "in.png", "tiles.png");
+    Run("Fur", {"--mask", program_.Path("mask.png")}, "tiles.png", "fur.png");
+    const auto files = program_.Files();
+    const std::vector<std::string> apply = {"apply",
+                                            "--recipe",
+                                            program_.Path("recipe.json"),
+                                            program_.Path("in.png"),
+                                            "-o",
+                                            program_.Path("out.png"),
+                                            "--json"};
+    auto dry = apply;
+    dry.emplace_back("--dry-run");
+    EXPECT_EQ(program_.Run(dry).status, 0);
+    EXPECT_EQ(program_.Files(), files);
+    const auto result = program_.Run(apply);
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(program_.Read("out.png"), program_.Read("fur.png"));
+    EXPECT_NE(result.out.find("\"steps\""), std::string::npos) << result.out;
+
+    // What a dry run finds is what the run would find.
+    program_.WriteText("recipe.json", R"([{"effect": "Fur", "mask": "small.png"}])");
+    dry[5] = program_.Path("other.png");
+    EXPECT_EQ(program_.Run(dry).status, 2);
+    dry[3] = program_.Path("nix.png");
+    EXPECT_EQ(program_.Run(dry).status, 3);
+}
+
 // A cut-out placed on the canvas comes out as that part of the whole.
 TEST_F(Apply, PatternsAreAnchoredToTheCanvas) {
     const auto whole = Noise(ENPixelFormat::Colour8, 60, 50, 3);
