@@ -17,36 +17,33 @@ class CStoppableProgress final : public IProgressSink {
 
 }  // namespace
 
-CPictureLoader::CPictureLoader(const SDocumentOptions& options, CEffectJob& job,
-                               IProgressSink& progress)
-    : job_(job), pictures_(std::async(std::launch::async, [this, options, &progress] {
+CPictureLoader::CPictureLoader(const SDocumentOptions& options, IProgressSink& progress)
+    : reading_(std::async(std::launch::async, [this, options, &progress] {
           CStoppableProgress stoppable(progress, stops_);
           return ReadPictures(options, stoppable);
       })) {}
 
 CPictureLoader::~CPictureLoader() {
     stops_ = true;
-    if (pictures_.valid()) pictures_.wait();
+    if (reading_.valid()) reading_.wait();
 }
 
 bool CPictureLoader::Look() {
-    const bool ready = pictures_.valid() &&
-                       pictures_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    const bool ready =
+        reading_.valid() && reading_.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     if (ready) Take();
-    return !pictures_.valid();
+    return !reading_.valid();
 }
 
-imagefile::CMetadata CPictureLoader::Wait() {
-    if (pictures_.valid()) Take();
+const SPictures& CPictureLoader::Wait() {
+    if (reading_.valid()) Take();
     if (error_) std::rethrow_exception(error_);
-    return metadata_;
+    return pictures_;
 }
 
 void CPictureLoader::Take() {
     try {
-        SPictures pictures = pictures_.get();
-        metadata_ = pictures.input.metadata;
-        GivePictures(job_, pictures);
+        pictures_ = reading_.get();
     } catch (...) {
         error_ = std::current_exception();
     }

@@ -6,28 +6,27 @@
 
 #include "app/cli/Document.h"
 
-// Reads a job's picture and selection on a thread of its own, so that a window can be up before
-// they are there. The job gets them on the thread that asks.
+// Reads a picture and the selection for it on a thread of its own, so that a window can be up
+// before they are there.
 class CPictureLoader {
   public:
     // Begins at once. The progress is reported on the loader's thread until it is done.
-    CPictureLoader(const SDocumentOptions& options, CEffectJob& job, IProgressSink& progress);
+    CPictureLoader(const SDocumentOptions& options, IProgressSink& progress);
     // Stops what is not done; the thread has ended when this returns.
     ~CPictureLoader();
     CPictureLoader(const CPictureLoader&) = delete;
     CPictureLoader& operator=(const CPictureLoader&) = delete;
 
-    // Whether the job has the picture now, or will get none.
+    // Whether there is nothing more to wait for.
     bool Look();
-    // Waits for the picture and answers its metadata; throws what the reading threw.
-    imagefile::CMetadata Wait();
+    // Waits for the pictures; throws what the reading threw.
+    const SPictures& Wait();
 
   private:
     void Take();
 
-    CEffectJob& job_;
     std::atomic<bool> stops_ = false;
-    std::future<SPictures> pictures_;  // until they are taken
-    imagefile::CMetadata metadata_;
+    std::future<SPictures> reading_;  // until it is over
+    SPictures pictures_;
     std::exception_ptr error_;
 };

@@ -32,8 +32,10 @@ void CProgress::BeginPart(const std::string& name, double until) {
 }
 
 bool CProgress::OnProgress(double fraction) {
-    if (style_ != EStyle::None) Draw(from_ + (until_ - from_) * std::clamp(fraction, 0.0, 1.0));
-    return interruption::Requested();
+    const double done = from_ + (until_ - from_) * std::clamp(fraction, 0.0, 1.0);
+    if (style_ != EStyle::None) Draw(done);
+    const bool stop = shared_ && shared_->OnProgress(done);
+    return stop || interruption::Requested();
 }
 
 void CProgress::Draw(double done) {

@@ -13,7 +13,9 @@ class CProgress : public IProgressSink {
     // The style for the program's options.
     static EStyle StyleFor(bool quiet, bool asked_for);
 
-    explicit CProgress(EStyle style) : style_(style) {}
+    // `shared` hears of the whole's progress as well, and may stop it, too; null for none.
+    explicit CProgress(EStyle style, IProgressSink* shared = nullptr)
+        : style_(style), shared_(shared) {}
     ~CProgress();
     CProgress(const CProgress&) = delete;
     CProgress& operator=(const CProgress&) = delete;
@@ -26,6 +28,7 @@ class CProgress : public IProgressSink {
     void Draw(double done);
 
     EStyle style_;
+    IProgressSink* shared_;
     std::string part_;
     double from_ = 0;
     double until_ = 0;

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QInputDialog>
 #include <QKeyEvent>
@@ -18,6 +19,7 @@
 #include <QVBoxLayout>
 #include <QWidgetAction>
 
+#include "app/desktop/CBusyPanel.h"
 #include "app/desktop/CControlPanel.h"
 #include "app/desktop/CPresetList.h"
 #include "app/desktop/CPreviewPane.h"
@@ -43,7 +45,11 @@ QString FileNameOf(const std::string& path) {
 }  // namespace
 
 CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options)
-    : model_(model), options_(options), result_(IDCANCEL) {
+    : model_(model),
+      options_(options),
+      output_(QString::fromStdString(options.output)),
+      replaces_(options.overwrite),
+      result_(IDCANCEL) {
     const SPreviewSnapshot snapshot = model.Snapshot();
     engine_ = std::make_unique<CPreviewEngine>([this] {
         QMetaObject::invokeMethod(
@@ -59,6 +65,7 @@ CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options
     grid->addWidget(MakeButtons(), 1, 0, 1, 2);
     grid->setColumnStretch(0, 1);
     grid->setRowStretch(0, 1);
+    busy_ = new CBusyPanel(this);
     if (const QScreen* on = screen()) {
         resize(sizeHint().boundedTo(on->availableSize() * kScreenShare));
     }
@@ -103,6 +110,7 @@ QWidget* CDialogWindow::MakeViewBar() {
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
+    acting_.push_back(bar);
     AddButton(*bar, "fit", Text(EText::Fit), {}, QKeySequence("Ctrl+0"), [this] { pane_->Fit(); });
     AddButton(*bar, "one-to-one", Text(EText::OneToOne), {}, QKeySequence("Ctrl+1"),
               [this] { pane_->ScaleTo(1); });
@@ -168,6 +176,7 @@ QWidget* CDialogWindow::MakeControls() {
     auto* side = new QWidget;
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
+    acting_.push_back(side);
     controls_ = new CControlPanel(model_, side);
     controls_->add_picture = options_.add_picture;
     controls_->on_pick = [this](int swatch) { SetPicking(swatch); };
@@ -217,6 +226,7 @@ QWidget* CDialogWindow::MakeButtons() {
     auto* bar = new QWidget;
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 4, 0, 0);
+    acting_.push_back(bar);
     presets_ = AddButton(*bar, "presets", Text(EText::Presets), {}, {}, [] {});
     presets_->setMenu(new QMenu(this));
     connect(presets_->menu(), &QMenu::aboutToShow, this, [this] { FillPresetMenu(); });
@@ -227,8 +237,8 @@ QWidget* CDialogWindow::MakeButtons() {
                       [this] { model_.Undo(); });
     redo_ = AddButton(*bar, "redo", Text(EText::Redo), Text(EText::RedoTip),
                       QKeySequence("Ctrl+Shift+Z"), [this] { model_.Redo(); });
-    connect(new QShortcut(QKeySequence("Ctrl+Y"), this), &QShortcut::activated, this,
-            [this] { model_.Redo(); });
+    connect(new QShortcut(QKeySequence("Ctrl+Y"), this), &QShortcut::activated, redo_,
+            &QPushButton::click);
     history_ = AddButton(*bar, "history", Text(EText::History), Text(EText::HistoryTip),
                          QKeySequence("Ctrl+H"), [] {});
     history_->setMenu(new QMenu(this));
@@ -243,6 +253,14 @@ QWidget* CDialogWindow::MakeButtons() {
     ShowAsIcon(*copy, CommandLineIcon(palette()));
     layout->addStretch(1);
     layout->addSpacing(24);
+    if (options_.results) {
+        QPushButton* save =
+            AddButton(*bar, "save-as", Text(EText::SaveResultAs), Text(EText::SaveResultAsTip),
+                      QKeySequence("Ctrl+Shift+S"), [this] {
+                          if (!controls_->GoToWrongField()) WriteResult(true);
+                      });
+        ShowAsIcon(*save, SaveIcon(palette()));
+    }
     QPushButton* ok = AddButton(*bar, "ok", Text(EText::Ok), {}, {}, [this] { accept(); });
     ok->setDefault(true);
     AddButton(*bar, "cancel", Text(EText::Cancel), {}, {}, [this] {
@@ -340,6 +358,7 @@ void CDialogWindow::ShowMessage(const CString& text) {
 }
 
 void CDialogWindow::reject() {
+    if (busy_->IsRunning()) return busy_->Stop();
     if (pane_->IsPicking()) return controls_->EndPicking();
     if (!engine_->IsBusy()) {
         if (MayDiscard()) model_.Cancel();
@@ -350,11 +369,83 @@ void CDialogWindow::reject() {
 }
 
 void CDialogWindow::accept() {
-    if (!controls_->GoToWrongField()) model_.Ok();
+    if (busy_->IsRunning()) return busy_->Stop();
+    if (controls_->GoToWrongField()) return;
+    if (!options_.results || WriteResult(false)) model_.Ok();
+}
+
+QString CDialogWindow::AskOutputFile() {
+    const QString known =
+        output_.isEmpty() ? QString::fromStdString(options_.results->Suggestion()) : output_;
+    return QFileDialog::getSaveFileName(
+        this, Text(EText::SaveResult), known,
+        Text(EText::Pictures) + " (*.png *.jpg *.jpeg *.tif *.tiff *.webp)");
+}
+
+// An OK that was pressed while the picture is still read waits for it.
+bool CDialogWindow::WaitForPicture() {
+    return busy_->Wait(Text(EText::Loading), [this] {
+        CheckLoading();
+        return !loading_ || ended_;
+    }) && !ended_;
+}
+
+void CDialogWindow::SetBusy(bool busy) {
+    for (QWidget* part : acting_) part->setEnabled(!busy);
+    if (busy) return engine_->Cancel();
+    if (!loading_ && !ended_) PreviewChanged();  // one may have been stopped
+}
+
+bool CDialogWindow::WriteResult(bool ask) {
+    QWidget* focus = focusWidget();
+    SetBusy(true);
+    model_.Store();
+    bool written = false;
+    for (bool goes_on = WaitForPicture(); goes_on && !written && !ended_;) {
+        if (ask || output_.isEmpty()) {
+            const QString file = AskOutputFile();
+            if (file.isEmpty()) break;
+            output_ = file;
+            replaces_ = true;  // the question covered a file that exists
+        }
+        const std::string file = output_.toStdString();
+        std::string error = options_.results->Check(file, replaces_);
+        if (error.empty()) {
+            const SOutcome outcome =
+                busy_->Run(Text(EText::Making) + " " + output_, [&](IProgressSink& progress) {
+                    return options_.results->Make(file, replaces_, progress);
+                });
+            written = outcome.written;
+            error = outcome.error;
+            if (!written && error.empty()) {
+                ShowStatus(Text(EText::NotMade));
+                break;
+            }
+        }
+        if (!written) goes_on = AskHowToGoOn(QString::fromStdString(error), ask);
+    }
+    if (written) busy_->Say(Text(EText::Written).arg(output_));
+    SetBusy(false);
+    if (written) ShowStatus(Text(EText::Written).arg(output_));
+    if (focus) focus->setFocus();
+    return written;
+}
+
+// Whether to try once more, `ask` being for another file.
+bool CDialogWindow::AskHowToGoOn(const QString& error, bool& ask) {
+    QMessageBox box(QMessageBox::Warning, windowTitle(), error, QMessageBox::NoButton, this);
+    box.setInformativeText(Text(EText::NotWritten));
+    const auto* other = box.addButton(Text(EText::OtherName), QMessageBox::AcceptRole);
+    const auto* again = box.addButton(Text(EText::TryAgain), QMessageBox::AcceptRole);
+    box.setEscapeButton(box.addButton(Text(EText::BackToWindow), QMessageBox::RejectRole));
+    box.exec();
+    ask = box.clickedButton() == other;
+    return ask || box.clickedButton() == again;
 }
 
 void CDialogWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
+    if (busy_->IsRunning()) return busy_->Stop();
     if (event->spontaneous() && !MayDiscard()) return;
     engine_->Cancel();
     model_.Cancel();

@@ -9,6 +9,7 @@
 #include "app/desktop/IDesktop.h"
 #include "hostlib/windowing/IToolkit.h"
 
+class CBusyPanel;
 class CControlPanel;
 class CPreviewPane;
 class QLabel;
@@ -65,6 +66,14 @@ class CDialogWindow final : public QDialog, public IDialogView {
     bool Ask(const QString& question);
     void Report(const CErrorAutoThrow& error);
 
+    // OK and Save as: makes the result and writes it. True when it is in its file; otherwise the
+    // user knows why not, and the window is as it was.
+    bool WriteResult(bool ask);
+    bool WaitForPicture();
+    QString AskOutputFile();
+    bool AskHowToGoOn(const QString& error, bool& ask);
+    void SetBusy(bool busy);
+
     void ShowFacts(const CRowIteratorBands& picture);
     void CheckLoading();
     void ShowScale();
@@ -78,10 +87,14 @@ class CDialogWindow final : public QDialog, public IDialogView {
     IDialogModel& model_;
     const SDesktopOptions& options_;
     CPreviewPane* pane_ = nullptr;
+    CBusyPanel* busy_ = nullptr;
+    std::vector<QWidget*> acting_;  // what a user changes something with
     CControlPanel* controls_ = nullptr;
     QLabel *scale_ = nullptr, *status_ = nullptr, *facts_ = nullptr, *description_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QPushButton *presets_ = nullptr, *undo_ = nullptr, *redo_ = nullptr, *history_ = nullptr;
+    QString output_;            // the file of the result; empty: to be asked for
+    bool replaces_ = false;     // whether the user wants it replaced if it exists
     QString said_, pick_hint_;  // what the status line says, and says instead while picking
     QTimer tick_, idle_;
     QEventLoop loop_;

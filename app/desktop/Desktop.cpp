@@ -65,13 +65,6 @@ class CDesktop final : public IDesktop {
 
     IToolkit& Toolkit() override { return toolkit_; }
 
-    std::string AskOutputFile(const std::string& suggestion) override {
-        const QString kinds = Text(EText::Pictures) + " (*.png *.jpg *.jpeg *.tif *.tiff *.webp)";
-        return QFileDialog::getSaveFileName(nullptr, Text(EText::SaveResult),
-                                            QString::fromStdString(suggestion), kinds)
-            .toStdString();
-    }
-
     void ShowError(const std::string& text) override {
         QMessageBox::warning(nullptr, {}, QString::fromStdString(text));
     }

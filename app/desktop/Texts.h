@@ -63,6 +63,15 @@ enum class EText {
     AsOpened = 60080,
     PresetStep,
     DiscardChanges,
+    Making = 60090,
+    Written,
+    NotWritten,
+    OtherName,
+    TryAgain,
+    BackToWindow,
+    NotMade,
+    SaveResultAs,
+    SaveResultAsTip,
 };
 QString Text(EText id);
 

@@ -211,6 +211,14 @@ QIcon HistoryIcon(const QPalette& palette) {
     });
 }
 
+QIcon SaveIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawLine(QPointF(8, 1.5), QPointF(8, 9.5));
+        painter.drawPolyline(QPolygonF({{4.5, 6.5}, {8, 10}, {11.5, 6.5}}));
+        painter.drawPolyline(QPolygonF({{1.5, 10}, {1.5, 14}, {14.5, 14}, {14.5, 10}}));
+    });
+}
+
 QIcon CommandLineIcon(const QPalette& palette) {
     return DrawnIcon(palette, [](QPainter& painter) {
         painter.drawRoundedRect(QRectF(1, 2, 14, 12), 2, 2);

@@ -60,4 +60,5 @@ QIcon PipetteIcon(const QPalette& palette);
 QIcon UndoIcon(const QPalette& palette);
 QIcon RedoIcon(const QPalette& palette);
 QIcon HistoryIcon(const QPalette& palette);
+QIcon SaveIcon(const QPalette& palette);
 QIcon CommandLineIcon(const QPalette& palette);

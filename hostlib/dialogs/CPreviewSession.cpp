@@ -246,6 +246,13 @@ void CPreviewSession::Ok() {
     Guarded([&] { dialog_.OnOK(); });
 }
 
+void CPreviewSession::Store() {
+    Guarded([&] {
+        dialog_.UpdateData(true);
+        dialog_.StoreParameters();
+    });
+}
+
 void CPreviewSession::Cancel() {
     Guarded([&] { dialog_.OnCancel(); });
 }

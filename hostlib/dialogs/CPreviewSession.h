@@ -34,6 +34,7 @@ class CPreviewSession final : public IDialogModel {
 
     void Activate(bool active, bool to_own_window) override;
     void Ok() override;
+    void Store() override;
     void Cancel() override;
 
     SPreviewSnapshot Snapshot() const override;

@@ -102,6 +102,8 @@ struct IDialogModel {
     // The window. `to_own_window`: the one that gets, or had, the focus is the dialog's own.
     virtual void Activate(bool active, bool to_own_window) = 0;
     virtual void Ok() = 0;
+    // What the controls show goes into the parameters, as Ok would have it; the dialog stays open.
+    virtual void Store() = 0;
     virtual void Cancel() = 0;
 
     // The preview. A new snapshot is due after each IDialogView::PreviewChanged.
