@@ -23,13 +23,16 @@ build_programs() {
     cmake --build --preset "$1" --target programs >&2
 }
 
-# build_all PRESET [TARGET]: everything, or a target, in a build tree that ./run may have made.
+# build_all PRESET [TARGET [OPTION...]]: everything, or a target, in a build tree that ./run may have
+# made; configured anew when options for CMake are given.
 build_all() {
     local cache=build/$1/CMakeCache.txt
     if [ ! -f "build/$1/build.ninja" ]; then
-        cmake --preset "$1" >&2
+        cmake --preset "$1" "${@:3}" >&2
     elif grep -q '^CMDTEXTURE_TESTS:BOOL=OFF' "$cache"; then
-        cmake --preset "$1" -DCMDTEXTURE_TESTS=ON -DCMDTEXTURE_BENCH=ON >&2
+        cmake --preset "$1" -DCMDTEXTURE_TESTS=ON -DCMDTEXTURE_BENCH=ON "${@:3}" >&2
+    elif [ $# -gt 2 ]; then
+        cmake --preset "$1" "${@:3}" >&2
     fi
     cmake --build --preset "$1" --target "${2:-all}" >&2
 }
