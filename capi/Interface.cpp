@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
@@ -37,11 +39,21 @@ class CCallback final : public IProgressSink {
     const cmdtexture_run& run_;
 };
 
+// As the program's: the sides of a document, and how far away from it a picture may lie.
+constexpr int kLargestCanvas = 65535;
+constexpr int kFarthest = 1000000;
+
 cmdtexture_run RunOf(const cmdtexture_run* given) {
     if (!given) return {};
     if (given->size < sizeof(cmdtexture_run)) {
         throw CJobError(EJobFault::Refused, "the run has an unknown size",
                         "size is sizeof(cmdtexture_run)");
+    }
+    if (std::abs(std::int64_t{given->x}) > kFarthest ||
+        std::abs(std::int64_t{given->y}) > kFarthest) {
+        throw CJobError(EJobFault::Refused,
+                        fmt::format("the picture lies at {}, {}", given->x, given->y),
+                        fmt::format("places are {} to {}", -kFarthest, kFarthest));
     }
     return *given;
 }
@@ -70,6 +82,11 @@ CRowIteratorBands PictureOf(const cmdtexture_run& run, const cmdtexture_image& s
 CSize CanvasOf(int32_t width, int32_t height) {
     if (width < 0 || height < 0 || (width == 0) != (height == 0)) {
         throw CJobError(EJobFault::Refused, "a canvas has positive sides, or is 0 by 0");
+    }
+    if (width > kLargestCanvas || height > kLargestCanvas) {
+        throw CJobError(EJobFault::Refused,
+                        fmt::format("the canvas has {} x {} pixels", width, height),
+                        fmt::format("its sides are at most {}", kLargestCanvas));
     }
     return {width, height};
 }

@@ -183,7 +183,7 @@ CMDTEXTURE_API char* cmdtexture_effect_get(const cmdtexture_effect* effect, cons
 CMDTEXTURE_API char* cmdtexture_effect_get_json(const cmdtexture_effect* effect,
                                                 cmdtexture_error** error);
 /* The size in pixels of the document that pictures are a part of; 0 by 0 (the default) makes each
- * picture its own canvas. Ranges of some parameters follow it. */
+ * picture its own canvas. Sides are at most 65535. Ranges of some parameters follow it. */
 CMDTEXTURE_API cmdtexture_status cmdtexture_effect_set_canvas(cmdtexture_effect* effect,
                                                               int32_t width, int32_t height,
                                                               cmdtexture_error** error);
@@ -217,7 +217,7 @@ typedef int (*cmdtexture_progress)(double fraction, void* user);
 /* How an effect is run. Zero is the default of every member but `size`. */
 typedef struct cmdtexture_run {
     size_t size;                /* sizeof(cmdtexture_run) */
-    int32_t x, y;               /* where the picture lies on the canvas */
+    int32_t x, y;               /* where the picture lies on the canvas, at most 1000000 away */
     const uint8_t* selection;   /* 8-bit grey of the picture's size: 255 applies the effect in full,
                                    0 leaves the pixel; default: 255 everywhere */
     ptrdiff_t selection_stride; /* bytes */

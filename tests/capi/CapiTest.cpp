@@ -269,6 +269,37 @@ TEST_F(Capi, RecipesGiveTheBytesOfTheProgram) {
     EXPECT_EQ(none, nullptr);
 }
 
+// Rows of every length, of which nothing is selected: from red first to blue first each sample is
+// found where it belongs.
+TEST_F(Capi, ExchangesTheOrderOfTheColours) {
+    const auto library = Open();
+    const auto effect = Make(library.get(), "Sandstone");
+    const std::vector<std::uint8_t> nothing(2 * 70, 0);
+    cmdtexture_run run{};
+    run.size = sizeof run;
+    run.selection = nothing.data();
+    run.selection_stride = 70;
+    for (const ENPixelFormat format : {ENPixelFormat::Colour8, ENPixelFormat::ColourAlpha8,
+                                       ENPixelFormat::Colour16, ENPixelFormat::ColourAlpha16}) {
+        for (int width = 1; width <= 70; ++width) {
+            const CRowIteratorBands photo = pictures::Noise(format, width, 2, 5);
+            const CRowIteratorBands other = pictures::Noise(format, width, 2, 6);
+            const auto layouts = LayoutsOf(format);
+            for (const int from : {0, 1}) {
+                const auto to = static_cast<std::size_t>(1 - from);
+                const Memory source(photo, layouts[static_cast<std::size_t>(from)], 0, false);
+                Memory destination(other, layouts[to], 4, false);
+                ASSERT_EQ(cmdtexture_effect_apply(effect.get(), &source.image, &destination.image,
+                                                  &run, nullptr),
+                          CMDTEXTURE_OK);
+                ASSERT_EQ(pictures::Difference(destination.Picture(format), photo), "")
+                    << pictures::Name(format) << ' ' << width;
+                ASSERT_TRUE(destination.SpareIsUntouched());
+            }
+        }
+    }
+}
+
 TEST_F(Capi, ListsWhatTheProgramLists) {
     const auto library = Open("DE");
     const auto run = [&](std::vector<std::string> arguments) {
@@ -352,6 +383,8 @@ TEST_F(Capi, ValuesAreSetReadAndRefused) {
         {[&](auto e) { return cmdtexture_effect_set_preset(effect.get(), "no-such", e); },
          "no-such", ""},
         {[&](auto e) { return cmdtexture_effect_set_canvas(effect.get(), 5, 0, e); }, "canvas", ""},
+        {[&](auto e) { return cmdtexture_effect_set_canvas(effect.get(), 5, INT32_MAX, e); },
+         "2147483647", "65535"},
         {[&](auto e) { return cmdtexture_effect_set_canvas(blinds.get(), 50, 50, e); }, "2000", ""},
         {[&](auto e) {
              cmdtexture_effect* none = nullptr;
@@ -402,6 +435,7 @@ TEST_F(Capi, AFailedRunLeavesThePicture) {
          "channels"},
         {sandstone.get(), [](auto& image, auto&) { image.pixels = nullptr; }, 2, "no pixels"},
         {sandstone.get(), [](auto&, auto& run) { run.size = 1; }, 2, "size"},
+        {sandstone.get(), [](auto&, auto& run) { run.y = INT32_MIN; }, 2, "-2147483648"},
         {sandstone.get(),
          [](auto&, auto& run) { run.progress = [](double f, void*) { return f > 0.5 ? 1 : 0; }; },
          CMDTEXTURE_CANCELLED, "cancelled"},
