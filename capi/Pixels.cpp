@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <new>
+#include <type_traits>
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -123,9 +124,12 @@ void CheckImage(const cmdtexture_image* image, const char* role) {
     if (!image || image->size < sizeof(cmdtexture_image)) {
         Refuse(fmt::format("the {} is no picture", role), "size is sizeof(cmdtexture_image)");
     }
-    if (image->layout < CMDTEXTURE_GREY || image->layout > CMDTEXTURE_BGRA) {
-        Refuse(
-            fmt::format("the {} has the unknown layout {}", role, static_cast<int>(image->layout)));
+    // A program in C can have put any number there, which is no value of the enumeration here.
+    std::underlying_type_t<cmdtexture_layout> layout = 0;
+    static_assert(sizeof layout == sizeof image->layout);
+    std::memcpy(&layout, &image->layout, sizeof layout);
+    if (layout < CMDTEXTURE_GREY || layout > CMDTEXTURE_BGRA) {
+        Refuse(fmt::format("the {} has the unknown layout {}", role, static_cast<int>(layout)));
     }
     if (image->depth != 8 && image->depth != 16) {
         Refuse(fmt::format("the {} has {} bits a sample", role, image->depth), "8 or 16 can be");

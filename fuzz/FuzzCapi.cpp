@@ -127,7 +127,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (spoilt == 1) destination.image.width = 0;
     if (spoilt == 2) destination.image.depth = 12;
     if (spoilt == 3) destination.image.stride = 1;
-    if (spoilt == 4) destination.image.layout = static_cast<cmdtexture_layout>(numbers.Byte());
+    if (spoilt == 4) std::memset(&destination.image.layout, numbers.Byte(), 1);
 
     const int canvas_kind = numbers.Byte() % 4;
     auto canvas_width = static_cast<std::int32_t>(numbers.Between(INT32_MIN, INT32_MAX));
