@@ -9,6 +9,7 @@ namespace {
 
 struct SFree {
     void operator()(cmdtexture_effect* effect) const { cmdtexture_effect_free(effect); }
+    void operator()(cmdtexture_recipe* recipe) const { cmdtexture_recipe_free(recipe); }
     void operator()(cmdtexture_error* error) const { cmdtexture_error_free(error); }
     void operator()(char* text) const { cmdtexture_free(text); }
     void operator()(char** names) const { cmdtexture_free_names(names); }
@@ -52,25 +53,34 @@ std::vector<std::string> Names(Call&& call) {
     return all;
 }
 
-Owned<cmdtexture_effect> Make(const cmdtexture_library* library, const std::string& name) {
-    cmdtexture_effect* effect = nullptr;
-    Do([&](auto error) { return cmdtexture_effect_new(library, name.c_str(), &effect, error); });
-    return Owned<cmdtexture_effect>(effect);
-}
+// Runs `apply(from, to, how, error)`, which takes the pictures of the run, without the
+// interpreter's lock.
+template <class Apply>
+void RunOn(const SRun& run, Apply&& apply) {
+    if (!run.destination.writeable()) throw py::value_error("the destination is read-only");
+    const CArrayPicture from(run.source);
+    std::optional<CArrayPicture> other;
+    if (!run.destination.is(run.source)) other.emplace(run.destination);
+    const CArrayPicture& to = other ? *other : from;
+    std::optional<CArraySelection> selection;
+    if (run.selection) selection.emplace(*run.selection, from.Image());
+    CProgress progress(run.progress);
 
-// Values in the order in which they build on one another: the canvas, a preset that may follow it,
-// and what the caller wants otherwise.
-void SetValues(cmdtexture_effect* effect, const SRun& run) {
-    if (run.canvas) {
-        const auto [width, height] = *run.canvas;
-        Do([&](auto error) { return cmdtexture_effect_set_canvas(effect, width, height, error); });
+    cmdtexture_run how{};
+    how.size = sizeof how;
+    std::tie(how.x, how.y) = run.at;
+    how.selection = selection ? selection->Pixels() : nullptr;
+    how.selection_stride = selection ? selection->Stride() : 0;
+    how.progress = &CProgress::Told;
+    how.user = &progress;
+    try {
+        const py::gil_scoped_release others_run;
+        apply(from.Image(), to.Image(), how);
+    } catch (const SFailure&) {
+        progress.Rethrow();
+        throw;
     }
-    if (run.preset) {
-        Do([&](auto error) {
-            return cmdtexture_effect_set_preset(effect, run.preset->c_str(), error);
-        });
-    }
-    Do([&](auto error) { return cmdtexture_effect_set_json(effect, run.values.c_str(), error); });
+    to.WriteBack();
 }
 
 }  // namespace
@@ -113,34 +123,38 @@ std::vector<std::string> CLibrary::Resources(cmdtexture_resource kind) const {
         [&](auto error) { return cmdtexture_resource_names(library_.get(), kind, error); });
 }
 
-void CLibrary::Run(const std::string& name, const py::array& source, const py::array& destination,
-                   const SRun& run) const {
-    if (!destination.writeable()) throw py::value_error("the array to write to is read-only");
-    const CArrayPicture from(source);
-    std::optional<CArrayPicture> other;
-    if (!destination.is(source)) other.emplace(destination);
-    const CArrayPicture& to = other ? *other : from;
-    std::optional<CArraySelection> selection;
-    if (run.selection) selection.emplace(*run.selection, from.Image());
-    CProgress progress(run.progress);
+void CLibrary::Run(const std::string& name, const std::optional<std::string>& preset,
+                   const std::string& values, const SRun& run) const {
+    RunOn(run, [&](const auto& from, const auto& to, const auto& how) {
+        cmdtexture_effect* raw = nullptr;
+        Do([&](auto e) { return cmdtexture_effect_new(library_.get(), name.c_str(), &raw, e); });
+        const Owned<cmdtexture_effect> effect(raw);
+        // In the order in which they build on one another.
+        if (run.canvas) {
+            const auto [width, height] = *run.canvas;
+            Do([&](auto e) { return cmdtexture_effect_set_canvas(raw, width, height, e); });
+        }
+        if (preset) {
+            Do([&](auto e) { return cmdtexture_effect_set_preset(raw, preset->c_str(), e); });
+        }
+        Do([&](auto e) { return cmdtexture_effect_set_json(raw, values.c_str(), e); });
+        Do([&](auto e) { return cmdtexture_effect_apply(raw, &from, &to, &how, e); });
+    });
+}
 
-    cmdtexture_run how{};
-    how.size = sizeof how;
-    std::tie(how.x, how.y) = run.at;
-    how.selection = selection ? selection->Pixels() : nullptr;
-    how.selection_stride = selection ? selection->Stride() : 0;
-    how.progress = &CProgress::Told;
-    how.user = &progress;
-    try {
-        const py::gil_scoped_release others_run;
-        const Owned<cmdtexture_effect> effect = Make(library_.get(), name);
-        SetValues(effect.get(), run);
-        Do([&](auto error) {
-            return cmdtexture_effect_apply(effect.get(), &from.Image(), &to.Image(), &how, error);
+void CLibrary::RunRecipe(const std::string& recipe, bool is_file, const SRun& run) const {
+    RunOn(run, [&](const auto& from, const auto& to, const auto& how) {
+        cmdtexture_recipe* raw = nullptr;
+        Do([&](auto e) {
+            return is_file
+                       ? cmdtexture_recipe_read(library_.get(), recipe.c_str(), &raw, e)
+                       : cmdtexture_recipe_new(library_.get(), recipe.c_str(), nullptr, &raw, e);
         });
-    } catch (const SFailure&) {
-        progress.Rethrow();
-        throw;
-    }
-    to.WriteBack();
+        const Owned<cmdtexture_recipe> steps(raw);
+        if (run.canvas) {
+            const auto [width, height] = *run.canvas;
+            Do([&](auto e) { return cmdtexture_recipe_set_canvas(raw, width, height, e); });
+        }
+        Do([&](auto e) { return cmdtexture_recipe_apply(raw, &from, &to, &how, e); });
+    });
 }

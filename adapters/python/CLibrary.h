@@ -16,10 +16,10 @@ struct SFailure {
     std::string message, hint;
 };
 
-// How an effect is run; sides and places are in pixels.
+// Which picture is worked on, and how; sides and places are in pixels. The destination is an array
+// of the source's shape and type, or the source itself.
 struct SRun {
-    std::optional<std::string> preset;             // a name, or a file
-    std::string values;                            // a JSON object of names to values
+    pybind11::array source, destination;
     std::optional<std::pair<int, int>> canvas;     // width and height
     std::pair<int, int> at;                        // the picture's place on the canvas
     std::optional<pybind11::array> selection;      // uint8, of the picture's size
@@ -40,10 +40,12 @@ class CLibrary {
     std::string Describe(const std::string& effect) const;
     std::vector<std::string> Presets(const std::string& effect) const;
     std::vector<std::string> Resources(cmdtexture_resource kind) const;
-    // Runs an effect from one array to another of the same shape and type, or to itself. Other
-    // threads of the interpreter run meanwhile. On failure the destination is untouched.
-    void Run(const std::string& effect, const pybind11::array& source,
-             const pybind11::array& destination, const SRun& run) const;
+    // Runs an effect with a preset, a name or a file, and with a JSON object of values; or a recipe
+    // that is a JSON text or lies in a file. Other threads of the interpreter run meanwhile. On
+    // failure the destination is untouched.
+    void Run(const std::string& effect, const std::optional<std::string>& preset,
+             const std::string& values, const SRun& run) const;
+    void RunRecipe(const std::string& recipe, bool is_file, const SRun& run) const;
 
   private:
     struct SClose {

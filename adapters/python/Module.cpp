@@ -21,11 +21,20 @@ void RaiseFailure(std::exception_ptr thrown) {
     }
 }
 
-void Run(const CLibrary& library, const std::string& effect, const py::array& source,
-         const py::array& destination, const std::string& values,
-         const std::optional<std::string>& preset, const std::optional<std::pair<int, int>>& canvas,
-         std::pair<int, int> at, const std::optional<py::array>& mask, const py::object& progress) {
-    library.Run(effect, source, destination, {preset, values, canvas, at, mask, progress});
+using Pair = std::pair<int, int>;
+
+void Run(const CLibrary& library, const std::string& effect,
+         const std::optional<std::string>& preset, const std::string& values,
+         const py::array& source, const py::array& destination, const std::optional<Pair>& canvas,
+         const Pair& at, const std::optional<py::array>& mask, const py::object& progress) {
+    library.Run(effect, preset, values, {source, destination, canvas, at, mask, progress});
+}
+
+void RunRecipe(const CLibrary& library, const std::string& recipe, bool is_file,
+               const py::array& source, const py::array& destination,
+               const std::optional<Pair>& canvas, const Pair& at,
+               const std::optional<py::array>& mask, const py::object& progress) {
+    library.RunRecipe(recipe, is_file, {source, destination, canvas, at, mask, progress});
 }
 
 }  // namespace
@@ -46,7 +55,10 @@ PYBIND11_MODULE(_native, module) {
              [](const CLibrary& library) { return library.Resources(CMDTEXTURE_PATTERN); })
         .def("textures",
              [](const CLibrary& library) { return library.Resources(CMDTEXTURE_TEXTURE); })
-        .def("run", &Run, py::arg("effect"), py::arg("source"), py::arg("destination"),
-             py::arg("values"), py::arg("preset"), py::arg("canvas"), py::arg("at"),
-             py::arg("mask"), py::arg("progress"));
+        .def("run", &Run, py::arg("effect"), py::arg("preset"), py::arg("values"),
+             py::arg("source"), py::arg("destination"), py::arg("canvas"), py::arg("at"),
+             py::arg("mask"), py::arg("progress"))
+        .def("run_recipe", &RunRecipe, py::arg("recipe"), py::arg("is_file"), py::arg("source"),
+             py::arg("destination"), py::arg("canvas"), py::arg("at"), py::arg("mask"),
+             py::arg("progress"));
 }

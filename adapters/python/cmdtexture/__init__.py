@@ -20,6 +20,7 @@ from ._errors import UnreadableError as UnreadableError
 from ._errors import UsageError as UsageError
 from ._library import Library as Library
 from ._library import apply as apply
+from ._library import apply_recipe as apply_recipe
 from ._library import describe as describe
 from ._library import effects as effects
 from ._library import patterns as patterns

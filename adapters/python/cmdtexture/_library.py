@@ -23,6 +23,7 @@ Picture = TypeVar("Picture", NDArray[numpy.uint8], NDArray[numpy.uint16], "PIL.I
 Colour = Union[str, Tuple[int, int, int]]
 Value = Union[int, str, Colour]
 Preset = Union[str, "os.PathLike[str]"]
+Recipe = Union[str, "os.PathLike[str]", "collections.abc.Iterable[collections.abc.Mapping[str, Any]]"]
 Progress = Callable[[float], object]
 
 
@@ -89,26 +90,64 @@ class Library:
         **values: Value,
     ) -> Picture:
         """Applies an effect to a picture; see `cmdtexture.apply`."""
-        source = pixels_of(image)
-        if out is not None:
-            destination = destination_of(out, source)
-        else:
-            destination = numpy.empty_like(source, order="C", subok=False)
-        self._native.run(
+        what = (
             _name(effect),
-            source,
-            destination,
-            _json_of(values),
             None if preset is None else os.fspath(preset),
-            None if canvas is None else _pair(canvas, "canvas"),
-            _pair(at, "at"),
-            None if mask is None else selection_of(mask, source.shape),
-            progress,
+            json.dumps({_name(name): _plain(name, value) for name, value in values.items()}),
         )
-        result: Any = destination
-        if out is None and is_pil(image):
-            result = like(destination, image)
-        return cast(Picture, result)
+        return _run(self._native.run, what, image, out, mask, canvas, at, progress)
+
+    def apply_recipe(
+        self,
+        image: Picture,
+        recipe: Recipe,
+        *,
+        out: NDArray[Any] | None = None,
+        mask: Any = None,
+        canvas: tuple[int, int] | None = None,
+        at: tuple[int, int] = (0, 0),
+        progress: Progress | None = None,
+    ) -> Picture:
+        """Applies the steps of a recipe to a picture; see `cmdtexture.apply_recipe`."""
+        what: tuple[str, bool]
+        if isinstance(recipe, (str, os.PathLike)):
+            what = (os.fspath(recipe), True)
+        else:
+            try:
+                what = (json.dumps(list(recipe)), False)
+            except TypeError as error:
+                raise UsageError(f"the recipe is no list of steps: {error}") from None
+        return _run(self._native.run_recipe, what, image, out, mask, canvas, at, progress)
+
+
+def _run(
+    native: Callable[..., None],
+    what: tuple[Any, ...],
+    image: Picture,
+    out: NDArray[Any] | None,
+    mask: Any,
+    canvas: tuple[int, int] | None,
+    at: tuple[int, int],
+    progress: Progress | None,
+) -> Picture:
+    source = pixels_of(image)
+    if out is not None:
+        destination = destination_of(out, source)
+    else:
+        destination = numpy.empty_like(source, order="C", subok=False)
+    native(
+        *what,
+        source,
+        destination,
+        None if canvas is None else _pair(canvas, "canvas"),
+        _pair(at, "at"),
+        None if mask is None else selection_of(mask, source.shape),
+        progress,
+    )
+    result: Any = destination
+    if out is None and is_pil(image):
+        result = like(destination, image)
+    return cast(Picture, result)
 
 
 def _name(text: str) -> str:
@@ -144,10 +183,6 @@ def _plain(name: str, value: Any) -> bool | int | float | str:
     except TypeError:
         raise UsageError(f"{name} is {value!r}", "numbers, True and False, texts and colours "
                          "can be") from None
-
-
-def _json_of(values: dict[str, Any]) -> str:
-    return json.dumps({_name(name): _plain(name, value) for name, value in values.items()})
 
 
 _lock = threading.Lock()
@@ -205,6 +240,35 @@ def apply(
         at=at,
         progress=progress,
         **values,
+    )
+
+
+def apply_recipe(
+    image: Picture,
+    recipe: Recipe,
+    *,
+    out: NDArray[Any] | None = None,
+    mask: Any = None,
+    canvas: tuple[int, int] | None = None,
+    at: tuple[int, int] = (0, 0),
+    progress: Progress | None = None,
+) -> Picture:
+    """Applies effects one after another to a picture.
+
+    recipe : the file of a recipe; or its steps, each a mapping with `effect` and, if wanted,
+             `preset`, `parameters`, `mask`, `opacity` and `blend`
+    mask   : limits the steps that have no mask of their own
+
+    All else is as `apply` has it. The whole recipe is checked before the first step.
+    """
+    return default_library().apply_recipe(
+        image,
+        recipe,
+        out=out,
+        mask=mask,
+        canvas=canvas,
+        at=at,
+        progress=progress,
     )
 
 

@@ -18,10 +18,21 @@ class Library:
     def run(
         self,
         effect: str,
+        preset: str | None,
+        values: str,
         source: numpy.ndarray[Any, Any],
         destination: numpy.ndarray[Any, Any],
-        values: str,
-        preset: str | None,
+        canvas: tuple[int, int] | None,
+        at: tuple[int, int],
+        mask: numpy.ndarray[Any, Any] | None,
+        progress: Callable[[float], object] | None,
+    ) -> None: ...
+    def run_recipe(
+        self,
+        recipe: str,
+        is_file: bool,
+        source: numpy.ndarray[Any, Any],
+        destination: numpy.ndarray[Any, Any],
         canvas: tuple[int, int] | None,
         at: tuple[int, int],
         mask: numpy.ndarray[Any, Any] | None,

@@ -32,8 +32,8 @@ def program(tmp_path):
         tifffile.imwrite(source, picture, photometric="rgb" if colours > 2 else "minisblack",
                          planarconfig="contig" if colours > 1 else None,
                          extrasamples=["unassalpha"] if colours in (2, 4) else None)
-        command = [os.environ["CMDTEXTURE_PROGRAM"], "apply", effect, source, "-o", result,
-                   "--overwrite", "--quiet", *arguments]
+        command = [os.environ["CMDTEXTURE_PROGRAM"], "apply", *([effect] if effect else []), source,
+                   "-o", result, "--overwrite", "--quiet", *arguments]
         if mask is not None:
             tifffile.imwrite(tmp_path / "mask.tif", mask, photometric="minisblack")
             command += ["--mask", tmp_path / "mask.tif"]

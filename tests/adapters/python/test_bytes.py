@@ -1,12 +1,14 @@
 """The results are the bytes of the program."""
 
+import json
 import random
 import re
 
 import cmdtexture
 import numpy
 import pytest
-from conftest import HEIGHT, LAYOUTS, WIDTH, noise
+from conftest import LAYOUTS, WIDTH, noise
+from PIL import Image
 
 KINDS = [(layout, depth) for layout in LAYOUTS for depth in (8, 16)]
 # Larger values make the same code work longer than pictures as small as these are worth.
@@ -60,6 +62,19 @@ def test_presets(effect, program):
     for preset in cmdtexture.presets(effect):
         numpy.testing.assert_array_equal(cmdtexture.apply(picture, effect, preset=preset),
                                          program(picture, effect, "--preset", preset), preset)
+
+
+def test_recipes(tmp_path, program):
+    steps = [{"effect": "Weave", "mask": str(tmp_path / "step.png")},
+             {"effect": "Fur", "parameters": {"Length": 7}, "blend": "overlay", "opacity": 0.5}]
+    Image.fromarray(noise("grey", seed=8)).save(tmp_path / "step.png")
+    (tmp_path / "recipe.json").write_text(json.dumps(steps))
+    picture, mask = noise("RGBA", 16), noise("grey", seed=9)
+    expected = program(picture, None, "--recipe", tmp_path / "recipe.json", "--canvas", "90x80", "--at",
+                       "3,4", mask=mask)
+    for recipe in (steps, tmp_path / "recipe.json", str(tmp_path / "recipe.json")):
+        result = cmdtexture.apply_recipe(picture, recipe, mask=mask, canvas=(90, 80), at=(3, 4))
+        numpy.testing.assert_array_equal(result, expected)
 
 
 def test_values_go_before_those_of_a_preset(program):
