@@ -29,5 +29,15 @@ class CCliError : public std::runtime_error {
     std::string hint_;
 };
 
+// Ends the program with a status, when all has been said.
+class CExitStatus : public std::exception {
+  public:
+    explicit CExitStatus(int status) : status_(status) {}
+    int Status() const { return status_; }
+
+  private:
+    int status_;
+};
+
 // Ends the program because the user asked to: status 130 or 143.
 class CInterrupted : public std::exception {};

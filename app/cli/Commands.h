@@ -10,5 +10,6 @@ void AddDescribeCommand(CLI::App& program);
 void AddApplyCommand(CLI::App& program);
 void AddEditCommand(CLI::App& program);
 void AddGalleryCommand(CLI::App& program);
+void AddBatchCommand(CLI::App& program);
 void AddPresetCommand(CLI::App& program);
 void AddResourcesCommand(CLI::App& program);

@@ -10,25 +10,8 @@
 #include "hostlib/core/WholeNumber.h"
 #include "hostlib/graphics/PixelBudget.h"
 
-void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
-    command
-        .add_option("IN", options.input.file,
-                    "Image to read: PNG, JPEG, TIFF or WebP; - is standard input")
-        ->required();
-    command
-        .add_option("--mask", options.mask,
-                    "Limit the effect to a selection: an image of the same size, white is full "
-                    "effect")
-        ->type_name("FILE");
-    command.add_option("--canvas", options.canvas, "Size of the document; default: the image's")
-        ->type_name("WxH");
-    command.add_option("--at", options.at, "Place of the image on the document; default: 0,0")
-        ->type_name("X,Y");
+void AddReadingOptions(CLI::App& command, SReadingOptions& options) {
     command.add_flag("--lenient", options.input.lenient, "Take what can be had of a damaged input");
-    command
-        .add_option("--page", options.input.page,
-                    "Take this page of a TIFF or frame of an animated WebP, from 1 on")
-        ->check(CLI::Range(1, 1 << 20));
     command.add_flag("--convert", options.input.convert,
                      "Make 8- or 16-bit grey or RGB of CMYK, Lab, 32-bit or floating-point input");
     command
@@ -49,12 +32,37 @@ void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
     AddLibraryOption(command, options.resources);
 }
 
-void CheckDocumentOptions(const SDocumentOptions& options) {
-    if (!options.canvas.empty()) ParseSize(options.canvas, "--canvas");
-    if (!options.at.empty()) ParsePlace(options.at, "--at");
+void CheckReadingOptions(const SReadingOptions& options) {
     if (!options.scratch.empty() && !std::filesystem::is_directory(options.scratch)) {
         throw CCliError(EExit::Usage, fmt::format("--scratch {}: no such folder", options.scratch));
     }
+}
+
+void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
+    command
+        .add_option("IN", options.input.file,
+                    "Image to read: PNG, JPEG, TIFF or WebP; - is standard input")
+        ->required();
+    command
+        .add_option("--mask", options.mask,
+                    "Limit the effect to a selection: an image of the same size, white is full "
+                    "effect")
+        ->type_name("FILE");
+    command.add_option("--canvas", options.canvas, "Size of the document; default: the image's")
+        ->type_name("WxH");
+    command.add_option("--at", options.at, "Place of the image on the document; default: 0,0")
+        ->type_name("X,Y");
+    command
+        .add_option("--page", options.input.page,
+                    "Take this page of a TIFF or frame of an animated WebP, from 1 on")
+        ->check(CLI::Range(1, 1 << 20));
+    AddReadingOptions(command, options);
+}
+
+void CheckDocumentOptions(const SDocumentOptions& options) {
+    if (!options.canvas.empty()) ParseSize(options.canvas, "--canvas");
+    if (!options.at.empty()) ParsePlace(options.at, "--at");
+    CheckReadingOptions(options);
 }
 
 CSize CanvasOf(const SDocumentOptions& options, CSize picture) {

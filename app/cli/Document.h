@@ -11,13 +11,21 @@ namespace CLI {
 class App;
 }
 
-// What the user said about the picture to work on, where it lies, and what is selected.
-struct SDocumentOptions {
+// What the user said about how pictures are read and kept.
+struct SReadingOptions {
     SInputOptions input;
-    std::string mask, canvas, at;
     std::vector<std::string> resources;
     std::string scratch;  // the folder for pixels beyond input.max_memory
 };
+
+// The same, and where the picture to work on lies, and what is selected.
+struct SDocumentOptions : SReadingOptions {
+    std::string mask, canvas, at;
+};
+
+// --lenient, --convert, --max-pixels, --max-memory, --scratch and --resources.
+void AddReadingOptions(CLI::App& command, SReadingOptions& options);
+void CheckReadingOptions(const SReadingOptions& options);
 
 // IN, --mask, --canvas, --at, --lenient, --page, --convert, --max-pixels, --max-memory and
 // --resources.

@@ -47,6 +47,9 @@ int ReportThrown() {
         throw;
     } catch (const CCliError& error) {
         return Report(error.Exit(), error.what(), error.Hint());
+    } catch (const CExitStatus& exit) {
+        const int finished = Finish();
+        return finished != 0 ? finished : exit.Status();
     } catch (const CInterrupted&) {
         return ReportInterruption();
     } catch (const std::bad_alloc&) {
@@ -107,6 +110,7 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     AddApplyCommand(program);
     AddEditCommand(program);
     AddGalleryCommand(program);
+    AddBatchCommand(program);
     AddPresetCommand(program);
     AddResourcesCommand(program);
     return Run(program, count, arguments);

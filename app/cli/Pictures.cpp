@@ -43,18 +43,15 @@ auto WithCliErrors(Operation&& operation) {
     }
 }
 
-void Warn(const std::vector<std::string>& warnings) {
-    for (const std::string& warning : warnings) messages::Warn(warning);
-}
+// What lies in memory at once for a picture at most, of any effect: source, result, undo and what
+// is between.
+constexpr std::uint64_t kPicturesAtOnce = 4;
 
-// The memory that a picture's pixels may take, so that the most that any effect was seen to take
-// for source, result, undo and what lies between stays within the limit.
+// The bytes that the pixels of one picture may take, so that work on it stays within the memory.
 std::uint64_t MaxBytes(const SInputOptions& options) {
-    constexpr std::uint64_t kProgram = 48 << 20, kLeast = 1 << 20;
-    constexpr std::uint64_t kPicturesAtOnce = 4;
+    constexpr std::uint64_t kLeast = 1 << 20;
     if (options.max_memory > 0) return UINT64_MAX;
-    const std::uint64_t limit = AvailableMemory() / 4 * 3;
-    return std::max(limit > kProgram ? (limit - kProgram) / kPicturesAtOnce : 0, kLeast);
+    return std::max(MemoryBudget(options) / kPicturesAtOnce, kLeast);
 }
 
 imagefile::SReadOptions ReadOptions(const SInputOptions& options) {
@@ -110,11 +107,12 @@ imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options) {
     return WithCliErrors([&] { return imagefile::ReadHeader(options.file, ReadOptions(options)); });
 }
 
-imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress) {
+imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress,
+                                  const FWarn& warn) {
     return WithCliErrors([&] {
         CStatusControl status(&progress);
         auto picture = imagefile::ReadImage(options.file, ReadOptions(options), &status);
-        Warn(picture.warnings);
+        for (const std::string& warning : picture.warnings) warn(warning);
         return picture;
     });
 }
@@ -149,11 +147,27 @@ void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& 
 
 void WritePicture(const std::string& file, const CRowIteratorBands& pixels,
                   const imagefile::CMetadata& metadata, const imagefile::SOutputRules& rules,
-                  IProgressSink& progress, const imagefile::SWriteOptions& coding) {
+                  IProgressSink& progress, const imagefile::SWriteOptions& coding,
+                  const FWarn& warn) {
     WithCliErrors([&] {
         CStatusControl status(&progress);
-        Warn(imagefile::WriteImage(file, pixels, metadata, rules, &status, coding));
+        for (const std::string& warning :
+             imagefile::WriteImage(file, pixels, metadata, rules, &status, coding)) {
+            warn(warning);
+        }
     });
+}
+
+std::uint64_t MemoryFor(const imagefile::SImageHeader& header) {
+    return static_cast<std::uint64_t>(header.size.cx) * static_cast<std::uint64_t>(header.size.cy) *
+           static_cast<std::uint64_t>(header.format.PixelBytes()) * kPicturesAtOnce;
+}
+
+std::uint64_t MemoryBudget(const SInputOptions& options) {
+    constexpr std::uint64_t kProgram = 48 << 20;
+    if (options.max_memory > 0) return options.max_memory;
+    const std::uint64_t limit = AvailableMemory() / 4 * 3;
+    return limit > kProgram ? limit - kProgram : 0;
 }
 
 std::string LayoutName(CNPixelFormat format) {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "app/cli/CProgress.h"
+#include "app/cli/Messages.h"
 #include "app/imagefile/CImageFile.h"
 #include "host/core/CDescriptor.h"
 
@@ -14,7 +16,8 @@ class App;
 }
 
 // Reading and writing pictures for the subcommands: the library's errors become CCliError and
-// CInterrupted, its warnings go to stderr.
+// CInterrupted, its warnings go to stderr unless somebody else takes them.
+using FWarn = std::function<void(const std::string&)>;
 
 // What the user said about the input.
 struct SInputOptions {
@@ -38,7 +41,8 @@ imagefile::SOutputRules OutputRules(const std::string& file, bool overwrite,
                                     const std::string& input);
 
 imagefile::SImageHeader ReadPictureHeader(const SInputOptions& options);
-imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress);
+imagefile::SImageFile ReadPicture(const SInputOptions& options, IProgressSink& progress,
+                                  const FWarn& warn = &messages::Warn);
 // How a mask is read for a picture that is read with these options.
 SInputOptions MaskInput(const std::string& file, const SInputOptions& options);
 void CheckMaskSize(const std::string& file, CSize mask, CSize picture);
@@ -50,7 +54,12 @@ void CheckPictureOutput(const std::string& file, const imagefile::SOutputRules& 
                         const imagefile::SWriteOptions& coding = {});
 void WritePicture(const std::string& file, const CRowIteratorBands& pixels,
                   const imagefile::CMetadata& metadata, const imagefile::SOutputRules& rules,
-                  IProgressSink& progress, const imagefile::SWriteOptions& coding = {});
+                  IProgressSink& progress, const imagefile::SWriteOptions& coding = {},
+                  const FWarn& warn = &messages::Warn);
+
+// The memory that work on a picture takes at most, and what there is for all work at once.
+std::uint64_t MemoryFor(const imagefile::SImageHeader& header);
+std::uint64_t MemoryBudget(const SInputOptions& options);
 
 // "grey", "grey-alpha", "colour" or "colour-alpha".
 std::string LayoutName(CNPixelFormat format);

@@ -1,0 +1,307 @@
+#include "app/cli/batch/BatchPlan.h"
+
+#include <fmt/format.h>
+#include <glib.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <memory>
+#include <set>
+#include <unordered_map>
+
+#include "app/cli/CliError.h"
+#include "app/cli/batch/CBatchLog.h"
+#include "app/cli/batch/Digest.h"
+#include "app/cli/batch/InputSet.h"
+#include "app/cli/batch/OutputTemplate.h"
+#include "hostlib/parameters/NearestName.h"
+#include "hostlib/system/CFileError.h"
+#include "hostlib/system/StrictJson.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::ordered_json;
+
+// Everything that a recipe's results depend on: its values, also where they follow the picture's
+// size, and the bytes of the pictures that it uses; and how pictures are read and written.
+std::string DigestOf(const CRecipe& recipe, const CJobLibrary& library,
+                     const SBatchOptions& options) {
+    std::string all = recipe.ToJson().dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+    try {
+        CRecipe large = recipe.Copy();
+        large.SetCanvas({6000, 4000});
+        all += large.ToJson().dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+    } catch (const CJobError&) {  // a value that such a size does not allow follows none
+    }
+    for (const SRecipeStep& step : recipe.Steps()) {
+        if (!step.mask.empty()) all += digest::OfFile(step.mask);
+        std::string category, name;
+        int type = 0;
+        for (const SParameterInfo& parameter : step.job.Describe().parameters) {
+            if (parameter.name == "Category") category = step.job.Value(parameter.name);
+            if (parameter.resource_type == 0) continue;
+            type = parameter.resource_type;
+            name = step.job.Value(parameter.name);
+        }
+        if (type == 0) continue;
+        const auto found = library.Resources().Find(type, name, category);
+        if (found) all += digest::OfFile(found->file);
+    }
+    const imagefile::SWriteOptions& coding = options.coding;
+    all += fmt::format("|{}|{}|{}|{}|{}|{}|{}", coding.format, coding.quality.value_or(0),
+                       coding.subsampling, coding.compression, options.reading.input.lenient,
+                       options.reading.input.convert, options.session.range_scale);
+    return digest::Text(all);
+}
+
+// The command line's own work, as a manifest says it.
+ordered_json WorkOf(const SWorkOptions& options, const CRecipe& recipe) {
+    if (!options.recipe.empty()) return options.recipe;
+    const CEffectJob& job = recipe.Steps()[0].job;
+    ordered_json step = {{"effect", job.Name()}};
+    if (!options.parameters.preset.empty()) step["preset"] = options.parameters.preset;
+    const ordered_json values = job.Values();
+    for (const std::string& assignment : options.parameters.values) {
+        const std::string given = assignment.substr(0, assignment.find('='));
+        for (const auto& [name, value] : values.items()) {
+            if (SameName(name, given)) step["parameters"][name] = value;
+        }
+    }
+    return ordered_json::array({step});
+}
+
+std::string TitleOf(const ordered_json& work, const CRecipe& recipe) {
+    if (work.is_string()) return fs::path(work.get<std::string>()).stem();
+    std::string title = recipe.Title();
+    std::erase(title, ' ');
+    std::replace(title.begin(), title.end(), ',', '-');
+    return title;
+}
+
+// A name as it is compared: what differs by letter case only is the same.
+std::string Folded(const std::string& name) {
+    const std::string whole = fs::absolute(name).lexically_normal();
+    const auto freed = [](char* text) {
+        return std::unique_ptr<char, void (*)(void*)>(text, &g_free);
+    };
+    const auto valid = freed(g_utf8_make_valid(whole.c_str(), -1));
+    const auto normal = freed(g_utf8_normalize(valid.get(), -1, G_NORMALIZE_NFC));
+    return freed(g_utf8_casefold(normal.get(), -1)).get();
+}
+
+class CPlanner {
+  public:
+    CPlanner(const CJobLibrary& library, const SBatchOptions& options, const CBatchLog* log)
+        : library_(library), options_(options), log_(log) {
+        if (!options.output.empty()) template_.emplace(options.output);
+        plan_.shard = options.shard.empty() ? SShard::FromEnvironment().value_or(SShard())
+                                            : SShard::Parse(options.shard);
+    }
+
+    SBatchPlan Make() {
+        if (has_common_) {
+            CRecipe recipe = MakeCheckedRecipe(library_, options_.work);
+            ordered_json work = WorkOf(options_.work, recipe);
+            plan_.common_work = work;
+            AddRecipe(std::move(recipe), std::move(work));
+        } else if (options_.manifest.empty()) {
+            MakeCheckedRecipe(library_, options_.work);  // says what is missing
+        }
+        AddInputs();
+        if (!options_.manifest.empty()) AddManifest();
+        if (plan_.items.empty() && options_.manifest.empty()) {
+            throw CCliError(EExit::Unreadable, "there are no pictures to work on",
+                            "--recursive looks into folders below, too");
+        }
+        RefuseClashes();
+        plan_.of = plan_.items.size();
+        std::erase_if(plan_.items,
+                      [&](const SBatchItem& item) { return !plan_.shard.Has(item.input); });
+        return std::move(plan_);
+    }
+
+  private:
+    std::size_t AddRecipe(CRecipe recipe, ordered_json work) {
+        const std::string title = TitleOf(work, recipe);
+        std::string digest = DigestOf(recipe, library_, options_);
+        plan_.recipes.push_back({std::move(recipe), std::move(work), title, std::move(digest)});
+        return plan_.recipes.size() - 1;
+    }
+
+    void AddInputs() {
+        // What the batch has made is no input when it runs again.
+        const fs::path folder = template_ ? template_->Folder() : fs::path();
+        const std::string results =
+            folder.empty() ? "" : fs::absolute(folder).lexically_normal().string();
+        const auto skips = [&](const fs::path& path) {
+            if (!results.empty() && (fs::absolute(path) / "").lexically_normal() == results) {
+                return true;
+            }
+            const SPictureRecord* record = log_ ? log_->Find(path.lexically_normal()) : nullptr;
+            return record && record->was_begun;
+        };
+        for (SFoundInput& input : FindInputs(options_.inputs, options_.recursive, skips)) {
+            SBatchItem item;
+            item.input = input.file;
+            AddItem(std::move(item), input.folder);
+        }
+    }
+
+    void AddItem(SBatchItem item, const std::string& folder) {
+        ++index_;
+        if (item.output.empty()) {
+            if (!template_) {
+                throw CCliError(
+                    EExit::Usage,
+                    fmt::format("{}: there is no output for it", DisplayText(item.input)),
+                    "-o 'out/{name}.{ext}' gives one to every picture");
+            }
+            const fs::path file(item.input);
+            const std::string extension = file.extension();
+            item.output = template_->Expand({.dir = folder,
+                                             .name = file.stem(),
+                                             .ext = extension.empty() ? "" : extension.substr(1),
+                                             .effect = plan_.recipes[item.recipe].title,
+                                             .index = index_,
+                                             .page = std::max(item.page, 1)});
+        }
+        plan_.items.push_back(std::move(item));
+    }
+
+    void AddManifest() {
+        std::ifstream in(options_.manifest, std::ios::binary);
+        if (!in || fs::is_directory(options_.manifest)) {
+            throw CCliError(EExit::Unreadable, fmt::format("{}: the manifest cannot be read",
+                                                           DisplayText(options_.manifest)));
+        }
+        std::string text;
+        for (int number = 1; std::getline(in, text); ++number) {
+            if (text.find_first_not_of(" \t\r") == std::string::npos) continue;
+            try {
+                AddRow(ParseStrictJson(text));
+            } catch (const CCliError& error) {
+                throw CCliError(error.Exit(), Where(number) + error.what(), error.Hint());
+            } catch (const CJobError& error) {
+                throw CCliError(EExit::Usage, Where(number) + error.what(), error.Hint());
+            } catch (const ordered_json::exception&) {
+                throw CCliError(EExit::Usage,
+                                Where(number) +
+                                    "a value is of another type than it "
+                                    "should be",
+                                kRowHint);
+            } catch (const std::runtime_error& error) {
+                throw CCliError(EExit::Usage, Where(number) + error.what(), kRowHint);
+            }
+        }
+    }
+
+    std::string Where(int line) const {
+        return fmt::format("{}: line {}: ", DisplayText(options_.manifest), line);
+    }
+
+    void AddRow(ordered_json row) {
+        if (!row.is_object() || !(row.contains("input") || row.contains("inputHex"))) {
+            throw CCliError(EExit::Usage, "names no \"input\"", kRowHint);
+        }
+        SBatchItem item;
+        item.input = fs::path(TakeName(row, "input")).lexically_normal();
+        if (row.contains("output")) {
+            item.output = fs::path(TakeName(row, "output")).lexically_normal();
+        }
+        if (row.contains("page")) item.page = row["page"];
+        for (const char* name : {"input", "inputHex", "output", "outputHex", "page"}) {
+            row.erase(name);
+        }
+        item.recipe = RecipeOf(row);
+        const std::string folder = FolderBelow(fs::path(item.input).parent_path());
+        AddItem(std::move(item), folder);
+    }
+
+    // The recipe of a row without its names: a file, a list of steps, or the row is a step itself.
+    std::size_t RecipeOf(const ordered_json& row) {
+        if (row.empty()) {
+            if (has_common_) return 0;
+            throw CCliError(EExit::Usage, "names no \"effect\" and no \"recipe\"", kRowHint);
+        }
+        if (row.contains("recipe") && row.size() > 1) {
+            throw CCliError(EExit::Usage, "has more than the \"recipe\"", kRowHint);
+        }
+        const ordered_json work =
+            row.contains("recipe") ? row["recipe"] : ordered_json::array({row});
+        const auto [known, is_new] = recipes_.try_emplace(work.dump(), plan_.recipes.size());
+        if (is_new) {
+            AddRecipe(work.is_string() ? CRecipe::Read(library_, work.get<std::string>())
+                                       : CRecipe::Parse(library_, work.dump()),
+                      work);
+        }
+        return known->second;
+    }
+
+    void RefuseClashes() {
+        std::unordered_map<std::string, const SBatchItem*> by_name;
+        std::set<std::pair<dev_t, ino_t>> inputs;
+        struct stat found = {};
+        std::vector<SBatchItem> kept;
+        for (const SBatchItem& item : plan_.items) {
+            if (stat(item.input.c_str(), &found) == 0) inputs.insert({found.st_dev, found.st_ino});
+        }
+        for (const SBatchItem& item : plan_.items) {
+            const auto [other, is_new] = by_name.try_emplace(Folded(item.output), &item);
+            const bool is_same = other->second->input == item.input &&
+                                 other->second->page == item.page &&
+                                 other->second->recipe == item.recipe;
+            if (!is_new && !is_same) RefuseClash(*other->second, item);
+            if (stat(item.output.c_str(), &found) == 0 &&
+                inputs.contains({found.st_dev, found.st_ino})) {
+                throw CCliError(EExit::Usage,
+                                fmt::format("{}: the output is an input", DisplayText(item.output)),
+                                "a batch leaves its inputs alone: let -o lead elsewhere");
+            }
+            if (is_new) kept.push_back(item);
+        }
+        plan_.items = std::move(kept);
+    }
+
+    [[noreturn]] static void RefuseClash(const SBatchItem& a, const SBatchItem& b) {
+        const bool by_case = a.output != b.output;
+        throw CCliError(
+            EExit::Usage,
+            by_case
+                ? fmt::format("{} and {}, made of {} and {}, differ by letter case only",
+                              DisplayText(a.output), DisplayText(b.output), DisplayText(a.input),
+                              DisplayText(b.input))
+                : fmt::format("{}: {} and {} would both be written to it", DisplayText(a.output),
+                              DisplayText(a.input), DisplayText(b.input)),
+            "{dir}, {ext}, {page} and {index} in -o tell outputs apart");
+    }
+
+    static constexpr const char* kRowHint =
+        "a line is an object such as {\"input\": \"a.jpg\", \"output\": \"b.jpg\", \"effect\": "
+        "\"Fur\"}";
+
+    const CJobLibrary& library_;
+    const SBatchOptions& options_;
+    const CBatchLog* log_;
+    std::optional<COutputTemplate> template_;
+    SBatchPlan plan_;
+    std::size_t index_ = 0;
+    std::unordered_map<std::string, std::size_t> recipes_;  // of the manifest, by their JSON
+    const bool has_common_ = !options_.work.effect.empty() || !options_.work.recipe.empty();
+};
+
+}  // namespace
+
+ordered_json SBatchItem::Line(const char* event) const {
+    ordered_json line = ordered_json::object();
+    if (event) line["event"] = event;
+    PutName(line, "input", input);
+    PutName(line, "output", output);
+    if (page > 0) line["page"] = page;
+    return line;
+}
+
+SBatchPlan MakePlan(const CJobLibrary& library, const SBatchOptions& options,
+                    const CBatchLog* log) {
+    return CPlanner(library, options, log).Make();
+}

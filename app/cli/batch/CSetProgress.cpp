@@ -1,0 +1,61 @@
+#include "app/cli/batch/CSetProgress.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "app/cli/Messages.h"
+
+namespace {
+
+constexpr std::size_t kBarWidth = 20;
+constexpr std::size_t kTenths = 10;
+
+double Rate(double amount, const SBatchTotals& totals) {
+    return totals.seconds > 0 ? amount / totals.seconds : 0;
+}
+
+// The time that what is left takes at the rate so far.
+std::string TimeLeft(const SBatchTotals& totals) {
+    const std::size_t worked = totals.done + totals.failed;
+    if (worked == 0) return "";
+    const auto seconds = static_cast<long>(totals.seconds / static_cast<double>(worked) *
+                                           static_cast<double>(totals.Left()));
+    return fmt::format(", {}:{:02}:{:02} left", seconds / 3600, seconds / 60 % 60, seconds % 60);
+}
+
+}  // namespace
+
+std::string Counts(const SBatchTotals& totals) {
+    const std::string left = totals.Left() > 0 ? fmt::format(", {} left", totals.Left()) : "";
+    return fmt::format("{} done, {} failed, {} skipped{}", totals.done, totals.failed,
+                       totals.skipped, left);
+}
+
+std::string Rates(const SBatchTotals& totals) {
+    return fmt::format("{:.1f} pictures/s, {:.1f} megapixels/s",
+                       Rate(static_cast<double>(totals.done), totals),
+                       Rate(totals.megapixels, totals));
+}
+
+CSetProgress::~CSetProgress() {
+    if (is_drawn_) messages::Show("\r\x1b[K");
+}
+
+void CSetProgress::Show(const SBatchTotals& totals) {
+    if (style_ == CProgress::EStyle::None || totals.pictures == 0) return;
+    const std::size_t ready = totals.pictures - totals.Left();
+    if (style_ == CProgress::EStyle::Bar) {
+        const std::size_t bar = ready * kBarWidth / totals.pictures;
+        messages::Show(fmt::format("\r[{:#<{}}{:.<{}}] {}/{} {} failed, {}{}\x1b[K", "", bar, "",
+                                   kBarWidth - bar, ready, totals.pictures, totals.failed,
+                                   Rates(totals), TimeLeft(totals)));
+        is_drawn_ = true;
+        return;
+    }
+    const std::size_t tenth = ready * kTenths / totals.pictures;
+    if (tenth == last_tenth_) return;
+    last_tenth_ = tenth;
+    messages::Show(
+        fmt::format("progress: {:3}% {}, {}\n", tenth * kTenths, Counts(totals), Rates(totals)));
+}
