@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "app/cli/CEditSession.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Messages.h"
@@ -8,6 +10,7 @@ namespace {
 
 void Edit(const SEditOptions& options) {
     const CJobLibrary library = OpenJobs(options.session, options.document.resources);
+    const CSelectedLanguage language = library.SelectForWindows();
     const std::string written = CEditSession(library, options).Run();
     if (written.empty()) {
         messages::Say("cancelled; nothing was written");
@@ -21,11 +24,13 @@ void Edit(const SEditOptions& options) {
 void AddEditCommand(CLI::App& program) {
     auto* command = program.add_subcommand(
         "edit",
-        "Set an effect in a window with a live preview, then apply it. Cancelling the window "
-        "writes nothing and is no error");
+        "Set effects in a window with a live preview, then write the result. What is not given is "
+        "asked for. Cancelling the window writes nothing and is no error");
     auto options = std::make_shared<SEditOptions>();
-    command->add_option("EFFECT", options->effect, "Name of the effect")->required();
+    command->add_option("EFFECT", options->effect,
+                        "Name of the effect; default: a window shows them all");
     AddDocumentOptions(*command, options->document);
+    command->get_option("IN")->required(false);
     command
         ->add_option("-o,--output", options->output,
                      "Image to write; default: the window asks for it")
@@ -34,5 +39,12 @@ void AddEditCommand(CLI::App& program) {
     AddParameterOptions(*command, options->parameters);
     command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
     AddSessionOptions(*command, options->session);
-    command->callback([options] { Edit(*options); });
+    command->callback([options] {
+        // A picture alone, without an effect.
+        SInputOptions& input = options->document.input;
+        if (input.file.empty() && std::filesystem::is_regular_file(options->effect)) {
+            input.file = std::exchange(options->effect, {});
+        }
+        Edit(*options);
+    });
 }

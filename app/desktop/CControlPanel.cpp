@@ -17,11 +17,13 @@
 #include <QToolButton>
 #include <QToolTip>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "app/desktop/CResourceBrowser.h"
 #include "app/desktop/Texts.h"
 #include "app/desktop/Widgets.h"
+#include "app/desktop/WindowSettings.h"
 
 namespace {
 
@@ -35,6 +37,8 @@ constexpr int kNoteMilliseconds = 5000;
 constexpr QKeyCombination kResetKey = Qt::ControlModifier | Qt::Key_Backspace;
 // From this range on a slider gives small values more room.
 constexpr int kLongRange = 400;
+constexpr const char* kPickedSide = "picker/side";
+constexpr std::array kPickedSides = {1, 3, 5, 11, 31};
 
 // Between a slider's position, 0 to kSliderSteps, and a value of the range.
 int ValueAt(int position, int minimum, int maximum) {
@@ -301,11 +305,14 @@ QWidget* CControlPanel::MakeSwatch(int id, const QString& label, Shower& show) {
     picker->setAccessibleName(Text(EText::PickColour).arg(label));
     picker->setToolTip(picker->accessibleName());
     picker->setObjectName(QString("picker-%1").arg(id));
+    picker->setPopupMode(QToolButton::MenuButtonPopup);
+    picker->setMenu(MakePickedSides(picker));
     pickers_[id] = picker;
     connect(swatch, &QPushButton::clicked, this, [this, id, swatch, label] {
         const COLORREF before = model_.Control(id).colour;
         QColorDialog dialog(QColor(ToRgb(before)), swatch->window());
         dialog.setWindowTitle(label);
+        PlaceBesidePreview(dialog);
         connect(&dialog, &QColorDialog::currentColorChanged, this,
                 [&](const QColor& colour) { model_.PickColour(id, ToColorRef(colour)); });
         model_.EndChange();
@@ -332,6 +339,25 @@ QWidget* CControlPanel::MakeSwatch(int id, const QString& label, Shower& show) {
     static_cast<QHBoxLayout*>(line->layout())->addStretch(1);
     line->setFocusProxy(swatch);
     return line;
+}
+
+int CControlPanel::PickedSide() {
+    return std::clamp(WindowSettings()->value(kPickedSide, 1).toInt(), 1, kPickedSides.back());
+}
+
+QMenu* CControlPanel::MakePickedSides(QWidget* parent) {
+    auto* menu = new QMenu(parent);
+    connect(menu, &QMenu::aboutToShow, menu, [menu] {
+        menu->clear();
+        for (const int side : kPickedSides) {
+            QAction* action = menu->addAction(Text(EText::Average).arg(side), menu, [side] {
+                WindowSettings()->setValue(kPickedSide, side);
+            });
+            action->setCheckable(true);
+            action->setChecked(side == PickedSide());
+        }
+    });
+    return menu;
 }
 
 QWidget* CControlPanel::MakeDial(int id, const QString& label, Shower& show) {
@@ -368,17 +394,20 @@ QWidget* CControlPanel::MakeResource(int id, const QString& label, Shower& show)
     connect(button, &QPushButton::clicked, this, [this, id, button, label] {
         CResourceBrowser browser(model_, id, Text(EText::ChooseOne).arg(label), button->window());
         if (add_picture) browser.OfferAdding(add_picture);
+        PlaceBesidePreview(browser);
         model_.EndChange();
         browser.exec();
         model_.EndChange();
     });
-    show = [button, label](const SControlState& state) {
+    const bool named_elsewhere = !model_.Template().ControlsOf(EControlKind::Label).empty();
+    show = [button, label, named_elsewhere](const SControlState& state) {
         const bool chosen =
             state.selected >= 0 && state.selected < static_cast<int>(state.entries.size());
         const auto entry = static_cast<std::size_t>(chosen ? state.selected : 0);
-        button->setText(chosen ? ToQt(state.entries[entry].text) : QString("…"));
+        const QString name = chosen ? ToQt(state.entries[entry].text) : QString("…");
+        if (!named_elsewhere) button->setText(name);
         button->setIcon(QIcon(PictureOf(state.picture, kResourceIcon)));
-        button->setAccessibleName(label + ", " + button->text());
+        button->setAccessibleName(label + ", " + name);
         button->setEnabled(state.enabled);
     };
     return button;
@@ -409,9 +438,10 @@ bool CControlPanel::eventFilter(QObject* watched, QEvent* event) {
     const int id = found->second;
     if (event->type() == QEvent::ToolTip) {
         const SControlState& state = model_.Control(id);
-        const QString tip = state.wrong
-                                ? Text(EText::WrongNumber).arg(state.minimum).arg(state.maximum)
-                                : ToQt(model_.ToolTip(id));
+        QString tip = state.wrong ? Text(EText::WrongNumber).arg(state.minimum).arg(state.maximum)
+                                  : ToQt(model_.ToolTip(id));
+        if (tip.isEmpty()) tip = ToQt(model_.Description(id));
+        if (tip.isEmpty()) tip = NameOf(id);
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip);
         return true;
     }

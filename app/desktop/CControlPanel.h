@@ -10,6 +10,7 @@
 class QGridLayout;
 class QKeyEvent;
 class QLabel;
+class QMenu;
 class QToolButton;
 
 // The controls of a dialog, laid out from its template: labels in one column, fields in the next,
@@ -31,6 +32,8 @@ class CControlPanel final : public QScrollArea {
     void EnablePicking(bool enabled);
     void EndPicking();
     void FocusFirst();
+    // The side, in pixels, of the square that a picked colour is the mean of.
+    static int PickedSide();
     // What a control is called, for texts about it.
     QString NameOf(int control) const;
     // Brings the focus to a field that holds no valid number; false when there is none.
@@ -53,6 +56,7 @@ class CControlPanel final : public QScrollArea {
     QWidget* MakeDial(int id, const QString& label, Shower& show);
     QWidget* MakeList(int id, Shower& show);
     QWidget* MakeResource(int id, const QString& label, Shower& show);
+    static QMenu* MakePickedSides(QWidget* parent);
     QToolButton* MakeReset(int id, const QString& label);
     void Watch(QWidget* widget, int id);
     bool KeyPressed(const QObject* watched, const QKeyEvent& event, int id);

@@ -1,30 +1,40 @@
 #include "app/desktop/CDialogWindow.h"
 
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QDragEnterEvent>
 #include <QFileDialog>
-#include <QGridLayout>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
+#include <QSpinBox>
+#include <QSplitter>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWidgetAction>
 
 #include "app/desktop/CBusyPanel.h"
 #include "app/desktop/CControlPanel.h"
+#include "app/desktop/CEffectList.h"
 #include "app/desktop/CPresetList.h"
 #include "app/desktop/CPreviewPane.h"
+#include "app/desktop/CStartWindow.h"
+#include "app/desktop/CViewBar.h"
 #include "app/desktop/Texts.h"
 #include "app/desktop/Widgets.h"
+#include "app/desktop/WindowSettings.h"
 #include "host/windowing/CDialog.h"
 
 namespace {
@@ -34,9 +44,25 @@ constexpr int kBurstMilliseconds = 800;  // a pause in typing that ends a step o
 constexpr int kProgressSteps = 1000;
 constexpr int kProgressHeight = 3;
 constexpr int kDescriptionLines = 3;
-constexpr int kButtonRoom = 10;  // beside a button's text
-constexpr double kButtonScale = 1.25;
+constexpr const char* kEffectsShown = "dialog/effects-shown";
+constexpr const char* kParts = "dialog/parts";
 constexpr double kScreenShare = 0.92;  // of the screen that a window may take
+
+// Rounded to nearest, halves up.
+COLORREF MeanOf(const QImage& pixels) {
+    int red = 0, green = 0, blue = 0;
+    for (int y = 0; y < pixels.height(); ++y) {
+        for (int x = 0; x < pixels.width(); ++x) {
+            const QRgb one = pixels.pixel(x, y);
+            red += qRed(one);
+            green += qGreen(one);
+            blue += qBlue(one);
+        }
+    }
+    const int count = pixels.width() * pixels.height();
+    const auto mean = [&](int sum) { return (2 * sum + count) / (2 * count); };
+    return CColorRef::FromRgb(mean(red), mean(green), mean(blue)).value;
+}
 
 QString FileNameOf(const std::string& path) {
     return QString::fromStdString(path).section('/', -1);
@@ -59,16 +85,17 @@ CDialogWindow::CDialogWindow(IDialogModel& model, const SDesktopOptions& options
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
 
-    auto* grid = new QGridLayout(this);
-    grid->addWidget(MakePreview(), 0, 0);
-    grid->addWidget(MakeControls(), 0, 1);
-    grid->addWidget(MakeButtons(), 1, 0, 1, 2);
-    grid->setColumnStretch(0, 1);
-    grid->setRowStretch(0, 1);
+    setAcceptDrops(options.host != nullptr);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(MakeParts(), 1);
+    layout->addWidget(MakeButtons());
     busy_ = new CBusyPanel(this);
-    if (const QScreen* on = screen()) {
+    const QScreen* on = screen();
+    if (!RestorePlace(*this, "dialog") && on) {
         resize(sizeHint().boundedTo(on->availableSize() * kScreenShare));
     }
+    if (effects_button_)
+        effects_button_->setChecked(WindowSettings()->value(kEffectsShown).toBool());
     loading_ = !snapshot.source.IsAttached();
     ShowFacts(snapshot.source);
     connect(&tick_, &QTimer::timeout, this, [this] {
@@ -105,42 +132,6 @@ void CDialogWindow::CheckLoading() {
     PreviewChanged();
 }
 
-QWidget* CDialogWindow::MakeViewBar() {
-    auto* bar = new QWidget;
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(4);
-    acting_.push_back(bar);
-    AddButton(*bar, "fit", Text(EText::Fit), {}, QKeySequence("Ctrl+0"), [this] { pane_->Fit(); });
-    AddButton(*bar, "one-to-one", Text(EText::OneToOne), {}, QKeySequence("Ctrl+1"),
-              [this] { pane_->ScaleTo(1); });
-    const auto step = [&](const char* name, const QString& sign, EText tip, const QKeySequence& key,
-                          double factor) {
-        QPushButton* button =
-            AddButton(*bar, name, sign, Text(tip), key, [this, factor] { pane_->ScaleBy(factor); });
-        button->setAccessibleName(Text(tip));
-        button->setFixedWidth(button->sizeHint().height() + 8);
-    };
-    step("smaller", "−", EText::Smaller, QKeySequence::ZoomOut, 1 / kButtonScale);
-    scale_ = new QLabel;
-    scale_->setObjectName("scale");
-    scale_->setAccessibleName(Text(EText::Scale));
-    scale_->setAlignment(Qt::AlignCenter);
-    scale_->setMinimumWidth(fontMetrics().horizontalAdvance("1600 % "));
-    layout->addWidget(scale_);
-    step("larger", "+", EText::Larger, QKeySequence::ZoomIn, kButtonScale);
-    QPushButton* split =
-        AddButton(*bar, "split", Text(EText::Split), Text(EText::SplitTip), {}, [] {});
-    split->setCheckable(true);
-    connect(split, &QPushButton::toggled, this, [this](bool on) { pane_->SetSplit(on); });
-    QPushButton* original =
-        AddButton(*bar, "original", Text(EText::Original), Text(EText::OriginalTip), {}, [] {});
-    connect(original, &QPushButton::pressed, this, [this] { HoldOriginal(true); });
-    connect(original, &QPushButton::released, this, [this] { HoldOriginal(false); });
-    layout->addStretch(1);
-    return bar;
-}
-
 QWidget* CDialogWindow::MakePreview() {
     auto* preview = new QWidget;
     auto* layout = new QVBoxLayout(preview);
@@ -168,8 +159,56 @@ QWidget* CDialogWindow::MakePreview() {
     line->addWidget(status_, 1);
     line->addWidget(facts_);
     layout->addLayout(line);
-    pane_->on_scale = [this] { ShowScale(); };
     return preview;
+}
+
+QWidget* CDialogWindow::MakeViewBar() {
+    auto* bar = new CViewBar(*pane_, this);
+    acting_.push_back(bar);
+    if (options_.host) {
+        effects_button_ = bar->Add(
+            {"show-effects", Text(EText::Effects), Text(EText::EffectsTip), QKeySequence("F9")},
+            EffectsIcon(palette()));
+        effects_button_->setCheckable(true);
+        connect(effects_button_, &QPushButton::toggled, this, [this](bool on) {
+            effects_->setVisible(on);
+            if (on) effects_->ShowPicture(options_.host->Picture());
+        });
+    }
+    bar->Add({"full-screen",
+              Text(EText::FullScreen),
+              {},
+              QKeySequence("F11"),
+              [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); }},
+             FullScreenIcon(palette()));
+    bar->Add({"help",
+              Text(EText::Help),
+              {},
+              QKeySequence::HelpContents,
+              [this] { QMessageBox::information(this, Text(EText::Help), Text(EText::HelpText)); }},
+             HelpIcon(palette()));
+    return bar;
+}
+
+// The effects at the left, if wanted, then the preview, then the controls.
+QWidget* CDialogWindow::MakeParts() {
+    parts_ = new QSplitter(Qt::Horizontal);
+    parts_->setChildrenCollapsible(false);
+    QWidget* preview = MakePreview();
+    if (options_.host) {
+        effects_ = new CEffectList(*options_.host, parts_);
+        effects_->SetCurrent(model_.EffectName());
+        effects_->on_clicked = effects_->on_activated = [this](const std::string& effect) {
+            if (effect != model_.EffectName()) GoOnWith(effect);
+        };
+        effects_->hide();
+        acting_.push_back(effects_);
+        parts_->addWidget(effects_);
+    }
+    parts_->addWidget(preview);
+    parts_->addWidget(MakeControls());
+    parts_->setStretchFactor(parts_->indexOf(preview), 1);
+    return parts_;
 }
 
 QWidget* CDialogWindow::MakeControls() {
@@ -188,38 +227,60 @@ QWidget* CDialogWindow::MakeControls() {
     description_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     description_->setContentsMargins(8, 0, 8, 0);
     description_->setFixedHeight(kDescriptionLines * fontMetrics().lineSpacing() + 2);
-    layout->addWidget(controls_, 1);
+    QSplitter* halves = halves_ = new QSplitter(Qt::Vertical);
+    halves->addWidget(controls_);
+    preset_list_ = new CPresetList(model_, CPresetList::EPlace::Panel, halves);
+    preset_list_->on_chosen = [this](const std::string& id) { LoadPreset(id); };
+
+    halves->addWidget(preset_list_);
+    halves->setStretchFactor(0, 1);
+    halves->setCollapsible(0, false);
+    acting_.push_back(halves);
+    layout->addWidget(halves, 1);
+    if (options_.host) layout->addWidget(MakeMix());
     layout->addWidget(description_);
     return side;
 }
 
-QPushButton* CDialogWindow::AddButton(QWidget& bar, const char* name, const QString& text,
-                                      const QString& tip, const QKeySequence& key,
-                                      std::function<void()> action) {
-    auto* button = new QPushButton(text);
-    button->setObjectName(name);
-    button->setAutoDefault(false);
-    button->setMinimumWidth(button->sizeHint().width() + kButtonRoom);
-    const QString keys = key.toString(QKeySequence::NativeText);
-    button->setToolTip(keys.isEmpty() ? tip : tip.isEmpty() ? keys : tip + " (" + keys + ")");
-    connect(button, &QPushButton::clicked, this, std::move(action));
-    if (!key.isEmpty()) {
-        connect(new QShortcut(key, this), &QShortcut::activated, button, [button] {
-            if (button->isEnabled()) button->click();
-        });
+// The values that all effects share: how the result is laid over the picture.
+QWidget* CDialogWindow::MakeMix() {
+    auto* bar = new QWidget;
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(8, 0, 8, 0);
+    auto* opacity = new QSpinBox;
+    opacity->setObjectName("opacity");
+    opacity->setRange(0, 100);
+    opacity->setValue(100);
+    opacity->setSuffix(" %");
+    opacity->setFocusPolicy(Qt::StrongFocus);
+    opacity->setToolTip(Text(EText::Opacity));
+    opacity->setAccessibleName(Text(EText::Opacity));
+    opacity->installEventFilter(this);
+    auto* blend = new QComboBox;
+    blend->setObjectName("blend");
+    blend->setFocusPolicy(Qt::StrongFocus);
+    blend->setToolTip(Text(EText::Blending));
+    blend->setAccessibleName(Text(EText::Blending));
+    blend->setMinimumContentsLength(8);
+    blend->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    blend->installEventFilter(this);
+    for (int i = 0; i <= static_cast<int>(ENBlendMode::Luminosity); ++i) {
+        blend->addItem(Text(static_cast<EText>(static_cast<int>(EText::FirstBlendMode) + i)));
     }
-    bar.layout()->addWidget(button);
-    return button;
-}
-
-// The button's text becomes its name and the beginning of its tip.
-void CDialogWindow::ShowAsIcon(QPushButton& button, const QIcon& icon) {
-    const QString name = button.text().remove('&');
-    button.setAccessibleName(name);
-    button.setToolTip(name + ": " + button.toolTip());
-    button.setText({});
-    button.setIcon(icon);
-    button.setMinimumWidth(button.sizeHint().width());
+    connect(opacity, &QSpinBox::valueChanged, this, [this](int value) {
+        mix_.opacity = value;
+        PreviewChanged();
+    });
+    connect(blend, &QComboBox::currentIndexChanged, this, [this](int chosen) {
+        mix_.blend = static_cast<ENBlendMode>(chosen);
+        PreviewChanged();
+    });
+    auto* label = new QLabel(Text(EText::OpacityLabel));
+    label->setBuddy(opacity);
+    layout->addWidget(label);
+    layout->addWidget(opacity);
+    layout->addWidget(blend, 1);
+    return bar;
 }
 
 QWidget* CDialogWindow::MakeButtons() {
@@ -227,58 +288,95 @@ QWidget* CDialogWindow::MakeButtons() {
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 4, 0, 0);
     acting_.push_back(bar);
-    presets_ = AddButton(*bar, "presets", Text(EText::Presets), {}, {}, [] {});
+    const QPalette colours = palette();
+    presets_ = AddButton(*bar, {"presets", Text(EText::Presets), {}});
     presets_->setMenu(new QMenu(this));
     connect(presets_->menu(), &QMenu::aboutToShow, this, [this] { FillPresetMenu(); });
-    AddButton(*bar, "reset-all", Text(EText::ResetAll), {}, {}, [this] { model_.ResetAll(); });
-    AddButton(*bar, "randomise", Text(EText::Randomise), Text(EText::RandomiseTip),
-              QKeySequence("Ctrl+R"), [this] { model_.Randomise(); });
-    undo_ = AddButton(*bar, "undo", Text(EText::Undo), Text(EText::UndoTip), QKeySequence::Undo,
-                      [this] { model_.Undo(); });
-    redo_ = AddButton(*bar, "redo", Text(EText::Redo), Text(EText::RedoTip),
-                      QKeySequence("Ctrl+Shift+Z"), [this] { model_.Redo(); });
+    AddButton(*bar, {"reset-all", Text(EText::ResetAll), {}, {}, [this] { model_.ResetAll(); }},
+              ResetIcon(colours));
+    AddButton(*bar,
+              {"randomise", Text(EText::Randomise), Text(EText::RandomiseTip),
+               QKeySequence("Ctrl+R"), [this] { model_.Randomise(); }},
+              DiceIcon(colours));
+    undo_ = AddButton(*bar,
+                      {"undo", Text(EText::Undo), Text(EText::UndoTip), QKeySequence::Undo,
+                       [this] { model_.Undo(); }},
+                      UndoIcon(colours));
+    redo_ = AddButton(*bar,
+                      {"redo", Text(EText::Redo), Text(EText::RedoTip),
+                       QKeySequence("Ctrl+Shift+Z"), [this] { model_.Redo(); }},
+                      RedoIcon(colours));
     connect(new QShortcut(QKeySequence("Ctrl+Y"), this), &QShortcut::activated, redo_,
             &QPushButton::click);
-    history_ = AddButton(*bar, "history", Text(EText::History), Text(EText::HistoryTip),
-                         QKeySequence("Ctrl+H"), [] {});
+    history_ = AddButton(
+        *bar, {"history", Text(EText::History), Text(EText::HistoryTip), QKeySequence("Ctrl+H")},
+        HistoryIcon(colours));
     history_->setMenu(new QMenu(this));
-    ShowAsIcon(*undo_, UndoIcon(palette()));
-    ShowAsIcon(*redo_, RedoIcon(palette()));
-    ShowAsIcon(*history_, HistoryIcon(palette()));
     connect(history_->menu(), &QMenu::aboutToShow, this, [this] { FillHistoryMenu(); });
     HistoryChanged();
-    QPushButton* copy =
-        AddButton(*bar, "copy", Text(EText::CopyCommandLine), Text(EText::CopyCommandLineTip),
-                  QKeySequence("Ctrl+Shift+C"), [this] { CopyCommandLine(); });
-    ShowAsIcon(*copy, CommandLineIcon(palette()));
+    AddButton(*bar,
+              {"copy", Text(EText::CopyCommandLine), Text(EText::CopyCommandLineTip),
+               QKeySequence("Ctrl+Shift+C"), [this] { CopyCommandLine(); }},
+              CommandLineIcon(colours));
     layout->addStretch(1);
-    layout->addSpacing(24);
-    if (options_.results) {
-        QPushButton* save =
-            AddButton(*bar, "save-as", Text(EText::SaveResultAs), Text(EText::SaveResultAsTip),
-                      QKeySequence("Ctrl+Shift+S"), [this] {
-                          if (!controls_->GoToWrongField()) WriteResult(true);
-                      });
-        ShowAsIcon(*save, SaveIcon(palette()));
-    }
-    QPushButton* ok = AddButton(*bar, "ok", Text(EText::Ok), {}, {}, [this] { accept(); });
+    if (options_.host) AddResultButtons(*bar);
+    QPushButton* ok = AddButton(*bar, {"ok", Text(EText::Ok), {}, {}, [this] { accept(); }});
     ok->setDefault(true);
-    AddButton(*bar, "cancel", Text(EText::Cancel), {}, {}, [this] {
-        engine_->Cancel();
-        model_.Cancel();
-    });
+    AddButton(*bar, {"cancel", Text(EText::Cancel), {}, {}, [this] {
+                         engine_->Cancel();
+                         model_.Cancel();
+                     }});
     return bar;
+}
+
+void CDialogWindow::AddResultButtons(QWidget& bar) {
+    const auto unless_wrong = [this](auto&& action) {
+        return [this, action] {
+            if (!controls_->GoToWrongField()) action();
+        };
+    };
+    AddButton(bar,
+              {"save-as", Text(EText::SaveResultAs), Text(EText::SaveResultAsTip),
+               QKeySequence("Ctrl+Shift+S"), unless_wrong([this] { WriteResult(true); })},
+              SaveIcon(palette()));
+    AddButton(bar, {"apply", Text(EText::Apply), Text(EText::ApplyTip), QKeySequence("Ctrl+Return"),
+                    unless_wrong([this] { Apply(); })});
 }
 
 int CDialogWindow::RunModal() {
     setWindowModality(Qt::ApplicationModal);
     show();
+    ShareRoom();
     activateWindow();
     controls_->FocusFirst();
     if (!ended_) loop_.exec();
     engine_->Cancel();
+    KeepPlace(*this, "dialog");
+    WindowSettings()->setValue(kParts, parts_->saveState());
+    if (effects_) {
+        WindowSettings()->setValue(kEffectsShown, effects_->isVisible());
+        effects_->ShowPicture({});
+    }
     hide();
     return result_;
+}
+
+// The controls get the room that they need, the preview and the presets the rest; where that is too
+// little for one row of presets they stay below the edge, from where they can be drawn.
+void CDialogWindow::ShareRoom() {
+    if (!parts_->restoreState(WindowSettings()->value(kParts).toByteArray())) {
+        const QWidget* side = parts_->widget(parts_->count() - 1);
+        const int width = std::min(side->sizeHint().width(),
+                                   std::max(side->minimumSizeHint().width(), parts_->width() / 3));
+        QList<int> widths(parts_->count(), 0);
+        widths[widths.size() - 1] = width;
+        widths[widths.size() - 2] = parts_->width() - width - parts_->handleWidth();
+        parts_->setSizes(widths);
+    }
+    const int all = halves_->height() - halves_->handleWidth();
+    const int rest = all - controls_->sizeHint().height();
+    if (rest >= CPresetList::kThumbnail.height()) return halves_->setSizes({all - rest, rest});
+    halves_->setSizes({all, 0});
 }
 
 // The first end counts.
@@ -292,14 +390,15 @@ void CDialogWindow::EndModal(int result) {
 void CDialogWindow::ControlChanged(const SControlState& control) { controls_->Show(control); }
 
 void CDialogWindow::PreviewChanged() {
-    engine_->Request(model_.Snapshot());
+    engine_->Request(model_.Snapshot(), mix_);
     ShowProgress();
 }
 
 void CDialogWindow::HistoryChanged() {
     undo_->setEnabled(model_.CanUndo());
     redo_->setEnabled(model_.CanRedo());
-    history_->setEnabled(model_.CanUndo() || model_.CanRedo());
+    history_->setEnabled(model_.CanUndo() || model_.CanRedo() ||
+                         (options_.host && !options_.host->Applied().empty()));
     idle_.start(kBurstMilliseconds);
 }
 
@@ -333,6 +432,15 @@ void CDialogWindow::FillHistoryMenu() {
     QMenu& menu = *history_->menu();
     menu.clear();
     const std::vector<SHistoryStep> steps = model_.History();
+    const auto applied = options_.host ? options_.host->Applied() : std::vector<std::string>();
+    if (!applied.empty()) {
+        menu.addAction(Text(EText::TakeBack).arg(QString::fromStdString(applied.back())), this,
+                       [this] {
+                           options_.host->TakeBack();
+                           GoOnWith(model_.EffectName());
+                       });
+        menu.addSeparator();
+    }
     for (int i = 0; i < static_cast<int>(steps.size()); ++i) {
         QString text = StepText(steps[static_cast<std::size_t>(i)]);
         QAction* step =
@@ -371,15 +479,13 @@ void CDialogWindow::reject() {
 void CDialogWindow::accept() {
     if (busy_->IsRunning()) return busy_->Stop();
     if (controls_->GoToWrongField()) return;
-    if (!options_.results || WriteResult(false)) model_.Ok();
+    if (!options_.host || WriteResult(false)) model_.Ok();
 }
 
 QString CDialogWindow::AskOutputFile() {
     const QString known =
-        output_.isEmpty() ? QString::fromStdString(options_.results->Suggestion()) : output_;
-    return QFileDialog::getSaveFileName(
-        this, Text(EText::SaveResult), known,
-        Text(EText::Pictures) + " (*.png *.jpg *.jpeg *.tif *.tiff *.webp)");
+        output_.isEmpty() ? QString::fromStdString(options_.host->Suggestion()) : output_;
+    return QFileDialog::getSaveFileName(this, Text(EText::SaveResult), known, PictureFilter());
 }
 
 // An OK that was pressed while the picture is still read waits for it.
@@ -409,13 +515,13 @@ bool CDialogWindow::WriteResult(bool ask) {
             replaces_ = true;  // the question covered a file that exists
         }
         const std::string file = output_.toStdString();
-        std::string error = options_.results->Check(file, replaces_);
+        std::string error = options_.host->Check(file, replaces_);
         if (error.empty()) {
             const SOutcome outcome =
                 busy_->Run(Text(EText::Making) + " " + output_, [&](IProgressSink& progress) {
-                    return options_.results->Make(file, replaces_, progress);
+                    return options_.host->Make(file, replaces_, mix_, progress);
                 });
-            written = outcome.written;
+            written = outcome.done;
             error = outcome.error;
             if (!written && error.empty()) {
                 ShowStatus(Text(EText::NotMade));
@@ -429,6 +535,40 @@ bool CDialogWindow::WriteResult(bool ask) {
     if (written) ShowStatus(Text(EText::Written).arg(output_));
     if (focus) focus->setFocus();
     return written;
+}
+
+// The result becomes the picture, and the same dialog opens on it.
+void CDialogWindow::Apply() {
+    SetBusy(true);
+    model_.Store();
+    SOutcome outcome;
+    if (WaitForPicture()) {
+        const QString name = ToQt(model_.Template().title);
+        outcome = busy_->Run(
+            name, [this](IProgressSink& progress) { return options_.host->Apply(mix_, progress); });
+        if (outcome.done) busy_->Say(Text(EText::WasApplied).arg(name));
+    }
+    SetBusy(false);
+    if (outcome.done) return GoOnWith(model_.EffectName());
+    if (!outcome.error.empty()) {
+        QMessageBox::warning(this, windowTitle(), QString::fromStdString(outcome.error));
+    }
+}
+
+void CDialogWindow::GoOnWith(const std::string& effect) {
+    options_.host->GoOnWith(effect);
+    model_.Cancel();
+}
+
+void CDialogWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!DraggedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void CDialogWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    const std::string error = options_.host->Open(DraggedFile(event->mimeData()).toStdString());
+    if (error.empty()) return GoOnWith(model_.EffectName());
+    QMessageBox::warning(this, windowTitle(), QString::fromStdString(error));
 }
 
 // Whether to try once more, `ask` being for another file.
@@ -461,6 +601,11 @@ void CDialogWindow::changeEvent(QEvent* event) {
 // The key O shows the original wherever the focus is in this window; undo and redo are the
 // dialog's, not those of the text in a field.
 bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Wheel && IsMixer(watched)) {
+        if (static_cast<QWidget*>(watched)->hasFocus()) return QDialog::eventFilter(watched, event);
+        event->ignore();
+        return true;
+    }
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     const bool shortcut = event->type() == QEvent::ShortcutOverride;
     if ((!key && !shortcut) || !isActiveWindow()) return QDialog::eventFilter(watched, event);
@@ -475,7 +620,15 @@ bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
         event->ignore();
         return true;
     }
-    if (pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter) {
+    const QWidget* focus = QApplication::focusWidget();
+    // Other texts than numbers are typed into the bars; what is typed there is theirs.
+    const auto* text = qobject_cast<const QLineEdit*>(focus);
+    if (text && !qobject_cast<const QAbstractSpinBox*>(text->parentWidget())) {
+        return QDialog::eventFilter(watched, event);
+    }
+    const bool enter = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
+    if (enter && !qobject_cast<const QAbstractItemView*>(focus) &&
+        pressed->modifiers().testFlag(Qt::ControlModifier) == false) {
         ReturnKey(*pressed);
         return true;
     }
@@ -498,12 +651,12 @@ void CDialogWindow::ReturnKey(const QKeyEvent& event) {
     if (tapped) accept();
 }
 
-void CDialogWindow::HoldOriginal(bool hold) { pane_->ShowOriginal(hold); }
-
-void CDialogWindow::ShowScale() {
-    const double percent = pane_->Scale() * 100;
-    scale_->setText(QString("%1 %").arg(percent, 0, 'f', percent < 10 ? 1 : 0));
+// The wheel turns nothing that was not clicked or tabbed to.
+bool CDialogWindow::IsMixer(const QObject* watched) {
+    return watched->objectName() == "opacity" || watched->objectName() == "blend";
 }
+
+void CDialogWindow::HoldOriginal(bool hold) { pane_->ShowOriginal(hold); }
 
 void CDialogWindow::ShowStatus(const QString& text) {
     said_ = text;
@@ -516,7 +669,9 @@ void CDialogWindow::ShowProgress() {
 }
 
 void CDialogWindow::FetchPreview() {
-    pane_->SetOriginal(engine_->Original());
+    const auto original = engine_->Original();
+    if (original && !preset_list_->HasPicture()) preset_list_->Fill(original);
+    pane_->SetOriginal(original);
     const CPreviewEngine::SShown shown = engine_->Shown();
     pane_->SetResult(shown.picture);
     ShowProgress();
@@ -531,25 +686,26 @@ void CDialogWindow::FetchPreview() {
 void CDialogWindow::PickAt(QPoint pixel) {
     const auto original = engine_->Original();
     if (!original) return;
-    const QRgb picked = original->Image(0, QRect(pixel, QSize(1, 1))).pixel(0, 0);
+    const int side = CControlPanel::PickedSide();
+    const CSize size = original->FullSize();
+    const QRect square = QRect(pixel - QPoint(side / 2, side / 2), QSize(side, side)) &
+                         QRect(0, 0, size.cx, size.cy);
     controls_->EndPicking();
-    model_.PickFromPicture(CColorRef::FromRgb(qRed(picked), qGreen(picked), qBlue(picked)).value);
+    model_.PickFromPicture(MeanOf(original->Image(0, square)));
 }
 
 void CDialogWindow::FillPresetMenu() {
     QMenu& menu = *presets_->menu();
     menu.clear();
-    auto* list = new CPresetList(model_, engine_->Original(), &menu);
+    auto* list = new CPresetList(model_, CPresetList::EPlace::Menu, &menu);
+    list->Fill(engine_->Original());
     auto* shown = new QWidgetAction(&menu);
     shown->setDefaultWidget(list);
     menu.addAction(shown);
-    const auto load = [this, &menu](const QListWidgetItem* item) {
-        const std::string id = CPresetList::IdOf(*item);
+    list->on_chosen = [this, &menu](const std::string& id) {
         menu.close();
         LoadPreset(id);
     };
-    connect(list, &QListWidget::itemClicked, this, load);
-    connect(list, &QListWidget::itemActivated, this, load);
     list->setFocus();
     menu.addSeparator();
     menu.addAction(Text(EText::SaveAs), this, [this] { SavePreset(); });
@@ -586,15 +742,19 @@ void CDialogWindow::SavePreset() {
         });
     if (exists && !Ask(Text(EText::ReplacePreset).arg(name))) return;
     Report(model_.SavePreset(name.toStdString(), exists));
+    preset_list_->Fill(engine_->Original());
 }
 
 void CDialogWindow::DeletePreset(const QString& name) {
     if (Ask(Text(EText::DeletePreset).arg(name))) Report(model_.DeletePreset(name.toStdString()));
+    preset_list_->Fill(engine_->Original());
 }
 
 void CDialogWindow::CopyCommandLine() {
-    const std::string output = options_.output.empty() ? "result.png" : options_.output;
-    QApplication::clipboard()->setText(
-        QString::fromStdString(model_.CommandLine(options_.input, output)));
+    const std::string output = output_.isEmpty() ? "result.png" : output_.toStdString();
+    model_.Store();
+    std::string line = model_.CommandLine(options_.input, output);
+    if (options_.host) line = options_.host->CommandLine(line, output, mix_);
+    QApplication::clipboard()->setText(QString::fromStdString(line));
     ShowStatus(Text(EText::CommandLineCopied));
 }

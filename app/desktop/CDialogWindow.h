@@ -11,10 +11,13 @@
 
 class CBusyPanel;
 class CControlPanel;
+class CEffectList;
+class CPresetList;
 class CPreviewPane;
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QSplitter;
 class QToolButton;
 class QVBoxLayout;
 
@@ -44,15 +47,21 @@ class CDialogWindow final : public QDialog, public IDialogView {
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     QWidget* MakeViewBar();
     QWidget* MakePreview();
     QWidget* MakeControls();
     QWidget* MakeButtons();
-    QPushButton* AddButton(QWidget& bar, const char* name, const QString& text, const QString& tip,
-                           const QKeySequence& key, std::function<void()> action);
-    static void ShowAsIcon(QPushButton& button, const QIcon& icon);
+    QWidget* MakeParts();
+    QWidget* MakeMix();
+    void AddResultButtons(QWidget& bar);
+    void Apply();
+    void ShareRoom();
+    void GoOnWith(const std::string& effect);
+    static bool IsMixer(const QObject* watched);
     void FillPresetMenu();
     void FillHistoryMenu();
     QString StepText(const SHistoryStep& step) const;
@@ -76,7 +85,6 @@ class CDialogWindow final : public QDialog, public IDialogView {
 
     void ShowFacts(const CRowIteratorBands& picture);
     void CheckLoading();
-    void ShowScale();
     void ShowProgress();
     void ShowStatus(const QString& text);
     void FetchPreview();
@@ -90,8 +98,13 @@ class CDialogWindow final : public QDialog, public IDialogView {
     CBusyPanel* busy_ = nullptr;
     std::vector<QWidget*> acting_;  // what a user changes something with
     CControlPanel* controls_ = nullptr;
-    QLabel *scale_ = nullptr, *status_ = nullptr, *facts_ = nullptr, *description_ = nullptr;
+    QLabel *status_ = nullptr, *facts_ = nullptr, *description_ = nullptr;
     QProgressBar* progress_ = nullptr;
+    CPresetList* preset_list_ = nullptr;
+    CEffectList* effects_ = nullptr;  // null where there is no host, as is its button
+    QPushButton* effects_button_ = nullptr;
+    QSplitter *parts_ = nullptr, *halves_ = nullptr;
+    SLayerMix mix_;
     QPushButton *presets_ = nullptr, *undo_ = nullptr, *redo_ = nullptr, *history_ = nullptr;
     QString output_;            // the file of the result; empty: to be asked for
     bool replaces_ = false;     // whether the user wants it replaced if it exists

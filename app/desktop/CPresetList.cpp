@@ -4,6 +4,7 @@
 
 #include "app/desktop/CResourceBrowser.h"
 #include "app/desktop/Texts.h"
+#include "app/desktop/Widgets.h"
 
 namespace {
 
@@ -49,10 +50,9 @@ QImage MakeThumbnail(const SPreviewSnapshot& snapshot, const std::stop_token& st
 
 }  // namespace
 
-CPresetList::CPresetList(const IDialogModel& model, const std::shared_ptr<const CPyramid>& original,
-                         QWidget* parent)
-    : QListWidget(parent) {
-    setObjectName("preset-list");
+CPresetList::CPresetList(const IDialogModel& model, EPlace place, QWidget* parent)
+    : QListWidget(parent), model_(model), place_(place) {
+    setObjectName(place == EPlace::Menu ? "preset-list" : "presets-shown");
     setAccessibleName(Text(EText::Presets).remove('&'));
     setViewMode(QListView::IconMode);
     setMovement(QListView::Static);
@@ -61,20 +61,37 @@ CPresetList::CPresetList(const IDialogModel& model, const std::shared_ptr<const 
     setIconSize(kThumbnail);
     setGridSize(kThumbnail + kRoom);
     setFrameShape(QFrame::NoFrame);
+    setItemDelegate(new CFrameDelegate(this));
+    if (place == EPlace::Panel) setMinimumSize(1, 1);
+    connect(this, &QListWidget::itemClicked, this, &CPresetList::Choose);
+    connect(this, &QListWidget::itemActivated, this, &CPresetList::Choose);
+    if (place == EPlace::Panel) Fill({});
+}
 
+// A click may be reported as an activation, too.
+void CPresetList::Choose(const QListWidgetItem* item) {
+    const std::string id = item->data(Qt::UserRole).toString().toStdString();
+    if (on_chosen) on_chosen(id);
+}
+
+void CPresetList::Fill(const std::shared_ptr<const CPyramid>& original) {
+    thread_ = {};  // the one before has ended
+    clear();
+    has_picture_ = original != nullptr;
     const QIcon room(PictureOf({}, kThumbnail));  // or the pictures to come would not be in line
     std::vector<SPreviewSnapshot> snapshots;
-    for (const SPresetEntry& preset : model.Presets()) {
+    for (const SPresetEntry& preset : model_.Presets()) {
         auto* item = new QListWidgetItem(room, ToQt(preset.name), this);
         item->setData(Qt::UserRole, QString::fromStdString(preset.id));
         item->setToolTip(ToQt(preset.description));
         if (original) {
-            snapshots.push_back(model.PresetSnapshot(preset.id, ThumbnailSource(*original)));
+            snapshots.push_back(model_.PresetSnapshot(preset.id, ThumbnailSource(*original)));
         }
     }
-    const int rows = std::clamp((count() + kColumns - 1) / kColumns, 1, kMostRows);
-    setFixedSize(kColumns * gridSize().width() + 24, rows * gridSize().height() + 6);
-
+    if (place_ == EPlace::Menu) {
+        const int rows = std::clamp((count() + kColumns - 1) / kColumns, 1, kMostRows);
+        setFixedSize(kColumns * gridSize().width() + 24, rows * gridSize().height() + 6);
+    }
     thread_ = std::jthread([this, all = std::move(snapshots)](const std::stop_token& stop) {
         for (std::size_t row = 0; row < all.size() && !stop.stop_requested(); ++row) {
             if (!all[row].command) continue;
@@ -86,14 +103,10 @@ CPresetList::CPresetList(const IDialogModel& model, const std::shared_ptr<const 
     });
 }
 
-std::string CPresetList::IdOf(const QListWidgetItem& item) {
-    return item.data(Qt::UserRole).toString().toStdString();
-}
-
 void CPresetList::ShowThumbnail(int row, const QImage& image) {
     QPixmap pixmap(kThumbnail);
     pixmap.fill(Qt::transparent);
     QPainter(&pixmap).drawImage((kThumbnail.width() - image.width()) / 2,
                                 (kThumbnail.height() - image.height()) / 2, image);
-    item(row)->setIcon(QIcon(pixmap));
+    if (row < count()) item(row)->setIcon(QIcon(pixmap));
 }

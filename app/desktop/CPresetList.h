@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QListWidget>
+#include <functional>
 #include <memory>
 #include <thread>
 
@@ -13,15 +14,23 @@ class CPresetList final : public QListWidget {
   public:
     static constexpr QSize kThumbnail{96, 72};
 
-    // `original` may be empty: there are no thumbnails then.
-    CPresetList(const IDialogModel& model, const std::shared_ptr<const CPyramid>& original,
-                QWidget* parent);
+    enum class EPlace { Menu, Panel };
+    CPresetList(const IDialogModel& model, EPlace place, QWidget* parent);
 
-    // What the preset of an item is called when it is loaded.
-    static std::string IdOf(const QListWidgetItem& item);
+    // The user wants a preset, by what it is called when it is loaded.
+    std::function<void(const std::string& id)> on_chosen;
+    // Reads the presets; `original` may be empty: there are no thumbnails then.
+    void Fill(const std::shared_ptr<const CPyramid>& original);
+    QSize sizeHint() const override { return {0, kThumbnail.height() + 44}; }
+    QSize minimumSizeHint() const override { return {0, 0}; }
+    bool HasPicture() const { return has_picture_; }
 
   private:
     void ShowThumbnail(int row, const QImage& image);
+    void Choose(const QListWidgetItem* item);
 
+    const IDialogModel& model_;
+    const EPlace place_;
+    bool has_picture_ = false;
     std::jthread thread_;
 };

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/desktop/ReducedPreview.h"
+#include "hostlib/graphics/SelectionBlend.h"
 
 namespace {
 
@@ -25,6 +26,26 @@ constexpr auto kQuiet = 30ms;
 std::string ReasonOf(const CErrorAutoThrow& error) {
     if (!error.Failed()) return "not enough memory";
     return *error.Text() ? error.Text() : "error " + std::to_string(static_cast<int>(error.Code()));
+}
+
+// The effect's picture laid over the source, as a step of a recipe is.
+CErrorAutoThrow MakePicture(const SPreviewSnapshot& snapshot, const SLayerMix& mix,
+                            CStatusControl& status, CRowIteratorBands& result) {
+    const bool limits_mixed = mix.blend != ENBlendMode::Normal && snapshot.selection.IsAttached();
+    const CRowIterator selection = limits_mixed ? CRowIterator() : snapshot.selection;
+    CErrorAutoThrow error = snapshot.command->Preview(&status, snapshot.source, result, &selection,
+                                                      snapshot.context.Get());
+    if (error.Failed() || mix.IsPlain()) return error;
+    if (result.SharesPixelsWith(snapshot.source)) {
+        const CRowIteratorBands shared = result;
+        result.Destroy();
+        error = result.Copy(shared, 0);
+    }
+    if (!error.Failed()) {
+        error = BlendLayer(snapshot.source, mix.blend, mix.opacity / 100.0, result);
+    }
+    if (error.Failed() || !limits_mixed) return error;
+    return BlendBySelection(snapshot.source, snapshot.selection, result);
 }
 
 double Pixels(const CRowIteratorBands& picture) {
@@ -72,13 +93,13 @@ CPreviewEngine::~CPreviewEngine() {
     thread_.join();
 }
 
-int CPreviewEngine::Request(SPreviewSnapshot snapshot) {
+int CPreviewEngine::Request(SPreviewSnapshot snapshot, const SLayerMix& mix) {
     int request = 0;
     {
         const std::lock_guard lock(mutex_);
         request = ++newest_;
         ++counters_.requested;
-        waiting_ = SJob{std::move(snapshot), request};
+        waiting_ = SJob{std::move(snapshot), mix, request};
     }
     wake_.notify_one();
     return request;
@@ -181,8 +202,7 @@ bool CPreviewEngine::RunReduced(const SJob& job, int level) {
     CStage stage(*this, job.request, false);
     CStatusControl status(&stage);
     CRowIteratorBands result;
-    const CErrorAutoThrow error = snapshot.command->Preview(
-        &status, snapshot.source, result, &snapshot.selection, snapshot.context.Get());
+    const CErrorAutoThrow error = MakePicture(snapshot, job.mix, status, result);
     if (error.Failed()) {
         seconds_per_pixel_ *= 2;
         if (!stage.Stop()) return true;
@@ -219,8 +239,7 @@ void CPreviewEngine::RunExact(const SJob& job, bool yields) {
     CStage stage(*this, job.request, yields);
     CStatusControl status(&stage);
     CRowIteratorBands result;
-    const CErrorAutoThrow error = snapshot.command->Preview(
-        &status, snapshot.source, result, &snapshot.selection, snapshot.context.Get());
+    const CErrorAutoThrow error = MakePicture(snapshot, job.mix, status, result);
     const auto stop = [&] { return stage.Stop(); };
     auto picture =
         error.Failed() ? nullptr : CPyramid::Make(result, 0, original_->FullSize(), stop);

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "app/desktop/CPyramid.h"
+#include "app/desktop/IDesktop.h"
 #include "hostlib/windowing/IToolkit.h"
 
 // Computes previews on a thread of its own, one at a time and always the newest one asked for. A
@@ -44,7 +45,7 @@ class CPreviewEngine {
     CPreviewEngine& operator=(const CPreviewEngine&) = delete;
 
     // Replaces whatever was asked for before. Answers the request's number.
-    int Request(SPreviewSnapshot snapshot);
+    int Request(SPreviewSnapshot snapshot, const SLayerMix& mix = {});
     // Gives up the request that is running or waiting; what is shown stays.
     void Cancel();
     // Whether a request is not finished yet.
@@ -61,6 +62,7 @@ class CPreviewEngine {
     class CStage;
     struct SJob {
         SPreviewSnapshot snapshot;
+        SLayerMix mix;
         int request = 0;
     };
 

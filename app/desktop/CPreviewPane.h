@@ -51,7 +51,7 @@ class CPreviewPane final : public QWidget {
     QRectF PictureRect() const;
 
     QSize sizeHint() const override { return {760, 560}; }
-    QSize minimumSizeHint() const override { return {280, 220}; }
+    QSize minimumSizeHint() const override { return {160, 160}; }
 
   protected:
     void paintEvent(QPaintEvent*) override;

@@ -5,6 +5,7 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPainter>
@@ -14,6 +15,7 @@
 
 #include "app/desktop/CPyramid.h"
 #include "app/desktop/Texts.h"
+#include "app/desktop/Widgets.h"
 #include "hostlib/windowing/IToolkit.h"
 
 namespace {
@@ -48,6 +50,7 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
       control_(control),
       before_(model.Control(control).selected),
       category_before_(model.Control(control).category),
+      search_(new QLineEdit),
       list_(new QListWidget),
       buttons_(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel)) {
     setWindowTitle(title);
@@ -67,9 +70,15 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
     connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
+    search_->setObjectName("search");
+    search_->setPlaceholderText(Text(EText::SearchLibrary));
+    search_->setAccessibleName(Text(EText::SearchLibrary));
+    search_->setClearButtonEnabled(true);
+    connect(search_, &QLineEdit::textChanged, this, [this] { Filter(); });
+
     auto* choosers = new QHBoxLayout;
     if (!model_.Control(control_).categories.empty()) choosers->addWidget(MakeCategories());
-    choosers->addStretch(1);
+    choosers->addWidget(search_, 1);
     choosers->addWidget(view);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(choosers);
@@ -77,6 +86,7 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
     layout->addWidget(buttons_);
 
     list_->setAccessibleName(title);
+    list_->setItemDelegate(new CFrameDelegate(list_));
     list_->setResizeMode(QListView::Adjust);
     list_->setMovement(QListView::Static);
     list_->setWordWrap(true);
@@ -155,7 +165,16 @@ void CResourceBrowser::Fill() {
         new QListWidgetItem(room, ToQt(entry.text), list_);
     }
     list_->setCurrentRow(state.selected);
+    Filter();
     loading_.start();
+}
+
+void CResourceBrowser::Filter() {
+    const QString wanted = search_->text().trimmed();
+    for (int i = 0; i < list_->count(); ++i) {
+        QListWidgetItem* item = list_->item(i);
+        item->setHidden(!item->text().contains(wanted, Qt::CaseInsensitive));
+    }
 }
 
 // One picture at a time, so that the window never waits for the disk.

@@ -10,6 +10,7 @@
 
 class QComboBox;
 class QDialogButtonBox;
+class QLineEdit;
 class QListWidget;
 struct IDialogModel;
 
@@ -31,6 +32,7 @@ class CResourceBrowser final : public QDialog {
   private:
     QComboBox* MakeCategories();
     void Fill();
+    void Filter();
     void ShowView(int view);
     void LoadNext();
     void AddPhotograph(const AddPicture& add);
@@ -40,6 +42,7 @@ class CResourceBrowser final : public QDialog {
     const int control_;
     const int before_;
     const CString category_before_;
+    QLineEdit* search_;
     QListWidget* list_;
     QDialogButtonBox* buttons_;
     int loaded_ = 0;

@@ -1,7 +1,6 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <QFileDialog>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
@@ -11,6 +10,7 @@
 
 #include "app/desktop/CDialogWindow.h"
 #include "app/desktop/CModifierWatch.h"
+#include "app/desktop/CStartWindow.h"
 #include "app/desktop/IDesktop.h"
 #include "app/desktop/Texts.h"
 
@@ -64,6 +64,8 @@ class CDesktop final : public IDesktop {
     }
 
     IToolkit& Toolkit() override { return toolkit_; }
+    SDesktopOptions& Options() override { return options_; }
+    std::string ChooseEffect() override { return CStartWindow(*options_.host, options_).Choose(); }
 
     void ShowError(const std::string& text) override {
         QMessageBox::warning(nullptr, {}, QString::fromStdString(text));

@@ -6,27 +6,70 @@
 #include <vector>
 
 #include "host/core/Geometry.h"
+#include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/CStatusControl.h"
+#include "hostlib/graphics/LayerBlend.h"
 
 struct IToolkit;
 
-// What became of a result: it is in its file, or there is a reason why not, or neither: the work
-// was stopped.
+// What became of a result: it is done, or there is a reason why not, or neither: it was stopped.
 struct SOutcome {
-    bool written = false;
+    bool done = false;
     std::string error;
 };
 
-// Makes results of the open dialog's values, and writes them.
-struct IResultMaker {
-    virtual ~IResultMaker() = default;
+// One of the effects, as a list shows it.
+struct SEffectEntry {
+    std::string id;                 // the component name
+    std::string name, description;  // in the user's language
+};
+
+// How the effect's result is laid over the picture.
+struct SLayerMix {
+    int opacity = 100;  // per cent
+    ENBlendMode blend = ENBlendMode::Normal;
+    bool IsPlain() const { return opacity == 100 && blend == ENBlendMode::Normal; }
+    bool operator==(const SLayerMix&) const = default;
+};
+
+// What the windows ask of the program that opened them: pictures, effects and results. Where
+// nothing else is said, all is called on the windows' thread, and errors are texts for the user;
+// an empty one is none.
+struct IEditHost {
+    virtual ~IEditHost() = default;
+
+    virtual std::vector<SEffectEntry> Effects() const = 0;
+    // What an effect makes of a small picture with its usual values; unattached for nothing. On any
+    // thread.
+    virtual CRowIteratorBands Try(const std::string& effect, const CRowIteratorBands& picture,
+                                  IProgressSink& progress) const = 0;
+    // The dialog that is about to be cancelled is to be followed by that of this effect.
+    virtual void GoOnWith(const std::string& effect) = 0;
+
+    // Makes a file the picture, whose reading begins. An error leaves the picture as it was.
+    virtual std::string Open(const std::string& file) = 0;
+    // Whether the picture has come, or an error has, and the picture, unattached until then.
+    virtual bool PictureCame() = 0;
+    virtual CRowIteratorBands Picture() const = 0;
+
+    // Makes the result the picture that the next effect starts from. On a thread of its own, as
+    // Make. Applied are the names of the effects that were; TakeBack undoes the last one.
+    virtual SOutcome Apply(const SLayerMix& mix, IProgressSink& progress) = 0;
+    virtual std::vector<std::string> Applied() const = 0;
+    virtual void TakeBack() = 0;
+
     // A name to begin with when the user is asked for one.
     virtual std::string Suggestion() const = 0;
-    // Why a result cannot go to a file; empty when it can. `replace`: instead of one that exists.
+    // Why a result cannot go to a file. `replace`: instead of one that exists.
     virtual std::string Check(const std::string& file, bool replace) const = 0;
-    // Makes the result and writes it whole or not at all. Called on a thread of its own; the values
-    // and the picture stay as they are for so long.
-    virtual SOutcome Make(const std::string& file, bool replace, IProgressSink& progress) = 0;
+    // Makes the result and writes it whole or not at all. Called on a thread of its own; values and
+    // picture stay as they are for so long.
+    virtual SOutcome Make(const std::string& file, bool replace, const SLayerMix& mix,
+                          IProgressSink& progress) = 0;
+    // A command line that does what was applied and what the dialog shows, quoted for a shell;
+    // `single` is that of the dialog's effect alone.
+    virtual std::string CommandLine(const std::string& single, const std::string& output,
+                                    const SLayerMix& mix) const = 0;
 };
 
 // What a program says when it asks for windows.
@@ -45,7 +88,7 @@ struct SDesktopOptions {
     std::function<std::string(bool pattern, const std::string& file, const std::string& category)>
         add_picture = {};
     std::function<bool()> interrupted = {};  // whether the process was asked to stop; may be empty
-    IResultMaker* results = nullptr;         // not owned; null: OK only takes the values over
+    IEditHost* host = nullptr;               // not owned; null: OK only takes the values over
 };
 
 // Windows on a screen. It lives in a library of its own, so that programs without windows load no
@@ -54,6 +97,11 @@ struct IDesktop {
     virtual ~IDesktop() = default;
     virtual IToolkit& Toolkit() = 0;
     virtual void ShowError(const std::string& text) = 0;
+    // What windows that are opened from now on are told.
+    virtual SDesktopOptions& Options() = 0;
+    // Lets the user choose one of the effects, and a picture if there is none yet; empty when the
+    // user thinks better of it.
+    virtual std::string ChooseEffect() = 0;
 };
 
 // The one function of the library, under this name. Ends the process with status 7 and a message

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScreen>
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -153,6 +154,39 @@ void CNumberField::focusOutEvent(QFocusEvent* event) {
     if (on_left) on_left();
 }
 
+void CFrameDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+    QStyleOptionViewItem plain = option;
+    const bool selected = plain.state.testFlag(QStyle::State_Selected);
+    plain.state.setFlag(QStyle::State_Selected, false);
+    QStyledItemDelegate::paint(painter, plain, index);
+    if (!selected) return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(option.palette.color(QPalette::Highlight), 3));
+    painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 2, -2, -2), 4, 4);
+    painter->restore();
+}
+
+void PlaceBesidePreview(QWidget& dialog) {
+    constexpr int kNarrowest = 320, kFrame = 8;
+    const QWidget* window = dialog.parentWidget();
+    const auto* preview = window ? window->findChild<const QWidget*>("preview") : nullptr;
+    if (!preview || !window->screen()) return;
+    const QRect screen = window->screen()->availableGeometry();
+    const QRect pane(preview->mapToGlobal(QPoint()), preview->size());
+    const QSize wanted = dialog.size().expandedTo(dialog.sizeHint()).boundedTo(screen.size());
+    const int right = screen.right() - pane.right() - 2 * kFrame;
+    const int left = pane.left() - screen.left() - 2 * kFrame;
+    const bool at_right = right >= wanted.width() || right >= left;
+    const int width = std::min(wanted.width(), std::max(at_right ? right : left, kNarrowest));
+    dialog.resize(width, wanted.height());
+    const int x = at_right ? pane.right() + kFrame : pane.left() - kFrame - width;
+    const int lowest = screen.bottom() - wanted.height() - 4 * kFrame;
+    dialog.move(std::clamp(x, screen.left(), std::max(screen.left(), screen.right() - width)),
+                std::max(screen.top(), std::min(pane.top(), lowest)));
+}
+
 QIcon SwatchIcon(QRgb colour, QSize size) {
     QPixmap pixmap(size);
     pixmap.fill(QColor(colour));
@@ -208,6 +242,74 @@ QIcon HistoryIcon(const QPalette& palette) {
     return DrawnIcon(palette, [](QPainter& painter) {
         painter.drawEllipse(QRectF(2, 2, 12, 12));
         painter.drawPolyline(QPolygonF({{8, 4.5}, {8, 8}, {10.5, 9.5}}));
+    });
+}
+
+QIcon SplitIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawRect(QRectF(1.5, 2.5, 13, 11));
+        painter.fillRect(QRectF(2, 3, 6, 10), painter.pen().color());
+    });
+}
+
+QIcon EyeIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        QPainterPath eye(QPointF(1, 8));
+        eye.quadTo(8, 0, 15, 8);
+        eye.quadTo(8, 16, 1, 8);
+        painter.drawPath(eye);
+        painter.setBrush(painter.pen().color());
+        painter.drawEllipse(QPointF(8, 8), 2, 2);
+    });
+}
+
+QIcon StarIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        QPolygonF star;
+        for (int i = 0; i < 10; ++i) {
+            const double direction = Radians(kQuarterTurn + 36 * i);
+            const double radius = i % 2 == 0 ? 7 : 3;
+            star << QPointF(8 + radius * std::cos(direction), 8.5 - radius * std::sin(direction));
+        }
+        painter.drawPolygon(star);
+    });
+}
+
+QIcon EffectsIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        for (const double x : {2.0, 9.0}) {
+            for (const double y : {2.0, 9.0}) painter.drawRect(QRectF(x, y, 5, 5));
+        }
+    });
+}
+
+QIcon FullScreenIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawPolyline(QPolygonF({{1.5, 5.5}, {1.5, 2}, {5.5, 2}}));
+        painter.drawPolyline(QPolygonF({{10.5, 2}, {14.5, 2}, {14.5, 5.5}}));
+        painter.drawPolyline(QPolygonF({{14.5, 10.5}, {14.5, 14}, {10.5, 14}}));
+        painter.drawPolyline(QPolygonF({{5.5, 14}, {1.5, 14}, {1.5, 10.5}}));
+    });
+}
+
+QIcon HelpIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        QPainterPath mark(QPointF(4.5, 5.5));
+        mark.cubicTo(4.5, 0, 12, 0.5, 11.5, 5);
+        mark.cubicTo(11, 7.5, 8, 7.5, 8, 10.5);
+        painter.drawPath(mark);
+        painter.drawPoint(QPointF(8, 13.8));
+    });
+}
+
+QIcon DiceIcon(const QPalette& palette) {
+    return DrawnIcon(palette, [](QPainter& painter) {
+        painter.drawRoundedRect(QRectF(1.5, 1.5, 13, 13), 3, 3);
+        painter.setBrush(painter.pen().color());
+        painter.setPen(Qt::NoPen);
+        for (const QPointF dot : {QPointF(5, 5), QPointF(8, 8), QPointF(11, 11)}) {
+            painter.drawEllipse(dot, 1.4, 1.4);
+        }
     });
 }
 

@@ -3,6 +3,7 @@
 #include <QAbstractSpinBox>
 #include <QDial>
 #include <QIcon>
+#include <QStyledItemDelegate>
 #include <functional>
 
 struct SControlState;
@@ -53,6 +54,17 @@ class CNumberField final : public QAbstractSpinBox {
     bool wrong_ = false;
 };
 
+// Shows what is selected in a list by a frame, so that pictures keep their colours.
+class CFrameDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+};
+
+// Lets a dialog open beside the preview of its window, not over it, as far as the screen allows.
+void PlaceBesidePreview(QWidget& dialog);
+
 // Small pictures for buttons, drawn in the palette's colours.
 QIcon SwatchIcon(QRgb colour, QSize size);
 QIcon ResetIcon(const QPalette& palette);
@@ -60,5 +72,12 @@ QIcon PipetteIcon(const QPalette& palette);
 QIcon UndoIcon(const QPalette& palette);
 QIcon RedoIcon(const QPalette& palette);
 QIcon HistoryIcon(const QPalette& palette);
+QIcon SplitIcon(const QPalette& palette);
+QIcon EyeIcon(const QPalette& palette);
+QIcon StarIcon(const QPalette& palette);
+QIcon EffectsIcon(const QPalette& palette);
+QIcon FullScreenIcon(const QPalette& palette);
+QIcon HelpIcon(const QPalette& palette);
+QIcon DiceIcon(const QPalette& palette);
 QIcon SaveIcon(const QPalette& palette);
 QIcon CommandLineIcon(const QPalette& palette);

@@ -12,8 +12,10 @@ bool IsPlain(char c) {
            std::string("_-./,:=+@%").find(c) != std::string::npos;
 }
 
+}  // namespace
+
 // Within single quotes a shell takes everything as it stands, but for the quote itself.
-std::string Quoted(const std::string& word) {
+std::string QuotedForShell(const std::string& word) {
     if (!word.empty() && std::all_of(word.begin(), word.end(), IsPlain)) return word;
     std::string quoted = "'";
     for (const char c : word) {
@@ -26,22 +28,20 @@ std::string Quoted(const std::string& word) {
     return quoted + "'";
 }
 
-// A file name that begins with a dash would be read as an option.
 std::string QuotedFile(const std::string& file) {
-    return Quoted(file.starts_with('-') ? "./" + file : file);
+    return QuotedForShell(file.starts_with('-') ? "./" + file : file);
 }
-
-}  // namespace
 
 std::string ApplyCommandLine(const std::string& effect, const std::string& input,
                              const std::string& output, IParameterRepository& repository) {
-    std::string line = "cmdtexture apply " + Quoted(effect) + " " + QuotedFile(input) + " -o " +
-                       QuotedFile(output);
+    std::string line = "cmdtexture apply " + QuotedForShell(effect) + " " + QuotedFile(input) +
+                       " -o " + QuotedFile(output);
     for (const IParameter* parameter : parameters::All(repository)) {
         const bool is_default = parameter->Number() == parameter->DefaultNumber() &&
                                 parameter->Text() == parameter->DefaultText();
         if (is_default) continue;
-        line += " -p " + Quoted(ToUtf8(parameter->Name()) + "=" + parameters::ToText(*parameter));
+        line += " -p " +
+                QuotedForShell(ToUtf8(parameter->Name()) + "=" + parameters::ToText(*parameter));
     }
     return line;
 }

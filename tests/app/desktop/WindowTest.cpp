@@ -413,8 +413,10 @@ TEST_F(Window, SplitAndHoldShowTheOriginal) {
         };
         int left = 0, right = 0;
         const int line = pane.width() / 4;
-        for (int x = static_cast<int>(place.left()) + 5; x < line - 5; ++x) left += !original(x);
-        for (int x = line + 5; x < static_cast<int>(place.right()) - 5; ++x) right += !original(x);
+        const int first = std::max(static_cast<int>(place.left()), 0);
+        const int last = std::min(static_cast<int>(place.right()), pane.width());
+        for (int x = first + 5; x < line - 5; ++x) left += !original(x);
+        for (int x = line + 5; x < last - 5; ++x) right += !original(x);
         EXPECT_EQ(left, 0);
         EXPECT_GT(right, 50);
     });
