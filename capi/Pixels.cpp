@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -103,7 +104,7 @@ void CopyRows(const cmdtexture_image& shape, const std::uint8_t* from, std::ptrd
               std::uint8_t* to, std::ptrdiff_t to_stride) {
     const Swap swap = RedIsFirst(shape.layout) ? SwapFor(FormatOf(shape)) : nullptr;
     const std::size_t bytes = RowBytes(shape);
-    const std::size_t block = 1 + kBlockBytes / bytes;
+    const std::size_t block = 1 + kBlockBytes / std::max<std::size_t>(bytes, 1);
     const tbb::blocked_range<int> rows(0, shape.height, block);
     tbb::parallel_for(rows, [&](const tbb::blocked_range<int>& range) {
         for (int y = range.begin(); y < range.end(); ++y) {

@@ -89,6 +89,7 @@ CLibrary::CLibrary(const std::optional<std::string>& prefix,
                    const std::optional<std::string>& language,
                    const std::vector<std::string>& resource_folders) {
     std::vector<const char*> folders;
+    folders.reserve(resource_folders.size());
     for (const std::string& folder : resource_folders) folders.push_back(folder.c_str());
     cmdtexture_options options{};
     options.size = sizeof options;
@@ -131,8 +132,9 @@ void CLibrary::Run(const std::string& name, const std::optional<std::string>& pr
         const Owned<cmdtexture_effect> effect(raw);
         // In the order in which they build on one another.
         if (run.canvas) {
-            const auto [width, height] = *run.canvas;
-            Do([&](auto e) { return cmdtexture_effect_set_canvas(raw, width, height, e); });
+            Do([&](auto e) {
+                return cmdtexture_effect_set_canvas(raw, run.canvas->first, run.canvas->second, e);
+            });
         }
         if (preset) {
             Do([&](auto e) { return cmdtexture_effect_set_preset(raw, preset->c_str(), e); });
@@ -152,8 +154,9 @@ void CLibrary::RunRecipe(const std::string& recipe, bool is_file, const SRun& ru
         });
         const Owned<cmdtexture_recipe> steps(raw);
         if (run.canvas) {
-            const auto [width, height] = *run.canvas;
-            Do([&](auto e) { return cmdtexture_recipe_set_canvas(raw, width, height, e); });
+            Do([&](auto e) {
+                return cmdtexture_recipe_set_canvas(raw, run.canvas->first, run.canvas->second, e);
+            });
         }
         Do([&](auto e) { return cmdtexture_recipe_apply(raw, &from, &to, &how, e); });
     });

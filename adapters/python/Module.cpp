@@ -12,7 +12,7 @@ namespace {
 
 void RaiseFailure(std::exception_ptr thrown) {
     try {
-        if (thrown) std::rethrow_exception(thrown);
+        if (thrown) std::rethrow_exception(std::move(thrown));
     } catch (const SFailure& failure) {
         const py::object error =
             py::module_::import("cmdtexture._errors")

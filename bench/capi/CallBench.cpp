@@ -62,7 +62,7 @@ void Call(benchmark::State& state, const char* name) {
     call();
     make_copy();
     std::vector<double> effects, calls, beyond;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         double copying = 1e9;
         for (int i = 0; i < 3; ++i) {
             copying = std::min(copying, bench::ProcessorSecondsOf(make_copy));
