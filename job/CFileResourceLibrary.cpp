@@ -10,6 +10,9 @@
 
 namespace {
 
+constexpr std::size_t kMostKept = 2;                 // a pattern and a texture
+constexpr std::uint64_t kLargestKept = 64ull << 20;  // bytes of pixels
+
 std::filesystem::path FolderFor(const std::filesystem::path& folder, int type) {
     const char* name = type == CFileResourceLibrary::kPatterns ? "patterns" : "textures";
     std::error_code none;
@@ -67,9 +70,33 @@ CErrorAutoThrow CFileResourceLibrary::LoadImage(int type, const CString& name,
             return {TolmErrorCode::NotFound,
                     fmt::format("there is no picture \"{}\"", ToUtf8(name))};
         }
-        image = pictures_->Read(found->file);
+        image = Decode(found->file);
         return {};
     });
+}
+
+// Who applies one pattern to many pictures would otherwise spend more on decoding than on the
+// effect.
+CRowIteratorBands CFileResourceLibrary::Decode(const std::filesystem::path& file) {
+    SDecoded fresh{
+        file, std::filesystem::last_write_time(file), std::filesystem::file_size(file), {}};
+    {
+        const std::scoped_lock lock(mutex_);
+        for (const SDecoded& kept : decoded_) {
+            const bool is_same =
+                kept.file == file && kept.time == fresh.time && kept.bytes == fresh.bytes;
+            if (is_same) return kept.picture;
+        }
+    }
+    fresh.picture = pictures_->Read(file);
+    const auto bytes = static_cast<std::uint64_t>(fresh.picture.Stride()) *
+                       static_cast<std::uint64_t>(fresh.picture.GetHeight());
+    if (bytes > kLargestKept) return fresh.picture;
+    const std::scoped_lock lock(mutex_);
+    std::erase_if(decoded_, [&](const SDecoded& kept) { return kept.file == file; });
+    decoded_.push_front(fresh);
+    if (decoded_.size() > kMostKept) decoded_.pop_back();
+    return fresh.picture;
 }
 
 CErrorAutoThrow CFileResourceLibrary::LoadThumbnail(int type, const CString& name,

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,8 +17,8 @@
 // Patterns and textures in folders. A folder of the library holds `patterns/` and `textures/`, or
 // pictures directly, which then serve as both; a picture's name is its file's name without the
 // extension, its category the folder it lies in below, if any. Folders are looked through in order,
-// so a picture of an earlier one hides its namesake in a later one. What is there is read anew each
-// time.
+// so a picture of an earlier one hides its namesake in a later one. Which there are is looked up each
+// time; the pictures that were decoded last are kept, for as long as their files stay the same.
 class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResourceLibrary> {
   public:
     static constexpr int kPatterns = 10;
@@ -47,8 +49,18 @@ class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResource
                               const std::string& category = "") const;
 
   private:
+    struct SDecoded {
+        std::filesystem::path file;
+        std::filesystem::file_time_type time;
+        std::uintmax_t bytes = 0;
+        CRowIteratorBands picture;  // shared with those who got it, and never written
+    };
+    CRowIteratorBands Decode(const std::filesystem::path& file);
+
     std::vector<std::filesystem::path> folders_;
     std::shared_ptr<const IPictureFiles> pictures_;
+    std::mutex mutex_;
+    std::deque<SDecoded> decoded_;  // the latest first
 };
 
 // The pictures of an installation, before them the user's own, and first those of other folders.
