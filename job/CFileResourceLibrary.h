@@ -17,8 +17,9 @@
 // Patterns and textures in folders. A folder of the library holds `patterns/` and `textures/`, or
 // pictures directly, which then serve as both; a picture's name is its file's name without the
 // extension, its category the folder it lies in below, if any. Folders are looked through in order,
-// so a picture of an earlier one hides its namesake in a later one. Which there are is looked up each
-// time; the pictures that were decoded last are kept, for as long as their files stay the same.
+// so a picture of an earlier one hides its namesake in a later one. Which there are is looked up
+// each time; the pictures that were decoded last are kept, for as long as their files stay the
+// same.
 class CFileResourceLibrary : public TUnknownImpl<CFileResourceLibrary, IResourceLibrary> {
   public:
     static constexpr int kPatterns = 10;
