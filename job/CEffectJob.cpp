@@ -5,12 +5,22 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "hostlib/language/Texts.h"
+#include "hostlib/parameters/NearestName.h"
 #include "hostlib/parameters/Presets.h"
 #include "hostlib/system/StrictJson.h"
 #include "job/CRunResources.h"
 #include "job/SJobParts.h"
 
 namespace {
+
+// What the module and the synthesis of materials say, for the translators.
+[[maybe_unused]] constexpr const char* kModuleTexts[] = {
+    TrLater("a side of the image is longer than {} pixels"),
+    TrLater("WeaveWidth is {} and GapWidth {}; one of them must be at least {}"),
+    TrLater("Density comes to {} on an image so much wider than its canvas; it may be {} to {}"),
+    TrLater("the photograph is smaller than {} x {} pixels"),
+};
 
 // Runs `operation`; what the host refuses, or a preset's trouble, is thrown as a CJobError.
 template <class Operation>
@@ -22,7 +32,7 @@ auto WithJobErrors(Operation&& operation) {
     } catch (const CNException& error) {
         if (error.Code() == TolmErrorCode::UnusableInput) {
             throw CJobError(EJobFault::Refused, error.what(),
-                            "a name has no slash and no dot at its beginning");
+                            Tr("a name has no slash and no dot at its beginning"));
         }
         throw CJobError(EJobFault::Preset, error.what());
     }
@@ -33,20 +43,28 @@ std::filesystem::path PresetFile(const std::string& effect, const std::string& p
     std::error_code none;
     // A folder that happens to have a preset's name does not hide it.
     if (std::filesystem::is_regular_file(preset, none)) return preset;
-    const std::optional<presets::SPreset> found = presets::Find(effect, preset);
-    return found ? found->file : std::filesystem::path(preset);
+    if (const auto found = presets::Find(effect, preset)) return found->file;
+    const std::filesystem::path file(preset);
+    if (file.has_parent_path() || file.extension() == ".json") return file;
+    std::vector<std::string> names;
+    for (const presets::SPreset& known : presets::List(effect)) {
+        names.insert(names.end(), {known.id, known.name});
+    }
+    throw CJobError(EJobFault::Preset, Tr("there is no preset \"{}\" of {}", preset, effect),
+                    DidYouMean(preset, names));
 }
 
 // The reason of a run that failed.
 CJobError ErrorOf(const std::string& name, const CErrorAutoThrow& error) {
-    if (error.Code() == TolmErrorCode::Cancelled) return {EJobFault::Cancelled, "cancelled"};
+    if (error.Code() == TolmErrorCode::Cancelled) return {EJobFault::Cancelled, Tr("cancelled")};
     if (error.Code() == TolmErrorCode::ScratchFailed) return {EJobFault::Scratch, error.Text()};
     if (error.Code() == TolmErrorCode::NotCreated) {
-        return {EJobFault::Memory, fmt::format("there is not enough memory for {}", name)};
+        return {EJobFault::Memory, Tr("there is not enough memory for {}", name)};
     }
-    const std::string reason = *error.Text() ? fmt::format(": {}", error.Text()) : "";
-    return {EJobFault::Effect,
-            fmt::format("{} failed with error {}{}", name, static_cast<int>(error.Code()), reason)};
+    const int code = static_cast<int>(error.Code());
+    return {EJobFault::Effect, *error.Text() ? Tr("{} failed with error {}: {}", name, code,
+                                                  texts::OfModule(error.Text()))
+                                             : Tr("{} failed with error {}", name, code)};
 }
 
 }  // namespace
@@ -116,9 +134,8 @@ void CEffectJob::SetJson(const std::string& values) {
     try {
         parsed = ParseStrictJson(values);
     } catch (const std::runtime_error& error) {
-        throw CJobError(EJobFault::Refused,
-                        fmt::format("the values are not usable: {}", error.what()),
-                        "an object of names to values is expected");
+        throw CJobError(EJobFault::Refused, Tr("the values are not usable: {}", error.what()),
+                        Tr("an object of names to values is expected"));
     }
     Set(parsed);
 }
@@ -196,15 +213,15 @@ bool CEffectJob::Edit() {
     parts_->scaled.clear();
     if (error.Code() == TolmErrorCode::Cancelled) return false;
     if (!error.Failed()) return true;
-    throw CJobError(EJobFault::Effect, fmt::format("the dialog failed with error {}: {}",
-                                                   static_cast<int>(error.Code()), error.Text()));
+    throw CJobError(EJobFault::Effect, Tr("the dialog failed with error {}: {}",
+                                          static_cast<int>(error.Code()), error.Text()));
 }
 
 // Works on a clone and a document of its own, so that the job stays as it is.
 SJobResult CEffectJob::Run(IProgressSink* sink) const {
     try {
         if (!parts_->document || !parts_->document->GetActiveImage().IsAttached()) {
-            return {{}, CJobError(EJobFault::Refused, "there is no picture to work on")};
+            return {{}, CJobError(EJobFault::Refused, Tr("there is no picture to work on"))};
         }
         TRef<ICoreCommand> clone;
         parts_->command->Clone(clone.Receive()).ThrowIfFailed();
@@ -219,7 +236,7 @@ SJobResult CEffectJob::Run(IProgressSink* sink) const {
     } catch (const CJobError& error) {
         return {{}, error};
     } catch (const std::bad_alloc&) {
-        return {{}, CJobError(EJobFault::Memory, "there is not enough memory")};
+        return {{}, CJobError(EJobFault::Memory, Tr("there is not enough memory"))};
     } catch (const CNException& error) {
         return {{}, ErrorOf(parts_->name, error)};
     } catch (const std::exception& error) {

@@ -7,6 +7,7 @@
 #include "host/commands/IComponentExporter.h"
 #include "host/language/CConnectLanguage.h"
 #include "hostlib/language/Languages.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/ConfigFolders.h"
 #include "hostlib/system/RegistryStore.h"
 #include "job/Installation.h"
@@ -86,7 +87,7 @@ CEffectModule::CEffectModule(const SInstallation& installation, const std::strin
         reinterpret_cast<GetExporterFunction>(dlsym(library_->handle, "GetExporter"));
     if (!library_->get_exporter) {
         throw CNException(TolmErrorCode::ReadFailed,
-                          installation.module.string() + ": not a plug-in of this program");
+                          Tr("{}: not a plug-in of this program", installation.module.string()));
     }
     languages::Select(installation.data, language);
     language_problem_ = ::LanguageProblem(installation.data, language);

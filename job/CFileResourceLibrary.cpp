@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "hostlib/language/Texts.h"
 #include "hostlib/parameters/NearestName.h"
 #include "job/Thumbnails.h"
 #include "job/UserResources.h"
@@ -67,8 +68,7 @@ CErrorAutoThrow CFileResourceLibrary::LoadImage(int type, const CString& name,
     return CatchErrors([&]() -> CErrorAutoThrow {
         const std::optional<SFile> found = Find(type, ToUtf8(name));
         if (!found) {
-            return {TolmErrorCode::NotFound,
-                    fmt::format("there is no picture \"{}\"", ToUtf8(name))};
+            return {TolmErrorCode::NotFound, Tr("there is no picture \"{}\"", ToUtf8(name))};
         }
         image = Decode(found->file);
         return {};

@@ -6,6 +6,7 @@
 
 #include "host/language/CConnectLanguage.h"
 #include "hostlib/language/Languages.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/parameters/NearestName.h"
 #include "hostlib/parameters/Presets.h"
 #include "job/SJobParts.h"
@@ -18,8 +19,16 @@ std::string LanguageFor(const std::string& wanted, const SInstallation& installa
     for (const std::string& code : available) {
         if (SameName(code, wanted)) return code;
     }
-    throw CJobError(EJobFault::UnknownLanguage, fmt::format("there is no language \"{}\"", wanted),
-                    fmt::format("there are {}", fmt::join(available, ", ")));
+    throw CJobError(EJobFault::UnknownLanguage, Tr("there is no language \"{}\"", wanted),
+                    Tr("there are {}", fmt::join(available, ", ")));
+}
+
+// Other roads name an effect within "cmdtexture:" (graphs) or "cmdtexture." (scripts).
+std::string WithoutPrefix(const std::string& name) {
+    for (const std::string prefix : {"cmdtexture:", "cmdtexture."}) {
+        if (name.starts_with(prefix)) return name.substr(prefix.size());
+    }
+    return name;
 }
 
 // The loader of libraries tells its reason in words only.
@@ -56,9 +65,9 @@ CJobLibrary::CJobLibrary(SJobOptions options) : shared_(std::make_shared<SShared
     std::error_code none;
     if (!std::filesystem::exists(options.installation.module, none)) {
         throw CJobError(EJobFault::NotLoaded,
-                        fmt::format("the module cannot be loaded: {}: no such file",
-                                    options.installation.module.string()),
-                        "CMDTEXTURE_HOME, when it is set, is the prefix of an installation");
+                        Tr("the module cannot be loaded: {}: no such file",
+                           options.installation.module.string()),
+                        Tr("CMDTEXTURE_HOME, when it is set, is the prefix of an installation"));
     }
     shared_->installation = options.installation;
     shared_->language = LanguageFor(options.language, options.installation);
@@ -71,19 +80,28 @@ CJobLibrary::CJobLibrary(SJobOptions options) : shared_(std::make_shared<SShared
         if (!LanguageProblem().empty()) shared_->language = "EN";
     } catch (const CNException& error) {
         throw CJobError(IsWantOfMemory(error.what()) ? EJobFault::Memory : EJobFault::NotLoaded,
-                        fmt::format("the module cannot be loaded: {}", error.what()));
+                        Tr("the module cannot be loaded: {}", error.what()));
     }
 }
 
 const std::vector<std::string>& CJobLibrary::Names() const { return shared_->module->Names(); }
 
 std::string CJobLibrary::Find(const std::string& name) const {
+    const std::string wanted = LooseName(WithoutPrefix(name));
+    std::vector<std::string> shown = Names();
     for (const std::string& known : Names()) {
-        if (SameName(known, name)) return known;
+        if (LooseName(known) == wanted) return known;
     }
-    const std::string nearest = NearestName(name, Names());
-    throw CJobError(EJobFault::UnknownEffect, fmt::format("unknown effect \"{}\"", name),
-                    nearest.empty() ? "" : fmt::format("did you mean \"{}\"?", nearest));
+    for (const std::string& language : languages::Available(shared_->installation.data)) {
+        const CScope scope(shared_->installation, language, std::nullopt);
+        for (const std::string& known : Names()) {
+            const TRef<CCmdEffect> command = shared_->module->CreateCommand(known);
+            shown.push_back(ToUtf8(command->GetResourceData()->GetDisplayName()));
+            if (LooseName(shown.back()) == wanted) return known;
+        }
+    }
+    throw CJobError(EJobFault::UnknownEffect, Tr("unknown effect \"{}\"", name),
+                    DidYouMean(name, shown));
 }
 
 std::vector<SEffectInfo> CJobLibrary::Effects() const {

@@ -39,7 +39,9 @@ class CJobLibrary {
 
     // The component names, in the module's order.
     const std::vector<std::string>& Names() const;
-    // The component name that the user means, in any letter case. Throws CJobError, UnknownEffect.
+    // The component name that the user means by it or by a name that people see, in any of the
+    // installation's languages, in any letter case and with or without spaces and hyphens. Throws
+    // CJobError, UnknownEffect.
     std::string Find(const std::string& name) const;
     // All effects, without their parameters; or one, its ranges for a canvas or for none.
     std::vector<SEffectInfo> Effects() const;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "hostlib/graphics/SelectionBlend.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/parameters/NearestName.h"
 #include "hostlib/system/CFileError.h"
 #include "hostlib/system/StrictJson.h"
@@ -37,7 +38,7 @@ ordered_json Usable(Reading&& read) {
     try {
         return read();
     } catch (const std::runtime_error& error) {
-        Refuse(fmt::format("the recipe is not usable: {}", error.what()));
+        Refuse(Tr("the recipe is not usable: {}", error.what()));
     }
 }
 
@@ -56,10 +57,9 @@ void CheckNames(const ordered_json& step) {
                                                     "mask",   "opacity", "blend"};
     for (const auto& [name, value] : step.items()) {
         if (std::find(kNames.begin(), kNames.end(), name) != kNames.end()) continue;
-        const std::string nearest = NearestName(name, kNames);
-        Refuse(fmt::format("a step has no \"{}\"", name),
-               nearest.empty() ? fmt::format("it has {}", fmt::join(kNames, ", "))
-                               : fmt::format("did you mean \"{}\"?", nearest));
+        const std::string hint = DidYouMean(name, kNames);
+        Refuse(Tr("a step has no \"{}\"", name),
+               hint.empty() ? Tr("it has {}", fmt::join(kNames, ", ")) : hint);
     }
 }
 
@@ -67,7 +67,7 @@ void CheckNames(const ordered_json& step) {
 std::string TextOf(const ordered_json& step, const char* name) {
     if (!step.contains(name)) return {};
     if (!step[name].is_string() || step[name].get_ref<const std::string&>().empty()) {
-        Refuse(fmt::format("\"{}\" is not a text", name));
+        Refuse(Tr("\"{}\" is not a text", name));
     }
     return step[name];
 }
@@ -85,8 +85,8 @@ double OpacityOf(const ordered_json& step) {
             read.ec == std::errc() && std::string_view(read.ptr, end) == "%" ? opacity / 100 : -1;
     }
     if (opacity >= 0 && opacity <= 1) return opacity;
-    Refuse(fmt::format("the opacity {} is out of range", given.dump()),
-           "an opacity is a number from 0 to 1, or a text such as \"60%\"");
+    Refuse(Tr("the opacity {} is out of range", given.dump()),
+           Tr("an opacity is a number from 0 to 1, or a text such as \"60%\""));
 }
 
 ENBlendMode BlendOf(const ordered_json& step) {
@@ -99,8 +99,8 @@ ENBlendMode BlendOf(const ordered_json& step) {
         if (SameName(name, wanted)) return mode;
         names.emplace_back(name);
     }
-    Refuse(fmt::format("there is no blend mode \"{}\"", TextOf(step, "blend")),
-           fmt::format("there are {}", fmt::join(names, ", ")));
+    Refuse(Tr("there is no blend mode \"{}\"", TextOf(step, "blend")),
+           Tr("there are {}", fmt::join(names, ", ")));
 }
 
 // A file that the recipe names.
@@ -117,10 +117,10 @@ std::string PresetIn(const std::filesystem::path& folder, const std::string& pre
 
 SRecipeStep ReadStep(const CJobLibrary& library, const ordered_json& step,
                      const std::filesystem::path& folder) {
-    if (!step.is_object()) Refuse("is not an object with an \"effect\"");
+    if (!step.is_object()) Refuse(Tr("is not an object with an \"effect\""));
     CheckNames(step);
     const std::string effect = TextOf(step, "effect");
-    if (effect.empty()) Refuse("names no effect", "give it an \"effect\"");
+    if (effect.empty()) Refuse(Tr("names no effect"), Tr("give it an \"effect\""));
     SRecipeStep read{.job = library.MakeJob(effect),
                      .mask = FileIn(folder, TextOf(step, "mask")),
                      .opacity = OpacityOf(step),
@@ -196,16 +196,16 @@ CRecipe CRecipe::Parse(const CJobLibrary& library, const std::string& text,
 CRecipe CRecipe::Of(const CJobLibrary& library, const ordered_json& steps,
                     const std::filesystem::path& folder) {
     if (!steps.is_array() || steps.empty()) {
-        Refuse("the recipe has no steps",
-               "a recipe is a JSON list such as [{\"effect\": \"Fur\"}]");
+        Refuse(Tr("the recipe has no steps"),
+               Tr("a recipe is a JSON list such as [{\"effect\": \"Fur\"}]"));
     }
     if (steps.size() > kMostSteps) {
-        Refuse(fmt::format("the recipe has more than {} steps", kMostSteps));
+        Refuse(Tr("the recipe has more than {} steps", kMostSteps));
     }
     CRecipe recipe;
     recipe.pictures_ = library.Resources().Pictures();
     for (const ordered_json& step : steps) {
-        At(fmt::format("step {}", recipe.steps_.size() + 1), [&] {
+        At(Tr("step {}", recipe.steps_.size() + 1), [&] {
             recipe.steps_.push_back(ReadStep(library, step, folder));
             recipe.CheckMask(recipe.steps_.back(), nullptr);
         });
@@ -252,12 +252,12 @@ void CRecipe::CheckMasks(CSize picture) const {
 
 void CRecipe::CheckMask(const SRecipeStep& step, const CSize* picture) const {
     if (step.mask.empty()) return;
-    if (!pictures_) throw CJobError(EJobFault::Unreadable, "there is no decoder for masks");
+    if (!pictures_) throw CJobError(EJobFault::Unreadable, Tr("there is no decoder for masks"));
     const CSize size = WithMaskErrors([&] { return pictures_->ReadSize(step.mask); });
     if (!picture || size == *picture) return;
-    Refuse(fmt::format("{}: the mask is {} x {}, the image {} x {}", DisplayText(step.mask),
-                       size.cx, size.cy, picture->cx, picture->cy),
-           "a mask has the size of the image");
+    Refuse(Tr("{}: the mask is {} x {}, the image {} x {}", DisplayText(step.mask), size.cx,
+              size.cy, picture->cx, picture->cy),
+           Tr("a mask has the size of the image"));
 }
 
 CRowIterator CRecipe::SelectionFor(const SRecipeStep& step, const CRowIteratorBands& picture,
@@ -282,7 +282,7 @@ SJobResult CRecipe::Run(CRowIteratorBands picture, const CRowIterator& selection
     } catch (const CJobError& error) {
         return {{}, error};
     } catch (const std::bad_alloc&) {
-        return {{}, CJobError(EJobFault::Memory, "there is not enough memory")};
+        return {{}, CJobError(EJobFault::Memory, Tr("there is not enough memory"))};
     } catch (const std::exception& error) {
         return {{}, CJobError(EJobFault::Fault, error.what())};
     }

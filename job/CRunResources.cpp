@@ -4,7 +4,9 @@
 
 #include <span>
 
+#include "hostlib/language/Texts.h"
 #include "hostlib/parameters/NearestName.h"
+#include "hostlib/parameters/ParameterValues.h"
 #include "job/CJobError.h"
 
 namespace {
@@ -13,11 +15,22 @@ namespace {
 struct SKind {
     const wchar_t* parameter;
     int type;
-    const char* name;
+    // what people are told: no such name, no such category; the name is one of this kind
+    const char *no_name, *no_category, *is_this;
+    const char* accepts;
 };
 constexpr wchar_t kCategory[] = L"Category";
-constexpr SKind kKinds[] = {{L"PatternName", CFileResourceLibrary::kPatterns, "pattern"},
-                            {L"TextureName", CFileResourceLibrary::kTextures, "texture"}};
+constexpr SKind kKinds[] = {
+    {L"PatternName", CFileResourceLibrary::kPatterns, TrLater("there is no pattern \"{}\""),
+     TrLater("there is no category \"{}\" of patterns"),
+     TrLater("\"{}\" is a pattern, which PatternName of Sculpture takes"),
+     TrLater("the name of a pattern, which \"cmdtexture resources\" lists; empty: the first of its "
+             "category")},
+    {L"TextureName", CFileResourceLibrary::kTextures, TrLater("there is no texture \"{}\""),
+     TrLater("there is no category \"{}\" of textures"),
+     TrLater("\"{}\" is a texture, which TextureName of Texture takes"),
+     TrLater("the name of a texture, which \"cmdtexture resources\" lists; empty: the first of its "
+             "category")}};
 
 const SKind* KindOf(const IParameter& parameter) {
     for (const SKind& kind : kKinds) {
@@ -41,23 +54,26 @@ void ForPictureOf(const IParameterRepository& repository, Use&& use) {
     }
 }
 
+[[noreturn]] void FailUnknown(const char* what, const std::string& name, const std::string& hint) {
+    throw CJobError(EJobFault::UnknownResource, texts::Format(what, fmt::make_format_args(name)),
+                    hint);
+}
+
 // The name of the picture that is meant: of an empty name, the category's first.
 std::string NameOf(const SKind& kind, const std::string& name, const std::string& category,
                    const CFileResourceLibrary& library) {
     if (const auto found = library.Find(kind.type, name, category)) return found->name;
-    std::vector<std::string> names;
-    if (name.empty() && !category.empty()) {
-        for (const auto& file : library.Files(kind.type)) names.push_back(file.category);
-        const std::string nearest = NearestName(category, names);
-        throw CJobError(EJobFault::UnknownResource,
-                        fmt::format("there is no category \"{}\" of {}s", category, kind.name),
-                        nearest.empty() ? "" : fmt::format("did you mean \"{}\"?", nearest));
+    std::vector<std::string> names, categories;
+    for (const auto& file : library.Files(kind.type)) {
+        names.push_back(file.name);
+        categories.push_back(file.category);
     }
-    for (const auto& file : library.Files(kind.type)) names.push_back(file.name);
-    const std::string nearest = NearestName(name, names);
-    throw CJobError(EJobFault::UnknownResource,
-                    fmt::format("there is no {} \"{}\"", kind.name, name),
-                    nearest.empty() ? "" : fmt::format("did you mean \"{}\"?", nearest));
+    if (name.empty()) FailUnknown(kind.no_category, category, DidYouMean(category, categories));
+    for (const SKind& other : kKinds) {
+        if (other.type == kind.type || !library.Find(other.type, name)) continue;
+        FailUnknown(kind.no_name, name, texts::Format(other.is_this, fmt::make_format_args(name)));
+    }
+    FailUnknown(kind.no_name, name, DidYouMean(name, names));
 }
 
 }  // namespace
@@ -65,6 +81,14 @@ std::string NameOf(const SKind& kind, const std::string& name, const std::string
 int CRunResources::TypeOf(const IParameter& parameter) {
     const SKind* kind = KindOf(parameter);
     return kind ? kind->type : 0;
+}
+
+std::string CRunResources::Accepts(const IParameter& parameter) {
+    if (const SKind* kind = KindOf(parameter)) return Tr(kind->accepts);
+    if (parameter.Name() == CString(kCategory)) {
+        return Tr("a category of \"cmdtexture resources\"; empty: any");
+    }
+    return parameters::DescribeValues(parameter);
 }
 
 void CRunResources::Check(const IParameterRepository& repository,

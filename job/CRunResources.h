@@ -14,6 +14,9 @@ class CRunResources final : public TUnknownImpl<CRunResources, IResourceLibrary>
   public:
     // The type of pictures that a parameter names; 0 for one that names none.
     static int TypeOf(const IParameter& parameter);
+    // What values a parameter takes, for people, in the language of messages; where they are names,
+    // who lists them, and what an empty one means.
+    static std::string Accepts(const IParameter& parameter);
     // Throws CJobError, UnknownResource, for a name that the library does not have.
     static void Check(const IParameterRepository& repository, const CFileResourceLibrary& library);
     // Gives an empty name the one that it means where the values give a category, so that a dialog

@@ -20,7 +20,7 @@ SParameterInfo Describe(int index, const IParameter& parameter) {
             .label = ToUtf8(parameter.Label()),
             .description = ToUtf8(parameter.Description()),
             .members = parameters::MemberNames(parameter),
-            .accepts = parameters::DescribeValues(parameter),
+            .accepts = CRunResources::Accepts(parameter),
             .resource_type = CRunResources::TypeOf(parameter)};
 }
 

@@ -1,10 +1,10 @@
 #include "job/UserResources.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 #include "host/core/CErrorAutoThrow.h"
+#include "hostlib/language/Texts.h"
+#include "hostlib/system/CFileError.h"
 #include "hostlib/system/ConfigFolders.h"
 #include "job/CFileResourceLibrary.h"
 #include "job/CJobError.h"
@@ -13,14 +13,15 @@
 namespace user_resources {
 namespace {
 
-void CheckName(const std::string& what, const std::string& name) {
+void CheckName(const std::string& name, const std::string& refusal) {
     constexpr std::size_t kLongest = 100;
     if (!name.empty() && name[0] != '.' && name.find('/') == std::string::npos &&
         name.size() <= kLongest) {
         return;
     }
-    throw CJobError(EJobFault::Refused, fmt::format("\"{}\" is no name for a {}", name, what),
-                    "a name has 1 to 100 characters, no slash, and no full stop at its beginning");
+    throw CJobError(
+        EJobFault::Refused, refusal,
+        Tr("a name has 1 to 100 characters, no slash, and no full stop at its beginning"));
 }
 
 CRowIteratorBands Made(const CRowIteratorBands& photo, const SNewResource& wanted) {
@@ -30,7 +31,7 @@ CRowIteratorBands Made(const CRowIteratorBands& photo, const SNewResource& wante
                    : synthesis::TextureOf(photo, wanted.seamless);
     } catch (const CNException& error) {
         if (error.Code() != TolmErrorCode::UnusableInput) throw;
-        throw CJobError(EJobFault::Refused, error.what());
+        throw CJobError(EJobFault::Refused, texts::OfModule(error.what()));
     }
 }
 
@@ -40,15 +41,15 @@ std::filesystem::path Folder() { return folders::UserData() / "resources"; }
 
 std::filesystem::path Add(const CRowIteratorBands& photo, const SNewResource& wanted,
                           const IPictureFiles& pictures) {
-    CheckName("picture", wanted.name);
-    CheckName("category", wanted.category);
+    CheckName(wanted.name, Tr("\"{}\" is no name for a picture", wanted.name));
+    CheckName(wanted.category, Tr("\"{}\" is no name for a category", wanted.category));
     const bool pattern = wanted.type == CFileResourceLibrary::kPatterns;
     const std::filesystem::path file =
         Folder() / (pattern ? "patterns" : "textures") / wanted.category / (wanted.name + ".png");
     std::error_code error;
     if (!wanted.overwrite && std::filesystem::exists(file, error)) {
-        throw CJobError(EJobFault::Resource, fmt::format("{}: there is one already", file.string()),
-                        "--overwrite replaces it");
+        throw CJobError(EJobFault::Resource, Tr("{}: there is one already", file.string()),
+                        Tr("--overwrite replaces it"));
     }
     const CRowIteratorBands picture = Made(photo, wanted);
     std::filesystem::create_directories(file.parent_path(), error);
@@ -69,12 +70,12 @@ void Remove(const std::filesystem::path& file) {
     std::error_code error;
     if (!Holds(file)) {
         throw CJobError(EJobFault::Resource,
-                        fmt::format("{}: not a picture of your own library", file.string()),
-                        fmt::format("only those below {} are removed", Folder().string()));
+                        Tr("{}: not a picture of your own library", file.string()),
+                        Tr("only those below {} are removed", Folder().string()));
     }
     if (!std::filesystem::remove(file, error)) {
         throw CJobError(EJobFault::Resource,
-                        fmt::format("{}: cannot be removed: {}", file.string(), error.message()));
+                        Tr("{}: cannot be removed: {}", file.string(), SystemText(error.value())));
     }
     std::filesystem::remove(file.parent_path(), error);  // fails while there is something in it
 }

@@ -1,7 +1,4 @@
-#include <fmt/format.h>
-
 #include <chrono>
-#include <iostream>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -11,6 +8,8 @@
 #include "app/cli/Interruption.h"
 #include "app/cli/Messages.h"
 #include "app/cli/Options.h"
+#include "app/cli/Report.h"
+#include "hostlib/language/Texts.h"
 
 namespace {
 
@@ -58,10 +57,8 @@ ordered_json Describe(const SApplyOptions& options, const CRecipe& recipe,
 }
 
 void Print(const ordered_json& result, const std::string& trouble) {
-    // File names are bytes: what is not UTF-8 in them is replaced.
-    std::cout << result.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
-    std::cout.flush();
-    if (!std::cout) throw CCliError(EExit::Output, trouble);
+    report::PrintDone(result);
+    report::Flush(trouble);
 }
 
 // All that can be told without a pixel.
@@ -70,21 +67,20 @@ void DryRun(const SApplyOptions& options, CRecipe& recipe, const imagefile::SIma
     if (options.json) {
         ordered_json result = Describe(options, recipe, header);
         result["dryRun"] = true;
-        return Print(result, "standard output cannot be written");
+        return Print(result, Tr("standard output cannot be written"));
     }
-    messages::Say(fmt::format("{} of {}, {} x {} pixels, would be written to {}", recipe.Title(),
-                              options.document.input.file, header.size.cx, header.size.cy,
-                              options.output));
+    messages::Say(Tr("{} of {}, {} x {} pixels, would be written to {}", recipe.Title(),
+                     options.document.input.file, header.size.cx, header.size.cy, options.output));
 }
 
 void Apply(const SApplyOptions& options) {
+    const imagefile::SOutputRules rules =
+        OutputRules(options.output, options.overwrite, options.document.input.file);
     const CJobLibrary library = OpenJobs(options.session, options.document.resources);
     CRecipe recipe = MakeCheckedRecipe(library, options.work);
     CheckDocumentOptions(options.document);
-    const imagefile::SOutputRules rules =
-        OutputRules(options.output, options.overwrite, options.document.input.file);
     if (rules.stream >= 0 && options.json) {
-        throw CCliError(EExit::Usage, "--json: standard output takes the picture already");
+        throw CCliError(EExit::Usage, Tr("--json: standard output takes the picture already"));
     }
     CheckPictureOutput(options.output, rules, {}, options.coding);
     interruption::SetTimeLimit(options.timeout);
@@ -92,7 +88,7 @@ void Apply(const SApplyOptions& options) {
     CProgress progress(CProgress::StyleFor(options.quiet, options.progress));
     CStopwatch watch;
     ordered_json seconds;
-    progress.BeginPart("reading", 0.15);
+    progress.BeginPart(Tr("reading"), 0.15);
     const imagefile::SImageHeader header = ReadPictureHeader(options.document.input);
     CheckPictureOutput(options.output, rules, header.size, options.coding);
     FitRecipe(recipe, CanvasOf(options.document, header.size), header.size);
@@ -106,13 +102,13 @@ void Apply(const SApplyOptions& options) {
         RunRecipe(recipe, std::exchange(pictures.input.pixels, {}), pictures.selection, progress);
     seconds["effect"] = watch.Lap();
 
-    progress.BeginPart("writing", 1.0);
+    progress.BeginPart(Tr("writing"), 1.0);
     WritePicture(options.output, result, pictures.input.metadata, rules, progress, options.coding);
     seconds["save"] = watch.Lap();
     if (!options.json) return;
     ordered_json done = Describe(options, recipe, header);
     done["seconds"] = seconds;
-    Print(done, fmt::format("{} was written, but standard output cannot be", options.output));
+    Print(done, Tr("{} was written, but standard output cannot be", options.output));
 }
 
 }  // namespace
@@ -134,20 +130,24 @@ void AddApplyCommand(CLI::App& program) {
         ->add_option("--timeout", options->timeout,
                      "Give up after this time, and leave nothing behind")
         ->type_name("SECONDS")
-        ->check(CLI::Range(0.0, 1e8));
+        ->check(Seconds());
     command->add_flag("--dry-run", options->dry_run,
                       "Check everything that can be checked without touching a pixel");
     command->add_flag("--overwrite", options->overwrite, "Replace an existing output file");
     auto* quiet = command->add_flag("--quiet", options->quiet, "Show no progress");
     command->add_flag("--progress", options->progress, "Show progress, on a terminal or not")
         ->excludes(quiet);
-    command->add_flag("--json", options->json, "Print what was done as a JSON object");
+    AddJsonOption(*command, options->json);
     AddSessionOptions(*command, options->session);
     command->callback([options] {
         std::string& input = options->document.input.file;
         // With a recipe the first argument that stands alone is not an effect.
         if (!options->work.recipe.empty() && input.empty()) input.swap(options->work.effect);
-        if (input.empty()) throw CLI::RequiredError("IN");
+        if (input.empty()) {
+            const bool has_work = !options->work.effect.empty() || !options->work.recipe.empty();
+            throw CCliError(EExit::Usage, Tr("missing: {}", has_work ? "IN" : "EFFECT, IN"),
+                            Tr("see \"{} --help\"", "cmdtexture apply"));
+        }
         Apply(*options);
     });
 }

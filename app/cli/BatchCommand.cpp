@@ -183,7 +183,7 @@ void AddRunOptions(CLI::App& command, SBatchOptions& options) {
         .add_option("-j,--jobs", options.jobs,
                     "Pictures in hand at most; default: the number of processors")
         ->type_name("N")
-        ->check(CLI::Range(1, 1024));
+        ->check(WholeNumbers(1, 1024));
     command
         .add_option("--shard", options.shard,
                     "Do the part I of N only; in a Slurm array job, default: the task's")

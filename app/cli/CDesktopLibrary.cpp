@@ -1,11 +1,11 @@
 #include "app/cli/CDesktopLibrary.h"
 
 #include <dlfcn.h>
-#include <fmt/format.h>
 
 #include <cstdlib>
 
 #include "app/cli/CliError.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/windowing/IToolkit.h"
 
 namespace {
@@ -19,8 +19,8 @@ bool IsSet(const char* variable) {
 void RequireScreen() {
     if (IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY") || IsSet("QT_QPA_PLATFORM")) return;
     throw CCliError(EExit::Effect,
-                    "no window can be shown: neither DISPLAY nor WAYLAND_DISPLAY is set",
-                    "\"cmdtexture apply\" does the same without a window");
+                    Tr("no window can be shown: neither DISPLAY nor WAYLAND_DISPLAY is set"),
+                    Tr("\"cmdtexture apply\" does the same without a window"));
 }
 
 }  // namespace
@@ -32,13 +32,13 @@ CDesktopLibrary::CDesktopLibrary(const SInstallation& installation,
     // The library stays: the toolkit does not survive being unloaded and loaded again.
     void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!library) {
-        throw CCliError(EExit::Effect, fmt::format("no window can be shown: {}", dlerror()),
-                        "the Qt 6 Widgets libraries must be installed (Debian: libqt6widgets6)");
+        throw CCliError(EExit::Effect, Tr("no window can be shown: {}", dlerror()),
+                        Tr("the Qt 6 Widgets libraries must be installed (Debian: "
+                           "libqt6widgets6)"));
     }
     const auto make = reinterpret_cast<MakeDesktopFunction>(dlsym(library, kMakeDesktop));
     if (!make) {
-        throw CCliError(EExit::Effect,
-                        fmt::format("{}: not a library of this program", file.string()));
+        throw CCliError(EExit::Effect, Tr("{}: not a library of this program", file.string()));
     }
     desktop_.reset(make(options));
     InstallToolkit(&desktop_->Toolkit());

@@ -4,6 +4,7 @@
 
 #include "app/cli/CliError.h"
 #include "app/cli/Interruption.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/parameters/CommandLine.h"
 
 namespace {
@@ -59,7 +60,7 @@ CEditSession::CEditSession(const CJobLibrary& library, SEditOptions options)
     CheckDocumentOptions(options_.document);
     const auto rules =
         OutputRules(options_.output, options_.overwrite, options_.document.input.file);
-    reading_.BeginPart("reading", 1.0);
+    reading_.BeginPart(Tr("reading"), 1.0);
     if (options_.document.input.file.empty()) return;
     ReadHeader();
     if (!options_.output.empty()) {
@@ -251,7 +252,7 @@ SOutcome CEditSession::Make(const std::string& file, bool replace, const SLayerM
     return Attempt([&] {
         CProgress progress(CProgress::StyleFor(false, false), &shared);
         const CRowIteratorBands result = Result(mix, progress);
-        progress.BeginPart("writing", 1.0);
+        progress.BeginPart(Tr("writing"), 1.0);
         WritePicture(file, result, loader_->Wait().input.metadata,
                      OutputRules(file, replace, options_.document.input.file), progress,
                      options_.coding);

@@ -14,7 +14,7 @@ struct SEditOptions {
     SDocumentOptions document;
     imagefile::SWriteOptions coding;
     std::string effect, output;  // may be empty: the windows ask
-    bool overwrite = false;
+    bool overwrite = false, json = false;
 };
 
 // A picture and the effects that are set on it in windows, one after another, up to the file with
@@ -27,6 +27,8 @@ class CEditSession final : public IEditHost {
     // The file that the result is in, once the user has said OK; empty when the user cancelled.
     // A picture that cannot be read ends it with the error, which the user has seen in a window.
     std::string Run();
+    // The effect that was set last; null before any was.
+    const CEffectJob* Job() const { return current_.empty() ? nullptr : &Current(); }
 
     std::vector<SEffectEntry> Effects() const override;
     CRowIteratorBands Try(const std::string& effect, const CRowIteratorBands& picture,

@@ -7,11 +7,26 @@
 
 #include "app/cli/Interruption.h"
 #include "app/cli/Messages.h"
+#include "app/cli/Terminal.h"
+#include "hostlib/language/Texts.h"
 
 namespace {
 constexpr int kBarWidth = 40;
+constexpr int kLeastBarWidth = 10;
 constexpr int kLineSteps = 10;
 constexpr auto kRedraw = std::chrono::milliseconds(50);
+
+// "[####....]  40% part", with the part's name first, then the bar, as short as the line needs it.
+std::string Bar(double done, const std::string& part, int columns) {
+    const std::string percent = fmt::format("{:3.0f}%", done * 100);
+    const int room = columns - 1 - static_cast<int>(percent.size());  // the last column stays free
+    const int bar = std::clamp(room - 4 - ColumnsOf(part), kLeastBarWidth, kBarWidth);
+    if (room < bar + 4) return percent;
+    const int step = static_cast<int>(done * bar);
+    return fmt::format("[{:#<{}}{:.<{}}] {} {}", "", step, "", bar - step, percent,
+                       Shortened(part, room - bar - 4));
+}
+
 }  // namespace
 
 CProgress::EStyle CProgress::StyleFor(bool quiet, bool asked_for) {
@@ -47,9 +62,8 @@ void CProgress::Draw(double done) {
     last_step_ = step;
     last_drawn_ = now;
     if (bar) {
-        messages::Show(fmt::format("\r[{:#<{}}{:.<{}}] {:3.0f}% {}\x1b[K", "", step, "",
-                                   kBarWidth - step, done * 100, part_));
+        messages::Show(fmt::format("\r{}\x1b[K", Bar(done, part_, TerminalColumns(STDERR_FILENO))));
     } else {
-        messages::Show(fmt::format("progress: {:3.0f}% {}\n", done * 100, part_));
+        messages::Show(fmt::format("{}: {:3.0f}% {}\n", Tr("progress"), done * 100, part_));
     }
 }

@@ -13,3 +13,4 @@ void AddGalleryCommand(CLI::App& program);
 void AddBatchCommand(CLI::App& program);
 void AddPresetCommand(CLI::App& program);
 void AddResourcesCommand(CLI::App& program);
+void AddHelpCommand(CLI::App& program);

@@ -7,6 +7,8 @@
 #include "app/cli/Commands.h"
 #include "app/cli/Document.h"
 #include "app/cli/Options.h"
+#include "app/cli/Report.h"
+#include "hostlib/language/Texts.h"
 
 namespace {
 
@@ -18,12 +20,14 @@ struct SDescribeOptions {
 };
 
 void PrintForPeople(const SEffectInfo& effect) {
-    std::cout << fmt::format("{} ({})\n{}\n\nParameters:\n", effect.display_name, effect.name,
-                             effect.description);
+    std::cout << fmt::format("{} ({})\n{}\n\n{}\n", effect.display_name, effect.name,
+                             effect.description, Tr("Parameters:"));
     for (const SParameterInfo& parameter : effect.parameters) {
-        std::cout << fmt::format("  {:<17} {}\n{:20}{}; default {}\n", parameter.name,
+        const std::string otherwise =
+            parameter.default_text.empty() ? Tr("empty") : parameter.default_text;
+        std::cout << fmt::format("  {:<17} {}\n{:20}{}; {}\n", parameter.name,
                                  parameter.description, "", parameter.accepts,
-                                 parameter.default_text.empty() ? "empty" : parameter.default_text);
+                                 Tr("default: {}", otherwise));
     }
 }
 
@@ -34,7 +38,7 @@ void Describe(const SDescribeOptions& options) {
     if (!options.canvas.empty()) canvas = ParseSize(options.canvas, "--canvas");
     const SEffectInfo effect = library.Describe(name, canvas);
     if (!options.json) return PrintForPeople(effect);
-    std::cout << ToJson(effect).dump(2) << '\n';
+    report::Print(ToJson(effect));
 }
 
 }  // namespace
@@ -42,12 +46,12 @@ void Describe(const SDescribeOptions& options) {
 void AddDescribeCommand(CLI::App& program) {
     auto* command = program.add_subcommand("describe", "Show the parameters of an effect");
     auto options = std::make_shared<SDescribeOptions>();
-    command->add_option("EFFECT", options->effect, "Name of the effect")->required();
+    AddEffectArgument(*command, options->effect);
     command
         ->add_option("--canvas", options->canvas,
                      "Give the ranges for a document of this size; without it, for none")
         ->type_name("WxH");
-    command->add_flag("--json", options->json, "Print a JSON object");
+    AddJsonOption(*command, options->json);
     AddSessionOptions(*command, options->session);
     command->callback([options] { Describe(*options); });
 }

@@ -1,7 +1,5 @@
 #include "app/cli/Document.h"
 
-#include <fmt/format.h>
-
 #include <CLI/CLI.hpp>
 #include <filesystem>
 
@@ -9,6 +7,7 @@
 #include "app/cli/Options.h"
 #include "hostlib/core/WholeNumber.h"
 #include "hostlib/graphics/PixelBudget.h"
+#include "hostlib/language/Texts.h"
 
 void AddReadingOptions(CLI::App& command, SReadingOptions& options) {
     command.add_flag("--lenient", options.input.lenient, "Take what can be had of a damaged input");
@@ -17,12 +16,14 @@ void AddReadingOptions(CLI::App& command, SReadingOptions& options) {
     command
         .add_option("--max-pixels", options.input.max_pixels,
                     "Refuse larger inputs before decoding them")
+        ->type_name("N")
+        ->check(WholeNumbers(1, INT64_MAX))
         ->capture_default_str();
     command
         .add_option("--max-memory", options.input.max_memory,
                     "Keep at most so many bytes of pixels in memory (1G, 512M), others on the "
                     "disk; without it, inputs that memory cannot hold are refused")
-        ->transform(CLI::AsSizeValue(false))
+        ->transform(Bytes())
         ->type_name("SIZE");
     command
         .add_option("--scratch", options.scratch,
@@ -34,7 +35,7 @@ void AddReadingOptions(CLI::App& command, SReadingOptions& options) {
 
 void CheckReadingOptions(const SReadingOptions& options) {
     if (!options.scratch.empty() && !std::filesystem::is_directory(options.scratch)) {
-        throw CCliError(EExit::Usage, fmt::format("--scratch {}: no such folder", options.scratch));
+        throw CCliError(EExit::Usage, Tr("--scratch {}: no such folder", options.scratch));
     }
 }
 
@@ -55,7 +56,8 @@ void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
     command
         .add_option("--page", options.input.page,
                     "Take this page of a TIFF or frame of an animated WebP, from 1 on")
-        ->check(CLI::Range(1, 1 << 20));
+        ->type_name("N")
+        ->check(WholeNumbers(1, 1 << 20));
     AddReadingOptions(command, options);
 }
 
@@ -99,8 +101,8 @@ CSize ParseSize(const std::string& text, const std::string& option) {
     const CSize size = numbers ? CSize{numbers->first, numbers->second} : CSize{};
     constexpr int kLargest = 65535;
     if (size.cx < 1 || size.cy < 1 || size.cx > kLargest || size.cy > kLargest) {
-        throw CCliError(EExit::Usage, fmt::format("{} {}: not a size", option, text),
-                        "a size is written WxH, each from 1 to 65535: 1920x1080");
+        throw CCliError(EExit::Usage, Tr("{} {}: not a size", option, text),
+                        Tr("a size is written WxH, each from 1 to 65535: 1920x1080"));
     }
     return size;
 }
@@ -110,8 +112,8 @@ CPoint ParsePlace(const std::string& text, const std::string& option) {
     constexpr int kFarthest = 1000000;
     const auto near = [](int distance) { return -kFarthest <= distance && distance <= kFarthest; };
     if (!numbers || !near(numbers->first) || !near(numbers->second)) {
-        throw CCliError(EExit::Usage, fmt::format("{} {}: not a place", option, text),
-                        "a place is written X,Y in pixels from the canvas's top left: 100,50");
+        throw CCliError(EExit::Usage, Tr("{} {}: not a place", option, text),
+                        Tr("a place is written X,Y in pixels from the canvas's top left: 100,50"));
     }
     return {numbers->first, numbers->second};
 }

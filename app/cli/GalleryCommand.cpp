@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "app/cli/CContactSheet.h"
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Options.h"
 #include "app/cli/Pictures.h"
+#include "app/cli/Report.h"
+#include "hostlib/language/Texts.h"
+#include "hostlib/system/CFileError.h"
 
 namespace {
 
@@ -25,7 +29,7 @@ struct SGalleryOptions {
     std::vector<std::string> recipes;  // files
     bool all_presets = false;          // of the effect, or of every effect
     bool library = false;              // every pattern and texture instead
-    bool overwrite = false, quiet = false;
+    bool overwrite = false, quiet = false, json = false;
 };
 
 // One picture of the gallery: a recipe, or an effect with its defaults or something over them.
@@ -44,13 +48,13 @@ void Add(SEntry added, std::vector<SEntry>& entries) {
     const auto same = [&](const SEntry& other) { return other.Name() == added.Name(); };
     if (std::any_of(entries.begin(), entries.end(), same)) {
         const bool is_recipe = !added.work.recipe.empty();
-        throw CCliError(
-            EExit::Usage,
-            fmt::format("--{}: another picture is to be named {}",
-                        is_recipe ? "recipe " + added.work.recipe
-                                  : "preset " + added.work.parameters.preset,
-                        added.Name()),
-            is_recipe ? "give recipes of different names" : "give presets of different names");
+        throw CCliError(EExit::Usage,
+                        is_recipe ? Tr("--recipe {}: another picture is to be named {}",
+                                       added.work.recipe, added.Name())
+                                  : Tr("--preset {}: another picture is to be named {}",
+                                       added.work.parameters.preset, added.Name()),
+                        is_recipe ? Tr("give recipes of different names")
+                                  : Tr("give presets of different names"));
     }
     entries.push_back(std::move(added));
 }
@@ -110,8 +114,8 @@ std::filesystem::path MakeFolder(const std::string& name) {
     std::error_code error;
     std::filesystem::create_directories(name, error);
     if (error || !std::filesystem::is_directory(name)) {
-        throw CCliError(EExit::Output, fmt::format("{}: the folder cannot be made", name),
-                        error ? error.message() : "a file of this name exists");
+        throw CCliError(EExit::Output, Tr("{}: the folder cannot be made", name),
+                        error ? SystemText(error.value()) : Tr("a file of this name exists"));
     }
     return name;
 }
@@ -124,7 +128,7 @@ void Gallery(const SGalleryOptions& options) {
         recipes.push_back(MakeCheckedRecipe(library, entry.work));
     }
     CProgress progress(CProgress::StyleFor(options.quiet, false));
-    progress.BeginPart("reading", 0.1);
+    progress.BeginPart(Tr("reading"), 0.1);
     const imagefile::SImageFile input = ReadPicture(options.input, progress);
     const CSize size{input.pixels.GetWidth(), input.pixels.GetHeight()};
     for (CRecipe& recipe : recipes) FitRecipe(recipe, size, size);
@@ -138,21 +142,30 @@ void Gallery(const SGalleryOptions& options) {
     CheckPictureOutput(sheet_file, rules, {});
 
     CContactSheet sheet(std::min(kColumns, static_cast<int>(entries.size()) + 1), kCell);
-    sheet.Add("Original", input.pixels);
+    sheet.Add(Tr("Original"), input.pixels);
+    auto pictures = nlohmann::ordered_json::array();
     double done = 0.1;
     const double share = 0.85 / static_cast<double>(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const std::string name = entries[i].Name();
         progress.BeginPart(name, done + 0.7 * share);
         const CRowIteratorBands result = RunRecipe(recipes[i], input.pixels, {}, progress);
-        progress.BeginPart("writing", done += share);
+        progress.BeginPart(Tr("writing"), done += share);
         WritePicture(file(name), result, input.metadata, rules, progress);
+        pictures.push_back({{"effect", entries[i].work.effect},
+                            {"variant", entries[i].variant},
+                            {"file", file(name).string()}});
         const std::string& title = entries[i].title;
         sheet.Add(title.empty() ? recipes[i].Steps()[0].job.Describe().display_name : title,
                   result);
     }
-    progress.BeginPart("contact sheet", 1.0);
+    progress.BeginPart(Tr("contact sheet"), 1.0);
     WritePicture(sheet_file, sheet.Make(), nullptr, rules, progress);
+    if (!options.json) return;
+    report::PrintDone({{"input", options.input.file},
+                       {"directory", options.folder},
+                       {"sheet", sheet_file.string()},
+                       {"pictures", pictures}});
 }
 
 }  // namespace
@@ -170,11 +183,14 @@ void AddGalleryCommand(CLI::App& program) {
                      "Folder for the results, which are PNG files; made when it is missing")
         ->type_name("DIR")
         ->required();
-    auto* effect = command->add_option("--effect", options->effect,
-                                       "Show this effect only, at its defaults and with presets");
+    auto* effect = command
+                       ->add_option("--effect", options->effect,
+                                    "Show this effect only, at its defaults and with presets")
+                       ->type_name("EFFECT");
     command
         ->add_option("--preset", options->presets,
-                     "Show a preset of the effect, by name or file, too; may be repeated")
+                     "Show a preset of the effect, by name or file, too")
+        ->type_name("PRESET")
         ->needs(effect);
     auto* all = command->add_flag("--presets", options->all_presets,
                                   "Show all presets of the effect, or of every effect");
@@ -194,6 +210,7 @@ void AddGalleryCommand(CLI::App& program) {
         ->type_name("FILE");
     command->add_flag("--overwrite", options->overwrite, "Replace existing files");
     command->add_flag("--quiet", options->quiet, "Show no progress");
+    AddJsonOption(*command, options->json);
     AddLibraryOption(*command, options->resources);
     AddSessionOptions(*command, options->session);
     command->callback([options] { Gallery(*options); });

@@ -6,6 +6,7 @@
 #include "app/cli/Interruption.h"
 #include "app/cli/Messages.h"
 #include "app/imagefile/CPictureFiles.h"
+#include "hostlib/language/Texts.h"
 
 namespace {
 
@@ -37,14 +38,15 @@ EExit ExitOf(EJobFault fault) {
 // Which subcommand shows what there is, after the job's own hint.
 std::string HintOf(const CJobError& error, const std::string& effect) {
     const auto with = [&](const std::string& more) {
-        return error.Hint().empty() ? more : error.Hint() + " " + more;
+        if (error.Hint().empty()) return more;
+        return error.Hint() + (error.Hint().ends_with('?') ? " " : "; ") + more;
     };
-    if (error.Fault() == EJobFault::UnknownEffect) return with("\"cmdtexture list\" shows all");
+    if (error.Fault() == EJobFault::UnknownEffect) return with(Tr("\"cmdtexture list\" shows all"));
     if (error.Fault() == EJobFault::UnknownResource) {
-        return with("\"cmdtexture resources\" lists them");
+        return with(Tr("\"cmdtexture resources\" lists them"));
     }
     if (error.Fault() == EJobFault::Refused && error.Hint().empty() && !effect.empty()) {
-        return fmt::format("\"cmdtexture describe {}\" lists the parameters", effect);
+        return Tr("\"cmdtexture describe {}\" lists the parameters", effect);
     }
     return error.Hint();
 }
@@ -66,7 +68,7 @@ auto WithCliErrors(const std::string& effect, Operation&& operation) {
 std::vector<std::filesystem::path> Folders(const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         if (!std::filesystem::is_directory(name)) {
-            throw CCliError(EExit::Usage, fmt::format("--resources {}: no such folder", name));
+            throw CCliError(EExit::Usage, Tr("--resources {}: no such folder", name));
         }
     }
     return {names.begin(), names.end()};
@@ -75,7 +77,7 @@ std::vector<std::filesystem::path> Folders(const std::vector<std::string>& names
 void SetOne(CEffectJob& job, const std::string& assignment) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
-        throw CCliError(EExit::Usage, fmt::format("-p {}: expected NAME=VALUE", assignment));
+        throw CCliError(EExit::Usage, Tr("-p {}: expected NAME=VALUE", assignment));
     }
     job.Set(assignment.substr(0, equals), assignment.substr(equals + 1));
 }
@@ -92,14 +94,12 @@ CJobLibrary OpenJobs(const SSessionOptions& options,
                                                 : std::optional<int>(options.range_scale),
                              .pictures = imagefile::MakePictureFiles()});
         if (!library.LanguageProblem().empty()) {
-            fmt::print(stderr, "cmdtexture: warning: {}; the texts are in English\n",
-                       library.LanguageProblem());
+            messages::Warn(Tr("{}; the texts are in English", library.LanguageProblem()));
         }
         return library;
     } catch (const CJobError& error) {
         if (error.Fault() != EJobFault::UnknownLanguage) Throw(error, {});
-        throw CCliError(EExit::Usage,
-                        fmt::format("--language {}: no such language", options.language),
+        throw CCliError(EExit::Usage, Tr("--language {}: no such language", options.language),
                         error.Hint());
     }
 }
@@ -137,8 +137,7 @@ CRecipe MakeCheckedRecipe(const CJobLibrary& library, const SWorkOptions& option
         return CRecipe(MakeCheckedJob(library, options.effect, options.parameters));
     }
     if (!options.effect.empty()) {
-        throw CCliError(EExit::Usage,
-                        fmt::format("--recipe: the effect {} is given, too", options.effect),
+        throw CCliError(EExit::Usage, Tr("--recipe: the effect {} is given, too", options.effect),
                         "a recipe names its effects");
     }
     return WithCliErrors({}, [&] { return CRecipe::Read(library, options.recipe); });
@@ -188,7 +187,7 @@ std::string SavePreset(const CEffectJob& job, const std::string& name, bool over
     } catch (const CJobError& error) {
         if (error.Fault() == EJobFault::Refused) Throw(error, job.Name());
         throw CCliError(EExit::Output, error.what(),
-                        overwrite ? "" : "--overwrite replaces an existing preset");
+                        overwrite ? "" : Tr("--overwrite replaces an existing preset"));
     }
 }
 
@@ -205,10 +204,8 @@ void RemoveResource(const std::filesystem::path& file) {
 
 std::string PrecisionWarning(const CEffectJob& job, CNPixelFormat format) {
     if (!format.Is16bit() || job.Describe().works_at_16_bits) return {};
-    return fmt::format(
-        "{} works with 8-bit precision; what it changes of a 16-bit image has no "
-        "finer steps",
-        job.Name());
+    return Tr("{} works with 8-bit precision; what it changes of a 16-bit image has no finer steps",
+              job.Name());
 }
 
 void WarnOfPrecision(const CEffectJob& job, CNPixelFormat format) {

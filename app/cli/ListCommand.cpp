@@ -5,6 +5,7 @@
 
 #include "app/cli/Commands.h"
 #include "app/cli/Options.h"
+#include "app/cli/Report.h"
 
 namespace {
 
@@ -18,8 +19,7 @@ void List(const SListOptions& options) {
     if (options.json) {
         auto rows = nlohmann::ordered_json::array();
         for (const SEffectInfo& effect : effects) rows.push_back(IdentityToJson(effect));
-        std::cout << rows.dump(2) << '\n';
-        return;
+        return report::Print(rows);
     }
     for (const SEffectInfo& effect : effects) {
         std::cout << fmt::format("{:<14} {}\n", effect.name, effect.description);
@@ -31,7 +31,7 @@ void List(const SListOptions& options) {
 void AddListCommand(CLI::App& program) {
     auto* command = program.add_subcommand("list", "List the effects");
     auto options = std::make_shared<SListOptions>();
-    command->add_flag("--json", options->json, "Print a JSON array");
+    AddJsonOption(*command, options->json);
     AddSessionOptions(*command, options->session);
     command->callback([options] { List(*options); });
 }

@@ -1,44 +1,53 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <system_error>
 
+#include "app/cli/CHelpFormatter.h"
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Interruption.h"
 #include "app/cli/Messages.h"
+#include "app/cli/Options.h"
+#include "app/cli/Report.h"
+#include "app/cli/Usage.h"
+#include "hostlib/language/Languages.h"
+#include "hostlib/language/Texts.h"
+#include "hostlib/parameters/NearestName.h"
 #include "hostlib/system/COutputFile.h"
+#include "job/Installation.h"
 
 namespace {
 
-constexpr const char* kExitStatuses =
-    "Exit status: 0 done; 1 internal fault; 2 usage; 3 input unreadable; 4 input not supported;\n"
-    "5 output exists or cannot be written; 6 limit reached; 7 module or effect failed;\n"
-    "129, 130, 131, 143 interrupted. No failure leaves a partial file or harms an existing one.";
+constexpr const char* kExitStatuses = TrLater(
+    "Exit status: 0 done; 1 internal fault; 2 usage; 3 input unreadable; 4 input not supported; 5 "
+    "output exists or cannot be written; 6 limit reached; 7 module or effect failed; 129, 130, "
+    "131, 143 interrupted. No failure leaves a partial file or harms an existing one.");
+
+int Report(int status, const std::string& what, const std::string& hint = {}) {
+    if (messages::UsesJson() && std::cout) report::PrintError(status, what, hint);
+    std::cout.flush();
+    messages::Error(status, what, hint);
+    return status;
+}
 
 int Report(EExit exit, const std::string& what, const std::string& hint = {}) {
-    std::cout.flush();
-    messages::Error(what, hint);
-    return static_cast<int>(exit);
+    return Report(static_cast<int>(exit), what, hint);
 }
 
 int ReportInterruption() {
-    constexpr const char* kNothingLeft = "nothing was left behind";
     if (interruption::TimedOut()) {
-        return Report(EExit::Limit, std::string("the time limit was reached; ") + kNothingLeft);
+        return Report(EExit::Limit, Tr("the time limit was reached; nothing was left behind"));
     }
-    messages::Say(std::string("interrupted; ") + kNothingLeft);
-    return interruption::ExitStatus();
-}
-
-// What is still to be said on standard output.
-int Finish() {
-    std::cout.flush();
-    if (!std::cout) return Report(EExit::Output, "standard output cannot be written");
-    return static_cast<int>(EExit::Done);
+    const std::string what = Tr("interrupted; nothing was left behind");
+    const int status = interruption::ExitStatus();
+    if (messages::UsesJson()) return Report(status, what);
+    messages::Say(what);
+    return status;
 }
 
 // The status for what is being thrown, once it is told.
@@ -53,34 +62,53 @@ int ReportThrown() {
     } catch (const CInterrupted&) {
         return ReportInterruption();
     } catch (const std::bad_alloc&) {
-        return Report(EExit::Limit, "there is not enough memory");
+        return Report(EExit::Limit, Tr("there is not enough memory"));
     } catch (const std::system_error& error) {
         const bool threads = error.code() == std::errc::resource_unavailable_try_again;
-        if (threads) return Report(EExit::Limit, "the system gives no further thread");
+        if (threads) return Report(EExit::Limit, Tr("the system gives no further thread"));
         return Report(EExit::Fault, error.what());
     } catch (const std::exception& error) {
         return Report(EExit::Fault, error.what());
     } catch (...) {
-        return Report(EExit::Fault, "the program cannot go on");
+        return Report(EExit::Fault, Tr("the program cannot go on"));
+    }
+}
+
+int Finish() {
+    report::Flush(Tr("standard output cannot be written"));
+    return static_cast<int>(EExit::Done);
+}
+
+void Parse(CLI::App& program, int count, char** arguments) {
+    try {
+        program.parse(count, arguments);
+    } catch (const CLI::CallForVersion& version) {
+        std::cout << version.what() << '\n';
+    } catch (const CLI::CallForHelp&) {
+        std::cout << program.help();
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(program, error);
     }
 }
 
 int Run(CLI::App& program, int count, char** arguments) {
     try {
-        program.parse(count, arguments);
-        if (program.get_subcommands().empty()) {
-            return Report(EExit::Usage, "a subcommand is missing", "see \"cmdtexture --help\"");
-        }
-        return Finish();
-    } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() != 0) {
-            return Report(EExit::Usage, error.what(), "see \"cmdtexture --help\"");
-        }
-        program.exit(error);  // --help, --version
+        Parse(program, count, arguments);
         return Finish();
     } catch (...) {
         return ReportThrown();
     }
+}
+
+// Speaks the language that is asked for; what is wrong with it is told by who opens the effects.
+void ChooseLanguage(const std::string& wanted) {
+    const std::filesystem::path data = FindInstallation().data;
+    const std::vector<std::string> available = languages::Available(data);
+    const auto is_wanted = [&](const std::string& code) { return SameName(code, wanted); };
+    const auto found = std::find_if(available.begin(), available.end(), is_wanted);
+    const std::string problem =
+        texts::Use(data, found == available.end() ? languages::Preferred(available) : *found);
+    if (!problem.empty()) messages::Warn(problem);
 }
 
 // Where no exception may pass: even then nothing stays behind.
@@ -90,7 +118,7 @@ int Run(CLI::App& program, int count, char** arguments) {
     if (std::current_exception()) {
         status = ReportThrown();
     } else {
-        messages::Error("the program cannot go on");
+        messages::Error(status, "the program cannot go on");
     }
     _exit(status);
 }
@@ -102,9 +130,17 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     messages::Open();
     std::set_terminate(&Terminate);
     interruption::Install();
-    CLI::App program("Texture effects for images.", "cmdtexture");
+    const SEarlyOptions early = FindEarlyOptions(count, arguments);
+    if (early.json) messages::UseJson();
+    ChooseLanguage(early.language);
+
+    CLI::App program(TrLater("Texture effects for images."), "cmdtexture");
+    program.formatter(std::make_shared<CHelpFormatter>());
     program.footer(kExitStatuses);
-    program.set_version_flag("--version", "cmdtexture " CMDTEXTURE_VERSION);
+    program.set_help_flag("-h,--help", TrLater("Show this help"));
+    program.set_version_flag("--version", "cmdtexture " CMDTEXTURE_VERSION,
+                             TrLater("Show the version"));
+    program.require_subcommand(1);
     AddListCommand(program);
     AddDescribeCommand(program);
     AddApplyCommand(program);
@@ -113,5 +149,6 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     AddBatchCommand(program);
     AddPresetCommand(program);
     AddResourcesCommand(program);
+    AddHelpCommand(program);
     return Run(program, count, arguments);
 }

@@ -1,14 +1,23 @@
 #include "app/cli/Options.h"
 
+#include <algorithm>
+#include <string_view>
+
+#include "hostlib/core/WholeNumber.h"
+#include "hostlib/language/Texts.h"
+#include "hostlib/parameters/NearestName.h"
+
 void AddSessionOptions(CLI::App& command, SSessionOptions& options) {
-    command.add_option("--language", options.language,
-                       "Language of names and descriptions, by its code, such as EN; default: the "
-                       "environment's");
+    command
+        .add_option("--language", options.language,
+                    "Language of texts and messages, by its code, such as EN; default: the "
+                    "environment's")
+        ->type_name("CODE");
     command
         .add_option("--range-scale", options.range_scale,
                     "Enlarge the scalable maxima of parameters by PERCENT")
         ->type_name("PERCENT")
-        ->check(CLI::Range(-99, 900));
+        ->check(WholeNumbers(-99, 900));
 }
 
 void AddParameterOptions(CLI::App& command, SParameterOptions& options) {
@@ -21,11 +30,12 @@ void AddParameterOptions(CLI::App& command, SParameterOptions& options) {
         .add_option(
             "--preset", options.preset,
             "Take values from a preset: its name (\"cmdtexture preset list\"), or a JSON file")
-        ->type_name("FILE");
+        ->type_name("PRESET");
 }
 
 void AddWorkOptions(CLI::App& command, SWorkOptions& options) {
-    command.add_option("EFFECT", options.effect, "Name of the effect; none with --recipe");
+    command.add_option("EFFECT", options.effect,
+                       "Name of the effect, in any language; none with --recipe");
     AddParameterOptions(command, options.parameters);
     command
         .add_option("--recipe", options.recipe,
@@ -42,4 +52,73 @@ void AddLibraryOption(CLI::App& command, std::vector<std::string>& folders) {
                     "textures/, or of pictures")
         ->type_name("DIR")
         ->allow_extra_args(false);
+}
+
+CLI::Option* AddEffectArgument(CLI::App& command, std::string& effect) {
+    return command
+        .add_option("EFFECT", effect, "Name of the effect, in any language (\"cmdtexture list\")")
+        ->required();
+}
+
+void AddJsonOption(CLI::App& command, bool& json) {
+    command.add_flag("--json", json, "Print results, warnings and errors as JSON");
+}
+
+CLI::Validator WholeNumbers(std::int64_t least, std::int64_t most) {
+    return {[=](std::string& text) {
+                const auto number = WholeNumber(text);
+                if (number && least <= *number && *number <= most) return std::string();
+                return Tr("{} is not a whole number from {} to {}", text, least, most);
+            },
+            ""};
+}
+
+CLI::Validator Seconds() {
+    return {[](std::string& text) {
+                constexpr double kMost = 1e8;
+                double seconds = -1;
+                const bool is_number = CLI::detail::lexical_cast(text, seconds);
+                if (is_number && seconds >= 0 && seconds <= kMost) return std::string();
+                return Tr("{} is not a number of seconds", text);
+            },
+            ""};
+}
+
+CLI::Validator OneOf(std::vector<std::string> names) {
+    return {[names = std::move(names)](std::string& text) {
+                if (std::find(names.begin(), names.end(), text) != names.end()) {
+                    return std::string();
+                }
+                const std::string hint = DidYouMean(text, names);
+                return Tr("{} is none of {}", text, fmt::join(names, ", ")) +
+                       (hint.empty() ? "" : '\n' + hint);
+            },
+            ""};
+}
+
+CLI::Validator Bytes() {
+    return {[convert = CLI::AsSizeValue(false)](std::string& text) {
+                const std::string given = text;
+                try {
+                    if (convert(text).empty()) return std::string();
+                } catch (const CLI::ValidationError&) {  // told below
+                }
+                return Tr("{} is not a size; it is written 512M or 1G", given);
+            },
+            ""};
+}
+
+SEarlyOptions FindEarlyOptions(int count, const char* const* arguments) {
+    constexpr std::string_view kLanguage = "--language";
+    SEarlyOptions found;
+    for (int i = 1; i < count; ++i) {
+        const std::string_view argument = arguments[i];
+        if (argument == "--") break;
+        if (argument == "--json") found.json = true;
+        if (argument == kLanguage && i + 1 < count) found.language = arguments[i + 1];
+        if (argument.starts_with(kLanguage) && argument.substr(kLanguage.size(), 1) == "=") {
+            found.language = argument.substr(kLanguage.size() + 1);
+        }
+    }
+    return found;
 }

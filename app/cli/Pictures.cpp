@@ -1,6 +1,5 @@
 #include "app/cli/Pictures.h"
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -9,8 +8,11 @@
 #include "app/cli/CliError.h"
 #include "app/cli/Interruption.h"
 #include "app/cli/Messages.h"
+#include "app/cli/Options.h"
+#include "app/cli/Report.h"
 #include "app/imagefile/InputStream.h"
 #include "host/graphics/CStatusControl.h"
+#include "hostlib/language/Texts.h"
 #include "job/Selection.h"
 
 namespace {
@@ -80,7 +82,7 @@ void AddCodingOptions(CLI::App& command, imagefile::SWriteOptions& options) {
         .add_option("--quality", options.quality,
                     "Quality of JPEG and lossy WebP, 1 to 100; default: the input's own, or 95")
         ->type_name("Q")
-        ->check(CLI::Range(1, 100));
+        ->check(WholeNumbers(1, 100));
     command
         .add_option("--subsampling", options.subsampling,
                     "Colour of JPEG: 444 (full), 440, 422, 420 or 411; default: the input's own, "
@@ -96,9 +98,10 @@ void AddCodingOptions(CLI::App& command, imagefile::SWriteOptions& options) {
 imagefile::SOutputRules OutputRules(const std::string& file, bool overwrite,
                                     const std::string& input) {
     const bool is_stream = file == imagefile::kStandardStream;
+    if (is_stream) report::LeaveOutput();
     if (is_stream && isatty(STDOUT_FILENO)) {
-        throw CCliError(EExit::Usage, "standard output is a terminal",
-                        "lead it into a file or a pipe, or name a file after -o");
+        throw CCliError(EExit::Usage, Tr("standard output is a terminal"),
+                        Tr("lead it into a file or a pipe, or name a file after -o"));
     }
     return {overwrite, input, is_stream ? STDOUT_FILENO : -1};
 }
@@ -128,9 +131,9 @@ SInputOptions MaskInput(const std::string& file, const SInputOptions& options) {
 void CheckMaskSize(const std::string& file, CSize mask, CSize picture) {
     if (mask == picture) return;
     throw CCliError(EExit::Usage,
-                    fmt::format("{}: the mask is {} x {}, the image {} x {}", file, mask.cx,
-                                mask.cy, picture.cx, picture.cy),
-                    "a mask has the size of the image");
+                    Tr("{}: the mask is {} x {}, the image {} x {}", file, mask.cx, mask.cy,
+                       picture.cx, picture.cy),
+                    Tr("a mask has the size of the image"));
 }
 
 CRowIterator ReadMask(const std::string& file, CSize size, const SInputOptions& options,

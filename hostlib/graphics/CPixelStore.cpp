@@ -15,6 +15,8 @@
 
 #include "host/core/CErrorAutoThrow.h"
 #include "hostlib/graphics/PixelBudget.h"
+#include "hostlib/language/Texts.h"
+#include "hostlib/system/CFileError.h"
 
 namespace {
 
@@ -78,8 +80,8 @@ void* MapScratch(std::size_t bytes) {
     const std::filesystem::path folder = ScratchFolder();
     const auto fail = [&](int error) {
         throw CNException(TolmErrorCode::ScratchFailed,
-                          fmt::format("{}: no room for {} MB of pixels: {}", folder.string(),
-                                      (bytes >> 20) + 1, std::strerror(error)));
+                          Tr("{}: no room for {} MB of pixels: {}", folder.string(),
+                             (bytes >> 20) + 1, SystemText(error)));
     };
     const int file = OpenScratch(folder);
     if (file < 0) fail(errno);

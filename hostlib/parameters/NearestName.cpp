@@ -5,6 +5,8 @@
 #include <limits>
 #include <numeric>
 
+#include "hostlib/language/Texts.h"
+
 namespace {
 
 char Lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
@@ -40,7 +42,30 @@ std::string NearestName(const std::string& wanted, const std::vector<std::string
     return nearest;
 }
 
+std::string DidYouMean(const std::string& wanted, const std::vector<std::string>& names) {
+    const std::string nearest = NearestName(wanted, names);
+    return nearest.empty() ? std::string() : Tr("did you mean \"{}\"?", nearest);
+}
+
 bool SameName(const std::string& a, const std::string& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](char x, char y) { return Lower(x) == Lower(y); });
+}
+
+std::string LooseName(const std::string& name) {
+    constexpr unsigned char kLatin = 0xc3;  // the first byte of U+00C0 to U+00FF
+    std::string loose;
+    bool is_latin = false;
+    for (const char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (is_latin && byte >= 0x80 && byte <= 0x9e && byte != 0x97) {  // U+00C0 to U+00DE
+            loose += static_cast<char>(byte + 0x20);
+        } else if (byte >= 0x80) {
+            loose += c;
+        } else if (std::isalnum(byte)) {
+            loose += Lower(c);
+        }
+        is_latin = byte == kLatin;
+    }
+    return loose;
 }

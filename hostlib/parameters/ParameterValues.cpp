@@ -3,12 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <nlohmann/json.hpp>
 #include <optional>
 
 #include "host/commands/ParameterDefinition.h"
 #include "hostlib/core/WholeNumber.h"
+#include "hostlib/language/Texts.h"
+#include "hostlib/parameters/ColourNames.h"
 #include "hostlib/parameters/NearestName.h"
 
 namespace parameters {
@@ -23,13 +24,10 @@ std::optional<std::int64_t> ParseBoolean(const std::string& text) {
 }
 
 std::optional<std::int64_t> ParseColour(const std::string& text) {
-    unsigned rgb = 0;
-    if (text.size() != 7 || text[0] != '#') return std::nullopt;
-    const char* last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data() + 1, last, rgb, 16);
-    if (end != last || error != std::errc()) return std::nullopt;
-    return CColorRef::FromRgb(static_cast<int>(rgb >> 16), static_cast<int>(rgb >> 8 & 255U),
-                              static_cast<int>(rgb & 255U))
+    const std::optional<std::uint32_t> rgb = ColourFromText(text);
+    if (!rgb) return std::nullopt;
+    return CColorRef::FromRgb(static_cast<int>(*rgb >> 16), static_cast<int>(*rgb >> 8 & 255U),
+                              static_cast<int>(*rgb & 255U))
         .value;
 }
 
@@ -56,10 +54,19 @@ std::optional<std::int64_t> ParseNumber(const IParameter& parameter, const std::
     return WholeNumber(text);
 }
 
+// The name that was meant by a text that is none.
+std::string HintFor(const IParameter& parameter, const std::string& text) {
+    if (parameter.Type() == EParameterType::Enumeration && !WholeNumber(text)) {
+        return DidYouMean(text, MemberNames(parameter));
+    }
+    if (parameter.Type() == EParameterType::Colour) return DidYouMean(text, ColourNames());
+    return {};
+}
+
 [[noreturn]] void Refuse(const IParameter& parameter, const std::string& text) {
-    throw CRefused(fmt::format("parameter {}: {} is not possible; it takes {}",
-                               ToUtf8(parameter.Name()), text.empty() ? "an empty value" : text,
-                               DescribeValues(parameter)));
+    throw CRefused(Tr("parameter {}: {} is not possible; it takes {}", ToUtf8(parameter.Name()),
+                      text.empty() ? Tr("an empty value") : text, DescribeValues(parameter)),
+                   HintFor(parameter, text));
 }
 
 bool HasRange(const IParameter& parameter) {
@@ -122,10 +129,9 @@ int IndexOf(IParameterRepository& repository, const std::string& name) {
         names.push_back(ToUtf8(parameter->Name()));
         if (SameName(names.back(), name)) return i;
     }
-    const std::string nearest = NearestName(name, names);
-    throw CRefused(fmt::format("unknown parameter \"{}\"", name),
-                   nearest.empty() ? fmt::format("the parameters are {}", fmt::join(names, ", "))
-                                   : fmt::format("did you mean \"{}\"?", nearest));
+    const std::string hint = DidYouMean(name, names);
+    throw CRefused(Tr("unknown parameter \"{}\"", name),
+                   hint.empty() ? Tr("the parameters are {}", fmt::join(names, ", ")) : hint);
 }
 
 IParameter& Find(IParameterRepository& repository, const std::string& name) {
@@ -149,7 +155,7 @@ void Set(IParameter& parameter, const SValue& value) {
 }
 
 std::map<int, SValue> SetFromJson(IParameterRepository& repository, const ordered_json& values) {
-    if (!values.is_object()) throw CRefused("a preset is a JSON object of names to values");
+    if (!values.is_object()) throw CRefused(Tr("a preset is a JSON object of names to values"));
     std::map<int, SValue> parsed;
     for (const auto& [name, value] : values.items()) {
         const int index = IndexOf(repository, name);
@@ -213,18 +219,18 @@ ordered_json ToJson(IParameterRepository& repository) {
 std::string DescribeValues(const IParameter& parameter) {
     switch (parameter.Type()) {
         case EParameterType::Boolean:
-            return "true or false";
+            return Tr("true or false");
         case EParameterType::Colour:
-            return "a colour as #RRGGBB";
+            return Tr("a colour as #RRGGBB or #RGB, or its CSS name");
         case EParameterType::String:
-            return "a text";
+            return Tr("a text");
         case EParameterType::Enumeration:
-            return fmt::format("{} (or 0 to {})", fmt::join(MemberNames(parameter), ", "),
-                               parameter.Maximum());
+            return Tr("{} (or 0 to {})", fmt::join(MemberNames(parameter), ", "),
+                      parameter.Maximum());
         case EParameterType::Integer:
             break;
     }
-    return fmt::format("a whole number from {} to {}", parameter.Minimum(), parameter.Maximum());
+    return Tr("a whole number from {} to {}", parameter.Minimum(), parameter.Maximum());
 }
 
 std::vector<std::string> MemberNames(const IParameter& parameter) {

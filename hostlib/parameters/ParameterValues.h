@@ -11,8 +11,8 @@
 #include "host/core/HostApi.h"
 
 // Parameters by name, as the command line, presets and scripts give them. Values are texts
-// ("NAME=VALUE") or JSON: integers, true and false, colours as "#RRGGBB", members of an enumeration
-// by name or number, strings.
+// ("NAME=VALUE") or JSON: integers, true and false, colours as ColourFromText reads them, members
+// of an enumeration by name or number, strings.
 namespace parameters {
 
 // A name or value that is refused: what is wrong, and what would be right.
@@ -58,7 +58,8 @@ HOST_API std::map<int, SValue> CurrentValues(IParameterRepository& repository);
 HOST_API nlohmann::ordered_json ToJson(const IParameter& parameter);
 // All current values by name.
 HOST_API nlohmann::ordered_json ToJson(IParameterRepository& repository);
-// What values a parameter takes, for people: "2 to 600", "#RRGGBB".
+// What values a parameter takes, for people, in the language of messages: "a whole number from 2 to
+// 600".
 HOST_API std::string DescribeValues(const IParameter& parameter);
 // The names of an enumeration's members; empty for other types.
 HOST_API std::vector<std::string> MemberNames(const IParameter& parameter);

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/language/CConnectLanguage.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/parameters/NearestName.h"
 #include "hostlib/parameters/ParameterValues.h"
 #include "hostlib/parameters/Presets.h"
@@ -90,9 +91,9 @@ int IndexOf(IParameterRepository& repository, const std::string& name) {
 
 [[noreturn]] void RefuseScale() {
     throw parameters::CRefused(
-        "\"$scale\" does not say what the preset's pixels are",
-        R"(it is written {"pixels": 1000000, "parameters": ["NAME", ...]}, of parameters that the )"
-        "preset sets to numbers");
+        Tr("\"$scale\" does not say what the preset's pixels are"),
+        Tr("it is written {\"pixels\": 1000000, \"parameters\": [\"NAME\", ...]}, of parameters "
+           "that the preset sets to numbers"));
 }
 
 }  // namespace

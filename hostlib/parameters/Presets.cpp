@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/core/CErrorAutoThrow.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/CFileError.h"
 #include "hostlib/system/COutputFile.h"
 #include "hostlib/system/ConfigFolders.h"
@@ -25,7 +26,7 @@ std::filesystem::path Home() {
     std::filesystem::path home = folders::UserConfig();
     if (home.empty()) {
         throw CNException(TolmErrorCode::ReadFailed,
-                          "there is no home folder for presets; set HOME or XDG_CONFIG_HOME");
+                          Tr("there is no home folder for presets; set HOME or XDG_CONFIG_HOME"));
     }
     return home;
 }
@@ -56,13 +57,13 @@ void Write(const std::filesystem::path& file, const nlohmann::ordered_json& valu
 
 nlohmann::ordered_json Read(const std::filesystem::path& file) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) Fail(file, "no such preset file");
+    if (!std::filesystem::is_regular_file(file, error)) Fail(file, Tr("no such preset file"));
     try {
         return ReadStrictJson(file, kLargest);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& failure) {
-        Fail(file, fmt::format("the preset is not usable: {}", failure.what()));
+        Fail(file, Tr("the preset is not usable: {}", failure.what()));
     }
 }
 
@@ -71,7 +72,7 @@ std::filesystem::path FileOf(const std::string& effect, const std::string& name)
                         name.size() <= 200;
     if (!usable) {
         throw CNException(TolmErrorCode::UnusableInput,
-                          fmt::format("\"{}\" is not a name for a preset", DisplayText(name)));
+                          Tr("\"{}\" is not a name for a preset", DisplayText(name)));
     }
     return FolderOf(effect) / (name + ".json");
 }
@@ -92,7 +93,7 @@ std::filesystem::path Save(const std::string& effect, const std::string& name,
     std::filesystem::path file = FileOf(effect, name);
     std::error_code error;
     if (!overwrite && std::filesystem::exists(file, error)) {
-        Fail(file, "a preset of this name exists");
+        Fail(file, Tr("a preset of this name exists"));
     }
     Write(file, values, overwrite);
     return file;
@@ -102,7 +103,7 @@ void Remove(const std::string& effect, const std::string& name) {
     const std::filesystem::path file = FileOf(effect, name);
     std::error_code error;
     if (!std::filesystem::remove(file, error)) {
-        Fail(file, error ? "the preset cannot be deleted" : "no such preset file");
+        Fail(file, error ? Tr("the preset cannot be deleted") : Tr("no such preset file"));
     }
 }
 

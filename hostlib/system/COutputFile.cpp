@@ -19,6 +19,7 @@
 #include <tuple>
 #include <utility>
 
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/CFileError.h"
 
 namespace {
@@ -60,19 +61,20 @@ void ForgetName(const char* text) {
 }
 
 [[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& what,
-                         const char* hint = "") {
-    throw CFileError(file, what, hint);
+                         std::string hint = {}) {
+    throw CFileError(file, what, std::move(hint));
 }
 
 CDescriptor OpenFolder(const std::filesystem::path& file) {
     const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
     CDescriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!opened) {
-        Refuse(file, "the folder " + DisplayText(folder) + " cannot be used: " + SystemText(errno));
+        Refuse(file,
+               Tr("the folder {} cannot be used: {}", DisplayText(folder), SystemText(errno)));
     }
     if (faccessat(opened.Get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
-        Refuse(file,
-               "the folder " + DisplayText(folder) + " cannot be written to: " + SystemText(errno));
+        Refuse(file, Tr("the folder {} cannot be written to: {}", DisplayText(folder),
+                        SystemText(errno)));
     }
     return opened;
 }
@@ -85,31 +87,31 @@ bool IsSameFile(const struct stat& a, const struct stat& b) {
 std::optional<struct stat> CheckName(int folder, const std::filesystem::path& file,
                                      const SOutputRules& rules) {
     const std::string name = file.filename().native();
-    if (name.empty() || name == "." || name == "..") Refuse(file, "is the name of a folder");
+    if (name.empty() || name == "." || name == "..") Refuse(file, Tr("is the name of a folder"));
     struct stat found = {};
     if (fstatat(folder, name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) {
         if (errno == ENOENT) return std::nullopt;
-        Refuse(file, "cannot be written: " + SystemText(errno));
+        Refuse(file, Tr("cannot be written: {}", SystemText(errno)));
     }
     // A link is judged by itself and by what it leads to, which may be nothing.
     const bool is_link = S_ISLNK(found.st_mode);
     struct stat behind = found;
     const bool leads_somewhere = !is_link || fstatat(folder, name.c_str(), &behind, 0) == 0;
-    if (leads_somewhere && S_ISDIR(behind.st_mode)) Refuse(file, "is a folder");
+    if (leads_somewhere && S_ISDIR(behind.st_mode)) Refuse(file, Tr("is a folder"));
     if (leads_somewhere && !S_ISREG(behind.st_mode)) {
-        Refuse(file, "is a device or a pipe, which is never replaced");
+        Refuse(file, Tr("is a device or a pipe, which is never replaced"));
     }
     if (!rules.overwrite) {
         struct stat input = {};
         if (leads_somewhere && !rules.input.empty() && stat(rules.input.c_str(), &input) == 0 &&
             IsSameFile(input, behind)) {
-            Refuse(file, "is the input file", "use --overwrite, or another name");
+            Refuse(file, Tr("is the input file"), Tr("use --overwrite, or another name"));
         }
-        Refuse(file, is_link ? "exists, a symbolic link" : "exists",
-               "use --overwrite, or another name");
+        Refuse(file, is_link ? Tr("exists, a symbolic link") : Tr("exists"),
+               Tr("use --overwrite, or another name"));
     }
     if (!is_link && faccessat(folder, name.c_str(), W_OK, AT_EACCESS) != 0) {
-        Refuse(file, "cannot be replaced: " + SystemText(errno));
+        Refuse(file, Tr("cannot be replaced: {}", SystemText(errno)));
     }
     return found;
 }
@@ -232,7 +234,7 @@ void COutputFile::CopyToStream(const std::function<bool()>& stops) {
             const ssize_t written = write(rules_.stream, &bytes[static_cast<std::size_t>(done)],
                                           static_cast<std::size_t>(got - done));
             const bool goes_on = written >= 0 || (errno == EINTR && !(stops && stops()));
-            if (!goes_on) Refuse(file_, "cannot be written: " + SystemText(errno));
+            if (!goes_on) Refuse(file_, Tr("cannot be written: {}", SystemText(errno)));
             done += std::max<ssize_t>(written, 0);
         }
     }
@@ -248,11 +250,11 @@ void COutputFile::Write(std::span<const std::uint8_t> bytes) {
 }
 
 void COutputFile::FailWriting(int error) const {
-    Refuse(file_, "cannot be written: " + SystemText(error), "nothing was left behind");
+    Refuse(file_, Tr("cannot be written: {}", SystemText(error)), Tr("nothing was left behind"));
 }
 
 void COutputFile::FailPublishing(int error) const {
-    if (error == EEXIST) Refuse(file_, "exists", "use --overwrite, or another name");
+    if (error == EEXIST) Refuse(file_, Tr("exists"), Tr("use --overwrite, or another name"));
     FailWriting(error);
 }
 

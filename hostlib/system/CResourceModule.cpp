@@ -4,6 +4,7 @@
 #include <mutex>
 #include <nlohmann/json.hpp>
 
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/ConfigFolders.h"
 #include "hostlib/system/StrictJson.h"
 
@@ -41,23 +42,23 @@ std::unique_ptr<CResourceModule> CResourceModule::Read(const std::filesystem::pa
     };
     std::error_code none;
     if (!std::filesystem::is_regular_file(file, none))
-        throw fail("the language file cannot be read");
+        throw fail(Tr("the language file cannot be read"));
     json root;
     try {
         root = ReadStrictJson(file, kLargest);
     } catch (const std::runtime_error&) {
-        throw fail("the language file is damaged");
+        throw fail(Tr("the language file is damaged"));
     }
     try {
         if (const int format = root.at("format"); format != kFormat) {
-            throw fail("the language file is of format " + std::to_string(format) + ", not " +
-                       std::to_string(kFormat));
+            throw fail(
+                Tr("the language file is of format {}, not {}", std::to_string(format), kFormat));
         }
         const std::string language = root.at("language"), folder = file.parent_path().filename();
         if (language != folder) {
-            throw fail("the language file is in " + language + ", not in " + folder);
+            throw fail(Tr("the language file is in {}, not in {}", language, folder));
         }
-        if (!root.at("strings").is_object()) throw fail("the language file has no texts");
+        if (!root.at("strings").is_object()) throw fail(Tr("the language file has no texts"));
         auto module = std::make_unique<CResourceModule>();
         module->file_ = file;
         ForEachId(root, "strings", [&](int id, const json& text) {
@@ -72,7 +73,7 @@ std::unique_ptr<CResourceModule> CResourceModule::Read(const std::filesystem::pa
     } catch (const std::logic_error&) {  // an id that is no number
     } catch (const json::exception&) {   // of another shape
     }
-    throw fail("the language file is damaged");
+    throw fail(Tr("the language file is damaged"));
 }
 
 CString CResourceModule::String(int id) const {

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "hostlib/language/Texts.h"
+
 namespace {
 
 using nlohmann::ordered_json;
@@ -21,7 +23,7 @@ class CGuard {
         using Event = ordered_json::parse_event_t;
         if (event == Event::object_start || event == Event::array_start) {
             if (depth >= kDeepest) {
-                throw std::runtime_error(fmt::format("nested deeper than {} levels", kDeepest));
+                throw std::runtime_error(Tr("nested deeper than {} levels", kDeepest));
             }
             names_.emplace_back();
         } else if (event == Event::object_end || event == Event::array_end) {
@@ -29,7 +31,7 @@ class CGuard {
         } else if (event == Event::key) {
             const auto& name = value.get_ref<const std::string&>();
             if (!names_.back().insert(name).second) {
-                throw std::runtime_error(fmt::format("the name \"{}\" comes twice", name));
+                throw std::runtime_error(Tr("the name \"{}\" comes twice", name));
             }
         }
         return true;
@@ -43,7 +45,7 @@ class CGuard {
 
 ordered_json ParseStrictJson(std::string_view text) {
     // The parser takes a null byte for the end of the text.
-    if (text.find('\0') != std::string_view::npos) throw std::runtime_error("not valid JSON");
+    if (text.find('\0') != std::string_view::npos) throw std::runtime_error(Tr("not valid JSON"));
     CGuard guard;
     const ordered_json::parser_callback_t watch = [&](int depth, auto event, ordered_json& value) {
         return guard(depth, event, value);
@@ -51,22 +53,22 @@ ordered_json ParseStrictJson(std::string_view text) {
     try {
         return ordered_json::parse(text, watch);
     } catch (const ordered_json::parse_error& error) {
-        throw std::runtime_error(fmt::format("not valid JSON at byte {}", error.byte));
+        throw std::runtime_error(Tr("not valid JSON at byte {}", error.byte));
     } catch (const ordered_json::exception&) {
-        throw std::runtime_error("not valid JSON");
+        throw std::runtime_error(Tr("not valid JSON"));
     }
 }
 
 ordered_json ReadStrictJson(const std::filesystem::path& file, std::uintmax_t largest) {
     std::error_code none;
-    if (!std::filesystem::is_regular_file(file, none)) throw std::runtime_error("no such file");
+    if (!std::filesystem::is_regular_file(file, none)) throw std::runtime_error(Tr("no such file"));
     std::ifstream in(file, std::ios::binary);
     std::string text(std::min(std::filesystem::file_size(file, none), largest) + 1, '\0');
     in.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(in.gcount()));
-    if (!in.is_open() || in.bad()) throw std::runtime_error("cannot be read");
+    if (!in.is_open() || in.bad()) throw std::runtime_error(Tr("cannot be read"));
     if (text.size() > largest) {
-        throw std::runtime_error(fmt::format("larger than {} bytes", largest));
+        throw std::runtime_error(Tr("larger than {} bytes", largest));
     }
     return ParseStrictJson(text);
 }

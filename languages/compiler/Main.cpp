@@ -2,6 +2,8 @@
 // templates, which all languages share:
 //   cmdtexture-rc LANGUAGE_FOLDER REFERENCE_FOLDER DIALOG_FOLDER OUTPUT
 // Every id must stand once, and the language must have the ids of the reference language.
+// Makes the messages of a language, a JSON file as well, from its PO file:
+//   cmdtexture-rc MESSAGES.po OUTPUT
 
 #include <filesystem>
 #include <fstream>
@@ -12,6 +14,7 @@
 #include <string>
 
 #include "Dialogs.h"
+#include "Messages.h"
 
 namespace {
 
@@ -73,27 +76,38 @@ void RequireSameIds(const Texts& texts, const Texts& reference, const std::strin
     }
 }
 
+nlohmann::json MakeResources(const std::filesystem::path& folder, const char* reference,
+                             const char* dialogs) {
+    const Texts texts = ReadLanguage(folder);
+    RequireSameIds(texts, ReadLanguage(reference), folder.string());
+    nlohmann::json root;
+    root["format"] = 1;  // raised when a reader of the last one could not read it
+    root["language"] = folder.filename().string();
+    for (const auto& [id, text] : texts) root["strings"][std::to_string(id)] = text;
+    root["dialogs"] = MakeDialogs(dialogs, texts);
+    return root;
+}
+
+void Write(const nlohmann::json& root, const std::string& file) {
+    std::ofstream out(file, std::ios::binary);
+    out << root.dump(1) << '\n';
+    out.close();
+    if (!out) throw std::runtime_error(file + ": cannot be written");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
     try {
-        if (count != 5) {
+        if (count == 3) {
+            Write(ReadMessages(arguments[1]), arguments[2]);
+        } else if (count == 5) {
+            Write(MakeResources(arguments[1], arguments[2], arguments[3]), arguments[4]);
+        } else {
             throw std::runtime_error(
-                "usage: LANGUAGE_FOLDER REFERENCE_FOLDER DIALOG_FOLDER OUTPUT");
+                "usage: LANGUAGE_FOLDER REFERENCE_FOLDER DIALOG_FOLDER OUTPUT, or MESSAGES.po "
+                "OUTPUT");
         }
-        const std::filesystem::path folder = arguments[1];
-        const Texts texts = ReadLanguage(folder);
-        RequireSameIds(texts, ReadLanguage(arguments[2]), folder.string());
-
-        nlohmann::json root;
-        root["format"] = 1;  // raised when a reader of the last one could not read it
-        root["language"] = folder.filename().string();
-        for (const auto& [id, text] : texts) root["strings"][std::to_string(id)] = text;
-        root["dialogs"] = MakeDialogs(arguments[3], texts);
-        std::ofstream out(arguments[4], std::ios::binary);
-        out << root.dump(1) << '\n';
-        out.close();
-        if (!out) throw std::runtime_error(std::string(arguments[4]) + ": cannot be written");
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "cmdtexture-rc: " << error.what() << '\n';

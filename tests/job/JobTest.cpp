@@ -131,6 +131,25 @@ TEST(Job, LibrariesDoNotDisturbEachOther) {
     for (std::thread& thread : threads) thread.join();
 }
 
+// Every name that people see in any language, and those that scripts and graphs use, whatever the
+// language of the library.
+TEST(Job, EffectsGoByEveryName) {
+    const CJobLibrary library = Open("FR");
+    for (const std::string language : {"EN", "DE", "FR"}) {
+        for (const SEffectInfo& effect : Open(language).Effects()) {
+            std::string dashes = effect.display_name;
+            std::replace(dashes.begin(), dashes.end(), ' ', '-');
+            for (const std::string& name : {effect.name, effect.display_name, dashes}) {
+                EXPECT_EQ(library.Find(name), effect.name) << language;
+            }
+        }
+    }
+    EXPECT_EQ(library.Find("MOSAÏQUE ANTIQUE"), "MosaicAntique");
+    EXPECT_EQ(library.Find("cmdtexture:fine-leather"), "FineLeather");
+    EXPECT_EQ(library.Find("cmdtexture.fine_leather"), "FineLeather");
+    EXPECT_THAT(ErrorOf([&] { library.Find("Sandstien"); }).Hint(), HasSubstr("Sandstein"));
+}
+
 TEST(Job, RefusalsSayWhatWouldBeRight) {
     const CJobLibrary library = Open();
     const auto set = [&](const char* effect, const char* name, const char* value) {
@@ -145,7 +164,7 @@ TEST(Job, RefusalsSayWhatWouldBeRight) {
         {set("Sandston", "Angle", "1"), EJobFault::UnknownEffect, "\"Sandston\"", "\"Sandstone\""},
         {set("Tiles", "Angel", "1"), EJobFault::Refused, "\"Angel\"", "\"Angle\""},
         {set("Tiles", "angle", "360"), EJobFault::Refused, "from 0 to 359", ""},
-        {set("Tiles", "Color", "red"), EJobFault::Refused, "#RRGGBB", ""},
+        {set("Tiles", "Color", "redd"), EJobFault::Refused, "#RRGGBB", "\"red\""},
         {[&] {
              library.MakeJob("Tiles").Set({{"Angle", 1}, {"Depth", true}});
          },

@@ -50,7 +50,7 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
         {{"apply", "Blinds", in, "-o", out, "-p", "Width=21"}, 2, "from 2 to 20"},
         {{"apply", "Blinds", in, "-o", out, "-p", "Width=99999999999999999999"}, 2, "from 2"},
         {{"apply", "Blinds", in, "-o", out, "-p", "Horizontal=maybe"}, 2, "true or false"},
-        {{"apply", "Blinds", in, "-o", out, "-p", "Color=red"}, 2, "#RRGGBB"},
+        {{"apply", "Blinds", in, "-o", out, "-p", "Color=#ff00"}, 2, "#RRGGBB"},
         {{"apply", "Tiles", in, "-o", out, "-p", "TileShape=round"}, 2, "hexagons"},
         {{"apply", "Sculpture", in, "-o", out, "-p", "PatternName=marbel"}, 2, "marble"},
         {{"apply", "Texture", in, "-o", out, "-p", "TextureName=nothing-like-it"}, 2, "texture"},
