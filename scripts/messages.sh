@@ -27,7 +27,7 @@ for file in languages/*/messages.po; do
         msgmerge --quiet --update --backup=none --no-fuzzy-matching --sort-output "$file" \
             "$work/messages.pot"
         msgattrib --no-obsolete --output-file="$file" "$file"
-        echo "$file: $(msgattrib --untranslated --no-obsolete "$file" | grep -c '^msgid "..*\|^msgid ""$' || true) texts to translate"
+        echo "$file: $(msgfmt --statistics --output-file=/dev/null "$file" 2>&1)"
     fi
 done
 exit $failed

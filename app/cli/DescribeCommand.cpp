@@ -25,9 +25,8 @@ void PrintForPeople(const SEffectInfo& effect) {
     for (const SParameterInfo& parameter : effect.parameters) {
         const std::string otherwise =
             parameter.default_text.empty() ? Tr("empty") : parameter.default_text;
-        std::cout << fmt::format("  {:<17} {}\n{:20}{}; {}\n", parameter.name,
-                                 parameter.description, "", parameter.accepts,
-                                 Tr("default: {}", otherwise));
+        std::cout << fmt::format("  {:<17} {}\n{:20}{}\n", parameter.name, parameter.description,
+                                 "", Tr("{}; {}", parameter.accepts, Tr("default: {}", otherwise)));
     }
 }
 

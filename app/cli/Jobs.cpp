@@ -39,7 +39,8 @@ EExit ExitOf(EJobFault fault) {
 std::string HintOf(const CJobError& error, const std::string& effect) {
     const auto with = [&](const std::string& more) {
         if (error.Hint().empty()) return more;
-        return error.Hint() + (error.Hint().ends_with('?') ? " " : "; ") + more;
+        if (error.Hint().ends_with('?')) return error.Hint() + ' ' + more;
+        return Tr("{}; {}", error.Hint(), more);
     };
     if (error.Fault() == EJobFault::UnknownEffect) return with(Tr("\"cmdtexture list\" shows all"));
     if (error.Fault() == EJobFault::UnknownResource) {

@@ -10,6 +10,7 @@
 #include "app/cli/CHelpFormatter.h"
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
+#include "app/cli/Completion.h"
 #include "app/cli/Interruption.h"
 #include "app/cli/Messages.h"
 #include "app/cli/Options.h"
@@ -80,6 +81,9 @@ int Finish() {
 }
 
 void Parse(CLI::App& program, int count, char** arguments) {
+    if (completion::IsAsked(count, arguments)) {
+        return completion::Complete(program, {arguments + 3, arguments + count});
+    }
     try {
         program.parse(count, arguments);
     } catch (const CLI::CallForVersion& version) {

@@ -13,6 +13,7 @@
 
 #include "app/imagefile/CImageFileError.h"
 #include "app/imagefile/FileKinds.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -30,7 +31,7 @@ class CGatherer {
   public:
     CGatherer(const std::filesystem::path& file, std::uint64_t largest,
               const std::function<bool()>& stops)
-        : file_(file == kStandardStream ? "standard input" : file),
+        : file_(file == kStandardStream ? Tr("standard input") : file.string()),
           largest_(largest),
           stops_(stops),
           gathered_(NamelessFile()) {
@@ -49,9 +50,8 @@ class CGatherer {
             Append(std::span(bytes).first(got));
             total += got;
             if (total > largest_) {
-                throw CImageFileError(ENFault::Limit, file_,
-                                      "has more than " + std::to_string(largest_) + " bytes",
-                                      "--max-pixels tells how large a picture may be");
+                throw CImageFileError(ENFault::Limit, file_, Tr("has more than {} bytes", largest_),
+                                      Tr("--max-pixels tells how large a picture may be"));
             }
             if (total >= kContentBytes && !is_known_) Judge();
         }
@@ -60,7 +60,8 @@ class CGatherer {
 
   private:
     [[noreturn]] void FailReading() const {
-        throw CImageFileError(ENFault::Unreadable, file_, "cannot be read: " + SystemText(errno));
+        throw CImageFileError(ENFault::Unreadable, file_,
+                              Tr("cannot be read: {}", SystemText(errno)));
     }
 
     // Some bytes; none at the end.
@@ -68,7 +69,7 @@ class CGatherer {
         const int from = own_ ? own_.Get() : STDIN_FILENO;
         constexpr int kMilliseconds = 100;
         for (;;) {
-            if (stops_()) throw CImageFileError(ENFault::Cancelled, file_, "cancelled");
+            if (stops_()) throw CImageFileError(ENFault::Cancelled, file_, Tr("cancelled"));
             pollfd waits = {from, POLLIN, 0};
             const int ready = poll(&waits, 1, kMilliseconds);
             if (ready == 0 || (ready < 0 && errno == EINTR)) continue;
@@ -84,7 +85,7 @@ class CGatherer {
             if (written < 0 && errno == EINTR) continue;
             if (written < 0) {
                 throw CImageFileError(ENFault::Limit, file_,
-                                      "cannot be gathered: " + SystemText(errno));
+                                      Tr("cannot be gathered: {}", SystemText(errno)));
             }
             bytes = bytes.subspan(static_cast<std::size_t>(written));
         }
@@ -96,8 +97,8 @@ class CGatherer {
         is_known_ = pread(gathered_.Get(), first, sizeof first, 0) == sizeof first &&
                     KindByContent(first).name != nullptr;
         if (is_known_) return;
-        throw CImageFileError(ENFault::Unsupported, file_, "is not an image of a known kind",
-                              std::string("what can be read is ") + kKnownKinds);
+        throw CImageFileError(ENFault::Unsupported, file_, Tr("is not an image of a known kind"),
+                              Tr("PNG, JPEG, TIFF and WebP can be read"));
     }
 
     std::filesystem::path file_;

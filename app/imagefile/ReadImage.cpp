@@ -14,6 +14,7 @@
 #include "app/imagefile/decode/Decoders.h"
 #include "app/imagefile/metadata/Metadata.h"
 #include "host/core/CDescriptor.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -23,7 +24,7 @@ namespace {
 constexpr int kStripRows = 32;
 
 std::string SizeText(std::uint64_t width, std::uint64_t height) {
-    return std::to_string(width) + " x " + std::to_string(height) + " pixels";
+    return Tr("{} x {} pixels", width, height);
 }
 
 bool Contains(std::string_view text, std::string_view part) {
@@ -57,7 +58,7 @@ class CImageReader {
     }
     // Damage ends the reading, unless the caller takes what is there.
     void Damaged(const std::string& what) {
-        if (!options_.lenient) Fail(ENFault::Unreadable, what, "--lenient takes what is there");
+        if (!options_.lenient) Fail(ENFault::Unreadable, what, Tr("--lenient takes what is there"));
         Warn(what);
     }
     void Warn(const std::string& what) {
@@ -111,38 +112,37 @@ void CImageReader::OpenFile() {
     descriptor_ = CDescriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!descriptor_ || fstat(descriptor_.Get(), &status) != 0) {
-        Fail(ENFault::Unreadable, "cannot be read: " + SystemText(errno));
+        Fail(ENFault::Unreadable, Tr("cannot be read: {}", SystemText(errno)));
     }
-    if (S_ISDIR(status.st_mode)) Fail(ENFault::Unreadable, "is a folder");
-    if (!S_ISREG(status.st_mode)) Fail(ENFault::Unreadable, "is not a regular file");
-    if (status.st_size == 0) Fail(ENFault::Unreadable, "is empty");
+    if (S_ISDIR(status.st_mode)) Fail(ENFault::Unreadable, Tr("is a folder"));
+    if (!S_ISREG(status.st_mode)) Fail(ENFault::Unreadable, Tr("is not a regular file"));
+    if (status.st_size == 0) Fail(ENFault::Unreadable, Tr("is empty"));
 }
 
 void CImageReader::FindKind() {
     std::array<std::uint8_t, kContentBytes> bytes = {};
     const ssize_t got = pread(descriptor_.Get(), bytes.data(), bytes.size(), 0);
-    if (got < 0) Fail(ENFault::Unreadable, "cannot be read: " + SystemText(errno));
+    if (got < 0) Fail(ENFault::Unreadable, Tr("cannot be read: {}", SystemText(errno)));
     const SContent content = KindByContent(std::span(bytes).first(static_cast<std::size_t>(got)));
     kind_ = content.kind;
     if (kind_) {
         result_.kind = kind_->name;
         return;
     }
-    const std::string hint = std::string("what can be read is ") + kKnownKinds;
-    if (content.name) FailUnsupported(std::string(content.name) + " is not supported", hint);
+    const std::string hint = Tr("PNG, JPEG, TIFF and WebP can be read");
+    if (content.name) FailUnsupported(Tr("{} is not supported", content.name), hint);
     if (const SKind* claimed = KindByExtension(file_)) {
-        Fail(ENFault::Unreadable,
-             std::string("is not the ") + claimed->name + " file that its name tells");
+        Fail(ENFault::Unreadable, Tr("is not the {} file that its name tells", claimed->name));
     }
-    FailUnsupported("is not an image of a known kind", hint);
+    FailUnsupported(Tr("is not an image of a known kind"), hint);
 }
 
 // What the decoders overlook or do not tell.
 void CImageReader::ReadStructure() {
     contents_ = ReadContents(kind_->kind, descriptor_.Get(), std::max(options_.page, 1));
     if (contents_.is_too_large) {
-        Fail(ENFault::Limit, "has more than " + std::to_string(kMaxMetadataBytes >> 20) +
-                                 " MB of data besides its pixels");
+        Fail(ENFault::Limit,
+             Tr("has more than {} MB of data besides its pixels", kMaxMetadataBytes >> 20));
     }
     if (contents_.size.cx > 0) {
         CheckSize(static_cast<std::uint64_t>(contents_.size.cx),
@@ -150,8 +150,7 @@ void CImageReader::ReadStructure() {
     }
     CheckPages();
     if (!contents_.unsupported.empty()) {
-        FailUnsupported(contents_.unsupported + " not supported",
-                        "save it in strips of 8 or 16 bits a sample");
+        FailUnsupported(contents_.unsupported, Tr("save it in strips of 8 or 16 bits a sample"));
     }
     for (const std::string& what : contents_.damage) Damaged(what);
     for (const std::string& what : contents_.warnings) Warn(what);
@@ -159,14 +158,13 @@ void CImageReader::ReadStructure() {
 
 void CImageReader::CheckSize(std::uint64_t width, std::uint64_t height) const {
     if (width > kMaxSide || height > kMaxSide) {
-        Fail(ENFault::Limit, "has " + SizeText(width, height) + "; a side may have " +
-                                 std::to_string(kMaxSide) + " at most");
+        Fail(ENFault::Limit,
+             Tr("has {}; a side may have {} at most", SizeText(width, height), kMaxSide));
     }
     if (width * height > options_.max_pixels) {
         Fail(ENFault::Limit,
-             "has " + SizeText(width, height) + ", more than the limit of " +
-                 std::to_string(options_.max_pixels),
-             "--max-pixels " + std::to_string(width * height) + " lets it in");
+             Tr("has {}, more than the limit of {}", SizeText(width, height), options_.max_pixels),
+             Tr("--max-pixels {} lets it in", width * height));
     }
 }
 
@@ -177,25 +175,27 @@ void CImageReader::CheckBytes() const {
                                 static_cast<std::uint64_t>(header_.format.PixelBytes());
     if (bytes <= options_.max_bytes) return;
     Fail(ENFault::Limit,
-         "has " + SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +
-             ", which take " + std::to_string(bytes >> 20) + " MiB; there is memory for " +
-             std::to_string(options_.max_bytes >> 20),
-         "--max-memory keeps pixels on the disk");
+         Tr("has {}, which take {} MiB; there is memory for {}",
+            SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)),
+            bytes >> 20, options_.max_bytes >> 20),
+         Tr("--max-memory keeps pixels on the disk"));
 }
 
 void CImageReader::CheckPages() const {
     if (contents_.is_animated && kind_->kind == ENKind::Png) {
-        FailUnsupported("is an animated PNG", "save one frame as a PNG first");
+        FailUnsupported(Tr("is an animated PNG"), Tr("save one frame as a PNG first"));
     }
     const bool is_tiff = kind_->kind == ENKind::Tiff;
-    const std::string count = std::to_string(contents_.pages);
     if (options_.page > contents_.pages && contents_.damage.empty()) {
-        Fail(ENFault::Usage, "has " + count + (is_tiff ? " pages" : " frames") +
-                                 "; there is no number " + std::to_string(options_.page));
+        Fail(ENFault::Usage,
+             is_tiff ? Tr("has {} pages; there is no number {}", contents_.pages, options_.page)
+                     : Tr("has {} frames; there is no number {}", contents_.pages, options_.page));
     }
     if (options_.page > 0 || contents_.pages < 2) return;
-    FailUnsupported(is_tiff ? "has " + count + " pages" : "is an animation of " + count + " frames",
-                    std::string("--page 1 takes the first ") + (is_tiff ? "page" : "frame"));
+    FailUnsupported(
+        is_tiff ? Tr("has {} pages", contents_.pages)
+                : Tr("is an animation of {} frames", contents_.pages),
+        is_tiff ? Tr("--page 1 takes the first page") : Tr("--page 1 takes the first frame"));
 }
 
 CDecoder CImageReader::OpenDecoder(std::string& trouble) {
@@ -212,8 +212,8 @@ void CImageReader::OpenPicture() {
                                     Contains(trouble, "not supported") ||
                                     Contains(trouble, "not configured");
         Fail(is_unsupported ? ENFault::Unsupported : ENFault::Unreadable,
-             (is_unsupported ? "is of a sort that cannot be read (" : "is damaged or cut off (") +
-                 trouble + ")");
+             is_unsupported ? Tr("is of a sort that cannot be read ({})", trouble)
+                            : Tr("is damaged or cut off ({})", trouble));
     }
     header_.size = decoder_->Size();
     CheckSize(static_cast<std::uint64_t>(header_.size.cx),
@@ -228,7 +228,7 @@ void CImageReader::OpenPicture() {
 void CImageReader::Convert() {
     const std::string what = decoder_->Strangeness();
     if (!options_.convert) {
-        FailUnsupported(what + " is not supported", "--convert makes grey or RGB of it");
+        FailUnsupported(Tr("{} is not supported", what), Tr("--convert makes grey or RGB of it"));
     }
     // The library that converts does not go on to the end marker.
     if (kind_->kind == ENKind::Jpeg && !is_header_only_) Drain();
@@ -236,8 +236,8 @@ void CImageReader::Convert() {
     std::string trouble;
     decoder_ = OpenConverted(kind_->kind, descriptor_.Get(), VipsOptions(), conversion, trouble);
     if (!decoder_) {
-        FailUnsupported(what + " cannot be converted (" + trouble + ")",
-                        "convert it to grey or RGB first");
+        FailUnsupported(Tr("{} cannot be converted ({})", what, trouble),
+                        Tr("convert it to grey or RGB first"));
     }
     for (const std::string& note : conversion.notes) Warn(note);
     if (!conversion.profile.empty()) {
@@ -249,16 +249,16 @@ void CImageReader::Drain() {
     std::vector<std::uint8_t> row(std::size_t{4} * static_cast<std::size_t>(header_.size.cx));
     bool is_whole = true;
     for (int y = 0; y < header_.size.cy && is_whole; ++y) is_whole = decoder_->NextRow(row.data());
-    if (!is_whole || !decoder_->Finish()) Damaged("is damaged (" + decoder_->Trouble() + ")");
+    if (!is_whole || !decoder_->Finish()) Damaged(Tr("is damaged ({})", decoder_->Trouble()));
     JudgeComplaints();
 }
 
 void CImageReader::JudgeComplaints() {
     for (const SComplaint& complaint : decoder_->TakeComplaints()) {
         if (complaint.is_damage) {
-            Damaged("is damaged (" + complaint.text + ")");
+            Damaged(Tr("is damaged ({})", complaint.text));
         } else {
-            Warn("has a value that is not laid out as it should be (" + complaint.text + ")");
+            Warn(Tr("has a value that is not laid out as it should be ({})", complaint.text));
         }
     }
 }
@@ -267,18 +267,17 @@ void CImageReader::Decode() {
     const auto [width, height] = header_.size;
     const CErrorAutoThrow created = result_.pixels.Create(width, height, header_.format);
     if (created.Code() == TolmErrorCode::ScratchFailed) {
-        Fail(ENFault::Output, std::string("cannot be kept: ") + created.Text());
+        Fail(ENFault::Output, Tr("cannot be kept: {}", created.Text()));
     }
     if (created.Failed()) {
         Fail(ENFault::Limit,
-             "has " +
-                 SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height)) +
-                 ", for which the memory cannot be had");
+             Tr("has {}, for which the memory cannot be had",
+                SizeText(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height))));
     }
     contents_.metadata.picture.format = header_.format;
     MakeUpright(contents_.metadata, decoder_->Size());
     DecodeRows();
-    if (is_whole_ && !decoder_->Finish()) Damaged("is damaged (" + decoder_->Trouble() + ")");
+    if (is_whole_ && !decoder_->Finish()) Damaged(Tr("is damaged ({})", decoder_->Trouble()));
     JudgeComplaints();
     result_.metadata = std::make_shared<const SMetadata>(std::move(contents_.metadata));
 }
@@ -317,12 +316,12 @@ void CImageReader::DecodeRows() {
     progress_.SetProgressRange(height);
     bool goes_on = true;
     for (int y = 0; y < height; ++y) {
-        if (y % kStripRows == 0 && progress_.SetProgress(y)) Fail(ENFault::Cancelled, "cancelled");
+        if (y % kStripRows == 0 && progress_.SetProgress(y))
+            Fail(ENFault::Cancelled, Tr("cancelled"));
         if (goes_on && !decoder_->NextRow(row.data())) {
-            const std::string reason = " (" + decoder_->Trouble() + ")";
-            if (y == 0) Fail(ENFault::Unreadable, "is damaged or cut off" + reason);
-            Damaged("is damaged or cut off after " + std::to_string(y) + " of " +
-                    std::to_string(height) + " rows" + reason);
+            const std::string reason = decoder_->Trouble();
+            if (y == 0) Fail(ENFault::Unreadable, Tr("is damaged or cut off ({})", reason));
+            Damaged(Tr("is damaged or cut off after {} of {} rows ({})", y, height, reason));
             std::fill(row.begin(), row.end(), std::uint8_t{0});
             goes_on = false;
         }
@@ -334,7 +333,7 @@ void CImageReader::DecodeRows() {
         });
     }
     is_whole_ = goes_on;
-    if (progress_.SetProgress(height)) Fail(ENFault::Cancelled, "cancelled");
+    if (progress_.SetProgress(height)) Fail(ENFault::Cancelled, Tr("cancelled"));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "app/imagefile/encode/EncodeTiff.h"
 #include "app/imagefile/encode/EncodeWebp.h"
 #include "app/imagefile/metadata/Metadata.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -20,21 +21,20 @@ constexpr int kPercent = 100;
 const SKind& KindToWrite(const std::filesystem::path& file, const SWriteOptions& options) {
     if (!options.format.empty()) {
         if (const SKind* kind = KindByExtension("x." + options.format)) return *kind;
-        throw CImageFileError(ENFault::Usage, options.format, "is no kind of image to write",
-                              "one of png, jpeg, tiff and webp");
+        throw CImageFileError(ENFault::Usage, options.format, Tr("is no kind of image to write"),
+                              Tr("one of png, jpeg, tiff and webp"));
     }
     if (const SKind* kind = KindByExtension(file)) return *kind;
-    throw CImageFileError(ENFault::Usage, file, "the extension tells no kind of image to write",
-                          std::string("one of ") + kKnownExtensions + ", or a format of its own");
+    throw CImageFileError(ENFault::Usage, file, Tr("the extension tells no kind of image to write"),
+                          Tr("one of {}, or a format of its own", kKnownExtensions));
 }
 
 void CheckSides(const std::filesystem::path& file, const SKind& kind, CSize size) {
     if (size.cx <= kind.max_side && size.cy <= kind.max_side) return;
     throw CImageFileError(ENFault::Limit, file,
-                          std::string(kind.name) + " cannot hold " + std::to_string(size.cx) +
-                              " x " + std::to_string(size.cy) + " pixels; a side may have " +
-                              std::to_string(kind.max_side) + " at most",
-                          kind.max_side < kMaxSide ? "PNG and TIFF hold larger images" : "");
+                          Tr("{} cannot hold {} x {} pixels; a side may have {} at most", kind.name,
+                             size.cx, size.cy, kind.max_side),
+                          kind.max_side < kMaxSide ? Tr("PNG and TIFF hold larger images") : "");
 }
 
 // One picture on its way into an output file.
@@ -60,7 +60,7 @@ class CImageWriter {
             Encode(coding, losses);
         } catch (const std::runtime_error& error) {
             throw CImageFileError(ENFault::Output, file_,
-                                  std::string("cannot be encoded: ") + error.what());
+                                  Tr("cannot be encoded: {}", error.what()));
         }
         if (metadata_) CompareMetadata(losses);
         for (const std::string& loss : losses) Warn(loss);
@@ -69,23 +69,23 @@ class CImageWriter {
 
   private:
     void Warn(const std::string& what) {
-        warnings_.push_back(DisplayName(file_) + ": " + kind_.name + " cannot hold " + what);
+        warnings_.push_back(Tr("{}: {} cannot hold {}", DisplayName(file_), kind_.name, what));
     }
     void Advance(int done, int of) {
         const auto percent = std::int64_t{done} * kPercent / of;
         if (progress_.SetProgress(static_cast<int>(percent))) {
-            throw CImageFileError(ENFault::Cancelled, file_, "cancelled");
+            throw CImageFileError(ENFault::Cancelled, file_, Tr("cancelled"));
         }
     }
 
     void WarnOfPixels() {
         const CNPixelFormat from = pixels_.GetPixelFormat();
         const CNPixelFormat to = rows_.Format();
-        if (from.Is16bit() && !to.Is16bit()) Warn("16 bits; written as 8");
+        if (from.Is16bit() && !to.Is16bit()) Warn(Tr("16 bits; written as 8"));
         if (from.IsAlphaChannelPresent() && !to.IsAlphaChannelPresent()) {
-            Warn("transparency; laid over white");
+            Warn(Tr("transparency; laid over white"));
         }
-        if (from.ColourChannels() != to.ColourChannels()) Warn("grey; written as colour");
+        if (from.ColourChannels() != to.ColourChannels()) Warn(Tr("grey; written as colour"));
     }
 
     // What arrived is looked up in the file itself.

@@ -6,6 +6,7 @@
 
 #include "app/imagefile/VipsSession.h"
 #include "app/imagefile/decode/Decoders.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -59,11 +60,10 @@ bool HasKnownSamples(const VipsImage* image) {
 // What is not among the eight formats; empty when all is. Bands alone do not tell: CMYK has four.
 std::string StrangenessOf(const VipsImage* image) {
     const VipsInterpretation colours = image->Type;
-    if (IsLab(image)) return "Lab colour";
-    if (colours == VIPS_INTERPRETATION_CMYK) return "CMYK colour";
+    if (IsLab(image)) return Tr("Lab colour");
+    if (colours == VIPS_INTERPRETATION_CMYK) return Tr("CMYK colour");
     if (!HasKnownSamples(image)) {
-        return std::string("the sample type ") +
-               vips_enum_nick(VIPS_TYPE_BAND_FORMAT, image->BandFmt);
+        return Tr("the sample type {}", vips_enum_nick(VIPS_TYPE_BAND_FORMAT, image->BandFmt));
     }
     const bool is_grey =
         colours == VIPS_INTERPRETATION_B_W || colours == VIPS_INTERPRETATION_GREY16;
@@ -71,11 +71,11 @@ std::string StrangenessOf(const VipsImage* image) {
                            colours == VIPS_INTERPRETATION_RGB ||
                            colours == VIPS_INTERPRETATION_RGB16;
     if (!is_grey && !is_colour) {
-        return std::string(vips_enum_nick(VIPS_TYPE_INTERPRETATION, colours)) + " colour";
+        return Tr("{} colour", vips_enum_nick(VIPS_TYPE_INTERPRETATION, colours));
     }
     const int colour_channels = is_grey ? 1 : 3;
     if (image->Bands != colour_channels && image->Bands != colour_channels + 1) {
-        return "a picture of " + std::to_string(image->Bands) + " channels";
+        return Tr("a picture of {} channels", image->Bands);
     }
     return {};
 }
@@ -189,8 +189,9 @@ bool CVipsDecoder::ConvertInks(SConversion& conversion) {
         VIPS_INTENT_RELATIVE, "depth", opened_->BandFmt == VIPS_FORMAT_UCHAR ? 8 : 16, nullptr);
     if (!Take(failed, next)) return false;
     conversion.profile = StandardProfile();
-    conversion.notes.push_back(std::string("CMYK colour is converted to RGB by ") +
-                               (has_profile ? "its own profile" : "a general CMYK profile"));
+    conversion.notes.push_back(
+        has_profile ? Tr("CMYK colour is converted to RGB by its own profile")
+                    : Tr("CMYK colour is converted to RGB by a general CMYK profile"));
     return true;
 }
 
@@ -203,7 +204,7 @@ bool CVipsDecoder::ConvertColours(SConversion& conversion) {
                          is_byte ? VIPS_INTERPRETATION_sRGB : VIPS_INTERPRETATION_RGB16, nullptr);
     if (!Take(failed, next)) return false;
     conversion.profile = StandardProfile();
-    conversion.notes.push_back(name + " is converted to RGB");
+    conversion.notes.push_back(Tr("{} is converted to RGB", name));
     return true;
 }
 
@@ -215,7 +216,7 @@ bool CVipsDecoder::ConvertSamples(SConversion& conversion) {
     const bool is_fraction = vips_band_format_isfloat(opened_->BandFmt) != FALSE;
     const bool is_whole = vips_band_format_isint(opened_->BandFmt) != FALSE;
     if (!is_fraction && !is_whole) {
-        Fail("samples of type " + name + " cannot be converted");
+        Fail(Tr("samples of type {} cannot be converted", name));
         return false;
     }
     next = vips_image_copy_memory(opened_.get());
@@ -254,10 +255,11 @@ bool CVipsDecoder::ConvertSamples(SConversion& conversion) {
     const int failed = vips_copy(cast, &next, "interpretation", colours, nullptr);
     if (!Take(failed, next)) return false;
     const auto text = [](double value) { return std::to_string(static_cast<long long>(value)); };
-    conversion.notes.push_back("samples of type " + name + " are converted to 16 bits, " +
-                               text(from) + " to " + text(to) + " becoming 0 to 65535");
+    conversion.notes.push_back(
+        Tr("samples of type {} are converted to 16 bits, {} to {} becoming 0 to 65535", name,
+           text(from), text(to)));
     if (highest > to || lowest < from) {
-        conversion.notes.push_back("samples beyond that range are cut off at its ends");
+        conversion.notes.push_back(Tr("samples beyond that range are cut off at its ends"));
     }
     return true;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "app/imagefile/encode/Deflate.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -40,16 +41,18 @@ class CChooser {
     SChosenCoding Choose() const {
         SChosenCoding chosen;
         const bool has_quality = kind_.kind == ENKind::Jpeg || kind_.kind == ENKind::Webp;
-        if (options_.quality && !has_quality) Refuse("takes no quality", "JPEG and WebP do");
+        if (options_.quality && !has_quality)
+            Refuse(Tr("{} takes no quality", kind_.name), Tr("JPEG and WebP do"));
         if (!options_.subsampling.empty() && kind_.kind != ENKind::Jpeg) {
-            Refuse("takes no subsampling", "JPEG does");
+            Refuse(Tr("{} takes no subsampling", kind_.name), Tr("JPEG does"));
         }
         switch (kind_.kind) {
             case ENKind::Png:
                 chosen.png_level = PngLevel();
                 break;
             case ENKind::Jpeg:
-                if (!options_.compression.empty()) RefuseCompression("its quality is set instead");
+                if (!options_.compression.empty())
+                    RefuseCompression(Tr("its quality is set instead"));
                 chosen.jpeg = Jpeg();
                 break;
             case ENKind::Tiff:
@@ -64,10 +67,11 @@ class CChooser {
 
   private:
     [[noreturn]] void Refuse(const std::string& what, const std::string& hint) const {
-        throw CImageFileError(ENFault::Usage, file_, std::string(kind_.name) + " " + what, hint);
+        throw CImageFileError(ENFault::Usage, file_, what, hint);
     }
     [[noreturn]] void RefuseCompression(const std::string& hint) const {
-        Refuse("has no compression \"" + DisplayText(options_.compression) + "\"", hint);
+        Refuse(Tr("{} has no compression \"{}\"", kind_.name, DisplayText(options_.compression)),
+               hint);
     }
     const SCoding* CodingOf(ENKind kind) const {
         return metadata_ && metadata_->kind == kind ? &metadata_->coding : nullptr;
@@ -77,7 +81,7 @@ class CChooser {
         const std::string& wanted = options_.compression;
         if (wanted.empty()) return kFastDeflate;
         if (wanted.size() != 1 || wanted[0] < '0' || wanted[0] > '9') {
-            RefuseCompression("one of 0 (none) to 9 (smallest, slowest)");
+            RefuseCompression(Tr("one of 0 (none) to 9 (smallest, slowest)"));
         }
         return wanted[0] - '0';
     }
@@ -97,8 +101,9 @@ class CChooser {
             std::find_if(std::begin(kSubsamplings), std::end(kSubsamplings),
                          [&](const auto& each) { return each.name == options_.subsampling; });
         if (found == std::end(kSubsamplings)) {
-            Refuse("has no subsampling \"" + DisplayText(options_.subsampling) + "\"",
-                   "one of 444 (full colour), 440, 422, 420 and 411");
+            Refuse(
+                Tr("{} has no subsampling \"{}\"", kind_.name, DisplayText(options_.subsampling)),
+                Tr("one of 444 (full colour), 440, 422, 420 and 411"));
         }
         jpeg.horizontal = found->horizontal;
         jpeg.vertical = found->vertical;
@@ -150,7 +155,8 @@ class CChooser {
                 return known.compression;
             }
         }
-        if (!options_.compression.empty()) RefuseCompression("one of none, lzw, deflate and zstd");
+        if (!options_.compression.empty())
+            RefuseCompression(Tr("one of none, lzw, deflate and zstd"));
         const bool is_old_deflate = own && own->compression == kOldDeflate;
         return is_old_deflate ? ENTiffCompression::Deflate : ENTiffCompression::Lzw;
     }
@@ -159,10 +165,12 @@ class CChooser {
     std::optional<int> WebpQuality() const {
         const std::string& wanted = options_.compression;
         if (!wanted.empty() && wanted != "lossy" && wanted != "lossless") {
-            RefuseCompression("one of lossy and lossless");
+            RefuseCompression(Tr("one of lossy and lossless"));
         }
         if (wanted == "lossless") {
-            if (options_.quality) Refuse("takes no quality when it is lossless", "leave one out");
+            if (options_.quality)
+                Refuse(Tr("{} takes no quality when it is lossless", kind_.name),
+                       Tr("leave one out"));
             return std::nullopt;
         }
         if (options_.quality) return options_.quality;

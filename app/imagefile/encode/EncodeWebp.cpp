@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "hostlib/language/Texts.h"
+
 namespace imagefile {
 
 namespace {
@@ -50,7 +52,7 @@ int OnProgress(int percent, const WebPPicture* picture) {
         case VP8_ENC_ERROR_BITSTREAM_OUT_OF_MEMORY:
             throw std::bad_alloc();
         case VP8_ENC_ERROR_FILE_TOO_BIG:
-            throw std::runtime_error("larger than the 4 GB that WebP can hold");
+            throw std::runtime_error(Tr("larger than the 4 GB that WebP can hold"));
         default:
             throw std::runtime_error("WebP encoder error " +
                                      std::to_string(static_cast<int>(code)));

@@ -12,6 +12,7 @@
 #include "app/imagefile/metadata/Photoshop.h"
 #include "app/imagefile/metadata/PngText.h"
 #include "app/imagefile/metadata/TiffTree.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -180,9 +181,9 @@ void WarnOfTail(CStream& stream, SContents& contents) {
         follows = byte > 0;
     }
     if (has_more) {
-        contents.warnings.push_back("the further pictures of the file (MPF) are left out");
+        contents.warnings.push_back(Tr("the further pictures of the file (MPF) are left out"));
     } else if (follows) {
-        contents.warnings.push_back("what follows the end of the picture is left out");
+        contents.warnings.push_back(Tr("what follows the end of the picture is left out"));
     }
 }
 
@@ -284,7 +285,7 @@ SContents ReadJpegContents(int descriptor) {
             metadata.segments.push_back(std::move(segment));
         }
     }
-    contents.damage.push_back("is cut off");
+    contents.damage.push_back(Tr("is cut off"));
     return contents;
 }
 
@@ -340,7 +341,7 @@ std::vector<SSegment> JpegSegments(const SMetadata& metadata, const SImageHeader
         if (content.size() <= kMaxSegment) {
             segments.push_back({kComment, content});
         } else {
-            losses.push_back("the text \"" + text.keyword + "\"");
+            losses.push_back(Tr("the text \"{}\"", text.keyword));
         }
     }
     return segments;

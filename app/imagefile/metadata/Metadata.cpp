@@ -12,6 +12,7 @@
 #include "app/imagefile/metadata/PngText.h"
 #include "app/imagefile/metadata/TiffTree.h"
 #include "app/imagefile/metadata/Xmp.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -58,7 +59,7 @@ void ReplaceTiffValues(SMetadata& metadata) {
 }
 
 std::string SegmentName(const SSegment& segment) {
-    std::string name = "the segment APP" + std::to_string(segment.marker - 0xe0);
+    std::string name = Tr("the segment APP{}", segment.marker - 0xe0);
     const auto end = std::find_if(segment.data.begin(), segment.data.end(),
                                   [](std::uint8_t c) { return c < 0x21 || c > 0x7e; });
     const std::string mark(segment.data.begin(), std::min(end, segment.data.begin() + 32));
@@ -170,22 +171,22 @@ CBytes ProfileFor(const SMetadata& metadata, CNPixelFormat written, CLosses& los
     const bool is_grey = written.ColourChannels() == 1;
     if (!metadata.profile.empty()) {
         if (colour::IsProfileFor(metadata.profile, is_grey)) return metadata.profile;
-        AddOnce(losses, "the colour profile");
+        AddOnce(losses, Tr("the colour profile"));
         return {};
     }
     const bool tells =
         std::any_of(metadata.png_chunks.begin(), metadata.png_chunks.end(), &IsColourChunk);
     CBytes profile = colour::FromPngChunks(metadata.png_chunks, is_grey);
-    if (tells && profile.empty()) AddOnce(losses, "what its chunks tell of the colours");
+    if (tells && profile.empty()) AddOnce(losses, Tr("what its chunks tell of the colours"));
     return profile;
 }
 
 void TellForeign(const SMetadata& metadata, CLosses& losses) {
     for (const SChunk& chunk : metadata.png_chunks) {
-        if (!IsNeutral(chunk)) AddOnce(losses, "the chunk " + chunk.type);
+        if (!IsNeutral(chunk)) AddOnce(losses, Tr("the chunk {}", chunk.type));
     }
     for (const SChunk& chunk : metadata.riff_chunks) {
-        if (!IsNeutral(chunk)) AddOnce(losses, "the chunk " + chunk.type);
+        if (!IsNeutral(chunk)) AddOnce(losses, Tr("the chunk {}", chunk.type));
     }
     for (const SSegment& segment : metadata.segments) {
         if (!IsNeutral(segment)) AddOnce(losses, SegmentName(segment));
@@ -195,16 +196,16 @@ void TellForeign(const SMetadata& metadata, CLosses& losses) {
 CLosses LostMetadata(const SMetadata& wanted, const SMetadata& written) {
     CLosses lost;
     const bool has_profile = !wanted.profile.empty() && wanted.profile != written.profile;
-    if (has_profile) lost.push_back("the colour profile");
+    if (has_profile) lost.push_back(Tr("the colour profile"));
     if (!wanted.exif.empty() && !exif::HoldsAll(wanted.exif, written.exif)) {
-        lost.push_back("the EXIF data");
+        lost.push_back(Tr("the EXIF data"));
     }
     if (!wanted.xmp.empty() && !xmp::IsSame(wanted.xmp, written.xmp))
-        lost.push_back("the XMP data");
-    if (!wanted.iptc.empty() && wanted.iptc != written.iptc) lost.push_back("the IPTC data");
+        lost.push_back(Tr("the XMP data"));
+    if (!wanted.iptc.empty() && wanted.iptc != written.iptc) lost.push_back(Tr("the IPTC data"));
     if (wanted.resolution &&
         !(written.resolution && IsSame(*wanted.resolution, *written.resolution))) {
-        lost.push_back("the resolution");
+        lost.push_back(Tr("the resolution"));
     }
     // In TIFF files they become values of their own.
     for (const SText& text : wanted.texts) {
@@ -215,7 +216,7 @@ CLosses LostMetadata(const SMetadata& wanted, const SMetadata& written) {
             });
         if (!is_there)
             AddOnce(lost,
-                    text.keyword.empty() ? "the comment" : "the text \"" + text.keyword + "\"");
+                    text.keyword.empty() ? Tr("the comment") : Tr("the text \"{}\"", text.keyword));
     }
     return lost;
 }

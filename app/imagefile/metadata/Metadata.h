@@ -131,7 +131,7 @@ struct SContents {
     CSize size;     // of the picture as it is stored; empty where only the decoder tells it
     int pages = 1;  // TIFF; WebP: frames
     bool is_animated = false;
-    std::string unsupported;            // TIFF: "64-bit fractions are" and the like
+    std::string unsupported;            // TIFF: "samples of 12 bits are not supported"
     bool is_too_large = false;          // more metadata than is ever taken in
     std::vector<std::string> damage;    // of the file's structure
     std::vector<std::string> warnings;  // of what is carried to no kind of file

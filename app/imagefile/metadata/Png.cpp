@@ -11,6 +11,7 @@
 #include "app/imagefile/metadata/Photoshop.h"
 #include "app/imagefile/metadata/PngText.h"
 #include "app/imagefile/metadata/TiffTree.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -37,7 +38,7 @@ void TakeText(const SChunk& chunk, SContents& contents) {
     SMetadata& metadata = contents.metadata;
     const std::optional<SText> text = pngtext::Parse(chunk);
     if (!text) {
-        contents.damage.push_back("a text chunk (" + chunk.type + ") cannot be read");
+        contents.damage.push_back(Tr("a text chunk ({}) cannot be read", chunk.type));
         return;
     }
     const CBytes block =
@@ -65,7 +66,7 @@ void TakeProfile(const SChunk& chunk, SContents& contents) {
             kMaxMetadataBytes);
     }
     if (!profile) {
-        contents.damage.push_back("the colour profile (iCCP) cannot be read");
+        contents.damage.push_back(Tr("the colour profile (iCCP) cannot be read"));
     } else {
         contents.metadata.profile = std::move(*profile);
     }
@@ -163,7 +164,7 @@ std::vector<SChunk> CarriedChunks(const SMetadata& metadata, CNPixelFormat writt
         const bool is_unsafe = (chunk.type[3] & 0x20) == 0 && !IsOneOf(kUnsafe, chunk.type);
         const bool goes_with_palette = chunk.type == "hIST" && has_palette;
         if (is_unsafe || goes_with_palette || !CarryChunk(chunk, metadata, written)) {
-            losses.push_back("the chunk " + chunk.type + ", which holds for the stored pixels");
+            losses.push_back(Tr("the chunk {}, which holds for the stored pixels", chunk.type));
             continue;
         }
         if (!IsOneOf(kMany, chunk.type) && (chunk.type[1] & 0x20) == 0 &&
@@ -224,7 +225,7 @@ SContents ReadPngContents(int descriptor) {
         if (chunk.type == "IEND") {
             std::array<std::uint8_t, 1> beyond = {};
             if (read(at + kFrameBytes, beyond)) {
-                contents.warnings.push_back("what follows the end of the picture is left out");
+                contents.warnings.push_back(Tr("what follows the end of the picture is left out"));
             }
             return contents;
         }
@@ -241,14 +242,14 @@ SContents ReadPngContents(int descriptor) {
             uLong sum = crc32(0, &frame[4], 4);
             if (length > 0) sum = crc32(sum, chunk.data.data(), static_cast<uInt>(length));
             if (sum != GetNumber(checksum.data(), 4, true)) {
-                contents.damage.push_back("the checksum of " + chunk.type + " is wrong");
+                contents.damage.push_back(Tr("the checksum of {} is wrong", chunk.type));
             }
             TakeChunk(chunk, contents);
             contents.metadata.png_chunks.push_back(std::move(chunk));
         }
         at += kFrameBytes + length;
     }
-    contents.damage.push_back("is cut off");
+    contents.damage.push_back(Tr("is cut off"));
     return contents;
 }
 

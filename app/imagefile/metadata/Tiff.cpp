@@ -11,6 +11,7 @@
 #include "app/imagefile/metadata/ExifBlock.h"
 #include "app/imagefile/metadata/PngText.h"
 #include "app/imagefile/metadata/TiffTree.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -91,22 +92,20 @@ std::string UnsupportedSamples(const CReader& reader, const SDirectory& director
     constexpr std::uint64_t kFraction = 3;
     const std::uint64_t bits = number(kBits, 1);
     if (std::find(std::begin(kKnown), std::end(kKnown), bits) == std::end(kKnown)) {
-        return "samples of " + std::to_string(bits) + " bits are";
+        return Tr("samples of {} bits are not supported", bits);
     }
     if (number(kSampleFormat, 1) == kFraction && bits < 32) {
-        return "fractions of " + std::to_string(bits) + " bits are";
+        return Tr("fractions of {} bits are not supported", bits);
     }
     const bool is_planar_tiled = number(kPlanar, 1) == 2 && directory.Find(kTileWidth);
-    return is_planar_tiled ? "tiles of one channel each are" : "";
+    return is_planar_tiled ? Tr("tiles of one channel each are not supported") : "";
 }
-
-std::string TagName(std::uint16_t tag) { return "the TIFF tag " + std::to_string(tag); }
 
 void WarnOfLeftOut(const std::vector<std::uint16_t>& left_out, SContents& contents) {
     for (const std::uint16_t tag : left_out) {
         contents.warnings.push_back(tag == kPhotoshopLayers
-                                        ? "its layers are left out (TIFF tag 37724)"
-                                        : TagName(tag) + " is too large and is left out");
+                                        ? Tr("its layers are left out (TIFF tag 37724)")
+                                        : Tr("the TIFF tag {} is too large and is left out", tag));
     }
 }
 
@@ -150,8 +149,8 @@ void AddTexts(const SMetadata& metadata, std::vector<STiffValue>& tags, CLosses&
         const auto place = std::find_if(std::begin(kPlaces), std::end(kPlaces),
                                         [&](const auto& p) { return p.keyword == text.keyword; });
         if (place == std::end(kPlaces) || Find(tags, place->tag)) {
-            losses.push_back(text.keyword.empty() ? "the comment"
-                                                  : "the text \"" + text.keyword + "\"");
+            losses.push_back(text.keyword.empty() ? Tr("the comment")
+                                                  : Tr("the text \"{}\"", text.keyword));
             continue;
         }
         CBytes data = AsBytes(text.text);
@@ -209,7 +208,7 @@ SContents ReadTiffContents(int descriptor, int page) {
     const CReader reader(FromFile(descriptor));
     const SChain chain = Walk(reader, page);
     contents.pages = chain.pages;
-    if (chain.is_broken) contents.damage.push_back("the chain of its pages is broken");
+    if (chain.is_broken) contents.damage.push_back(Tr("the chain of its pages is broken"));
     const SDirectory& directory = chain.wanted;
     contents.unsupported = UnsupportedSamples(reader, directory);
     std::uint64_t budget = kMaxMetadataBytes;
@@ -223,7 +222,7 @@ SContents ReadTiffContents(int descriptor, int page) {
     metadata.tags = reader.Values(carried, budget, left_out);
     WarnOfLeftOut(left_out, contents);
     if (directory.Find(kSubIfds)) {
-        contents.warnings.push_back("the smaller or further pictures below it are left out");
+        contents.warnings.push_back(Tr("the smaller or further pictures below it are left out"));
     }
     metadata.is_big_endian = reader.IsBigEndian();
     metadata.profile = Take(metadata.tags, kProfile);
@@ -239,7 +238,7 @@ SContents ReadTiffContents(int descriptor, int page) {
     metadata.exif = exif::Build(block, metadata.is_big_endian, moved);
     if (moved && !HasMovableNote(block)) {
         contents.warnings.push_back(
-            "the MakerNotes cannot stay at their place; what they point at may be lost");
+            Tr("the MakerNotes cannot stay at their place; what they point at may be lost"));
     }
     return contents;
 }
@@ -305,7 +304,7 @@ int FinishTiff(const STiffPlan& plan, int descriptor, CLosses& losses) {
     CLayout layout(base, reader.IsBigEndian(), reader.IsWide());
     const std::uint64_t main = layout.Add(values);
     if (layout.MovedMakerNote() && !HasMovableNote(values)) {
-        losses.push_back("the MakerNotes at their place");
+        losses.push_back(Tr("the MakerNotes at their place"));
     }
     CBytes pointer(reader.IsWide() ? 8 : 4);
     PutNumber(pointer.data(), main, pointer.size(), reader.IsBigEndian());

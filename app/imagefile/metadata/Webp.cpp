@@ -5,6 +5,7 @@
 #include "app/imagefile/metadata/Containers.h"
 #include "app/imagefile/metadata/ExifBlock.h"
 #include "app/imagefile/metadata/TiffTree.h"
+#include "hostlib/language/Texts.h"
 
 namespace imagefile {
 
@@ -45,7 +46,7 @@ SContents ReadWebpContents(int descriptor) {
     const std::uint64_t end = read(0, head) ? 8 + tiff::GetNumber(&head[4], 4, false) : 0;
     std::array<std::uint8_t, 1> last = {};
     if (end <= kRiffHead || !read(end - 1, last)) {
-        contents.damage.push_back("is cut off");
+        contents.damage.push_back(Tr("is cut off"));
         return contents;
     }
     while (at + kChunkHead <= end) {
@@ -54,7 +55,7 @@ SContents ReadWebpContents(int descriptor) {
         SChunk chunk{std::string(frame.begin(), frame.begin() + 4), {}};
         const std::uint64_t length = tiff::GetNumber(&frame[4], 4, false);
         if (length > end - at - kChunkHead) {
-            contents.damage.push_back("the chunk " + chunk.type + " reaches beyond the end");
+            contents.damage.push_back(Tr("the chunk {} reaches beyond the end", chunk.type));
             return contents;
         }
         if (chunk.type == "VP8 ") metadata.coding.is_lossy_webp = true;
@@ -79,7 +80,7 @@ SContents ReadWebpContents(int descriptor) {
         at += kChunkHead + length + length % 2;
     }
     if (read(end + end % 2, last)) {
-        contents.warnings.push_back("what follows the end of the picture is left out");
+        contents.warnings.push_back(Tr("what follows the end of the picture is left out"));
     }
     return contents;
 }
@@ -118,7 +119,7 @@ std::vector<SChunk> WebpChunks(const SMetadata& metadata, const SImageHeader& wr
         add("EXIF", metadata.exif);
     }
     add("XMP ", metadata.xmp);
-    if (!metadata.photoshop.empty()) losses.push_back("the Photoshop data");
+    if (!metadata.photoshop.empty()) losses.push_back(Tr("the Photoshop data"));
     return chunks;
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <regex>
 
 #include "app/cli/Program.h"
 
@@ -141,6 +142,126 @@ TEST(CommandLine, MovesPresets) {
     EXPECT_EQ(run({"delete", "Blinds", "Wider"}).status, 0);
     EXPECT_EQ(width("Wider"), 0);
     EXPECT_EQ(run({"delete", "Blinds", "vertical-louvres"}).status, 2) << "it ships";
+}
+
+// Text that stands outside all ⟦ ⟧.
+std::string Outside(const std::string& text) {
+    const std::string open = "⟦", close = "⟧";
+    std::string outside;
+    int depth = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        if (text.compare(i, open.size(), open) == 0) {
+            ++depth;
+            i += open.size();
+        } else if (text.compare(i, close.size(), close) == 0) {
+            --depth;
+            i += close.size();
+        } else {
+            if (depth == 0) outside += text[i];
+            ++i;
+        }
+    }
+    return outside;
+}
+
+// A language that puts every message into brackets shows what never passed a translator.
+TEST(CommandLine, SaysNothingUntranslated) {
+    const Program program;
+    namespace fs = std::filesystem;
+    const fs::path real = fs::path(PROGRAM).parent_path().parent_path();
+    const fs::path data = fs::path(program.Path("home")) / "share/cmdtexture";
+    fs::create_directories(data / "Languages/QQ");
+    fs::create_directory_symlink(real / "lib", program.Path("home/lib"));
+    for (const char* part : {"presets", "resources", "Languages/EN", "Languages/DE"}) {
+        fs::create_directory_symlink(real / "share/cmdtexture" / part, data / part);
+    }
+    const auto read = [&](const char* file) {
+        return json::parse(program.Read("home/share/cmdtexture/Languages/" + std::string(file)));
+    };
+    const auto write = [&](const char* file, const json& content) {
+        program.WriteText("home/share/cmdtexture/Languages/QQ/" + std::string(file),
+                          content.dump());
+    };
+    json module = read("EN/CmdTexturerc.dll"), messages;
+    const json german = read("DE/messages.json");
+    module["language"] = "QQ";
+    write("CmdTexturerc.dll", module);
+    for (const auto& [english, text] : german.items()) {
+        messages[english] = "⟦" + english + "⟧";
+    }
+    write("messages.json", messages);
+    setenv("CMDTEXTURE_HOME", program.Path("home").c_str(), 1);
+
+    const std::string in =
+        program.WriteImage("in.png", pictures::Noise(ENPixelFormat::Colour16, 20, 20, 1));
+    const std::string thin =
+        program.WriteImage("thin.png", pictures::Noise(ENPixelFormat::Grey8, 1, 9, 1));
+    program.WriteText("cut.png", program.Read("in.png").substr(0, 300));
+    program.WriteText("broken.json", "{\"Width\": ");
+    program.WriteText("recipe.json", R"([{"effect": "Fur", "blend": "bright"}])");
+    const std::string out = program.Path("out.jpg");
+    std::vector<std::vector<std::string>> lines = {
+        {},
+        {"frob"},
+        {"list", "x", "y"},
+        {"apply", "Fur", in, "--frob"},
+        {"apply", "Fur", in, "-o"},
+        {"apply", "Sandston", in, "-o", out},
+        {"apply", "Fur", in, "-o", out, "--quality", "0"},
+        {"apply", "Fur", in, "-o", out, "--canvas", "1"},
+        {"apply", "Fur", in, "-o", out, "--at", "1"},
+        {"apply", "Fur", in, "-o", out, "-p", "x"},
+        {"apply", "Tiles", in, "-o", out, "-p", "TileShape=x"},
+        {"apply", "Tiles", in, "-o", out, "-p", "Color=x"},
+        {"apply", "Tiles", in, "-o", out, "-p", "TileSize=x"},
+        {"apply", "Sculpture", in, "-o", out, "-p", "PatternName=x"},
+        {"apply", "Texture", in, "-o", out, "-p", "Category=x"},
+        {"apply", "Blinds", in, "-o", out, "--preset", program.Path("broken.json")},
+        {"apply", "Blinds", in, "-o", out, "--preset", "none"},
+        {"apply", "--recipe", program.Path("recipe.json"), in, "-o", out},
+        {"apply", "Fur", in, "-o", out, "--mask", thin},
+        {"apply", "Fur", program.Path("none.png"), "-o", out},
+        {"apply", "Fur", program.Path(""), "-o", out},
+        {"apply", "Fur", program.Path("cut.png"), "-o", out, "--lenient"},
+        {"apply", "Fur", in, "-o", in},
+        {"apply", "Fur", in, "-o", "/proc/x.png"},
+        {"apply", "Fur", in, "-o", program.Path("x.xyz")},
+        {"apply", "Fur", in, "-o", out, "--max-pixels", "9"},
+        {"apply", "Weave", in, "-o", out},
+        {"apply", "Weave", thin, "-o", program.Path("thin2.png")},
+        {"apply", "Fur", in, "-o", out, "--dry-run", "--overwrite"},
+        {"preset", "delete", "Tiles", "honeycomb"},
+        {"preset", "save", "Tiles", "a/b"},
+        {"resources", "show", "x"},
+        {"resources", "add", thin, "--as", "texture"},
+        {"gallery", in, "-d", in},
+        {"--help"},
+    };
+    for (const char* command :
+         {"list", "describe", "apply", "edit", "gallery", "preset", "resources", "help"}) {
+        lines.push_back({command, "--help"});
+    }
+    for (const char* command : {"list", "show", "save", "delete", "rename", "import", "export"}) {
+        lines.push_back({"preset", command, "--help"});
+    }
+    for (const char* command : {"add", "remove", "show"}) {
+        lines.push_back({"resources", command, "--help"});
+    }
+    for (std::vector<std::string>& line : lines) {
+        std::string shown;
+        for (const std::string& word : line) shown += word + ' ';
+        line.insert(line.end(), {"--language", "QQ"});
+        const auto run = program.Run(line);
+        const std::string said = run.out.starts_with('{') ? run.err : run.out + run.err;
+        ASSERT_NE(said.find("⟦"), std::string::npos) << shown << said;
+        const std::regex words("[a-z]{2,},? [a-z]{2,}");
+        std::smatch found;
+        const std::string outside = Outside(said);
+        EXPECT_FALSE(std::regex_search(outside, found, words)) << shown << '\n'
+                                                               << found.str() << '\n'
+                                                               << said;
+    }
+    unsetenv("CMDTEXTURE_HOME");
 }
 
 // A reader that has what it wants is no error: "list --json | head -1".
