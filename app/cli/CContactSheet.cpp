@@ -61,9 +61,9 @@ void Write(const std::string& text, CRowIteratorBands& sheet, CPoint centre) {
 
 }  // namespace
 
-void CContactSheet::Add(const std::string& name, const CRowIteratorBands& picture) {
-    const double scale = std::min({static_cast<double>(cell_.cx) / picture.GetWidth(),
-                                   static_cast<double>(cell_.cy) / picture.GetHeight(), 1.0});
+CRowIteratorBands Reduced(const CRowIteratorBands& picture, CSize cell) {
+    const double scale = std::min({static_cast<double>(cell.cx) / picture.GetWidth(),
+                                   static_cast<double>(cell.cy) / picture.GetHeight(), 1.0});
     const auto scaled = [&](int side) {
         return std::max(1, static_cast<int>(std::lround(side * scale)));
     };
@@ -71,7 +71,11 @@ void CContactSheet::Add(const std::string& name, const CRowIteratorBands& pictur
     Resample(nullptr, picture, small, scaled(picture.GetWidth()), scaled(picture.GetHeight()),
              false, false)
         .ThrowIfFailed();
-    entries_.push_back({name, ToColour(small)});
+    return ToColour(small);
+}
+
+void CContactSheet::Add(const std::string& name, const CRowIteratorBands& picture) {
+    entries_.push_back({name, Reduced(picture, cell_)});
 }
 
 CRowIteratorBands CContactSheet::Make() const {

@@ -5,6 +5,9 @@
 
 #include "host/graphics/CRowIteratorBands.h"
 
+// A picture reduced to fit a cell, as 8-bit colour; its alpha is laid over the sheet's background.
+CRowIteratorBands Reduced(const CRowIteratorBands& picture, CSize cell);
+
 // Pictures side by side, each reduced to fit its cell, with its name below.
 class CContactSheet {
   public:

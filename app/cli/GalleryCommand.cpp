@@ -5,18 +5,24 @@
 #include <nlohmann/json.hpp>
 
 #include "app/cli/CContactSheet.h"
+#include "app/cli/CGalleryPage.h"
 #include "app/cli/CliError.h"
 #include "app/cli/Commands.h"
 #include "app/cli/Options.h"
 #include "app/cli/Pictures.h"
 #include "app/cli/Report.h"
 #include "hostlib/language/Texts.h"
+#include "hostlib/parameters/CommandLine.h"
 #include "hostlib/system/CFileError.h"
+#include "hostlib/system/COutputFile.h"
 
 namespace {
 
 constexpr int kColumns = 5;
 constexpr CSize kCell{300, 225};
+// On the page, where many are smaller, lest it grow too large to be sent.
+constexpr int kLongest = 1000, kLongestOfMany = 640;
+constexpr std::size_t kMany = 30;
 
 struct SGalleryOptions {
     SSessionOptions session;
@@ -120,6 +126,40 @@ std::filesystem::path MakeFolder(const std::string& name) {
     return name;
 }
 
+// The command line that makes a picture of the gallery.
+std::string CommandOf(const SEntry& entry, const SGalleryOptions& options) {
+    const SWorkOptions& work = entry.work;
+    const bool is_recipe = !work.recipe.empty();
+    std::string line = "cmdtexture apply ";
+    line += is_recipe ? "--recipe " + QuotedFile(work.recipe) : QuotedForShell(work.effect);
+    line += ' ' + QuotedFile(options.input.file) + " -o " + QuotedFile(entry.Name() + ".png");
+    const bool ships = work.parameters.preset.ends_with('/' + entry.variant + ".json");
+    const std::string& preset = ships ? entry.variant : work.parameters.preset;
+    if (!preset.empty()) line += " --preset " + QuotedForShell(preset);
+    for (const std::string& value : work.parameters.values) line += " -p " + QuotedForShell(value);
+    return line;
+}
+
+void WritePage(const CGalleryPage& page, const std::filesystem::path& file,
+               const std::string& language, const imagefile::SOutputRules& rules) {
+    try {
+        COutputFile out(file, rules);
+        const std::string html = page.Make(language);
+        out.Write({reinterpret_cast<const std::uint8_t*>(html.data()), html.size()});
+        out.Publish();
+    } catch (const CFileError& error) {
+        throw CCliError(EExit::Output, error.what(), error.Hint());
+    }
+}
+
+void CheckPage(const std::filesystem::path& file, const imagefile::SOutputRules& rules) {
+    try {
+        COutputFile::Check(file, rules);
+    } catch (const CFileError& error) {
+        throw CCliError(EExit::Output, error.what(), error.Hint());
+    }
+}
+
 void Gallery(const SGalleryOptions& options) {
     const CJobLibrary library = OpenJobs(options.session, options.resources);
     const std::vector<SEntry> entries = Entries(library, options);
@@ -140,7 +180,12 @@ void Gallery(const SGalleryOptions& options) {
     const std::filesystem::path sheet_file =
         options.sheet.empty() ? file("contact-sheet") : std::filesystem::path(options.sheet);
     CheckPictureOutput(sheet_file, rules, {});
+    const std::filesystem::path page_file = folder / "index.html";
+    CheckPage(page_file, rules);
 
+    const std::string input_name = std::filesystem::path(options.input.file).filename();
+    CGalleryPage page(Tr("Textures of {}", DisplayText(input_name)), input.pixels,
+                      entries.size() > kMany ? kLongestOfMany : kLongest);
     CContactSheet sheet(std::min(kColumns, static_cast<int>(entries.size()) + 1), kCell);
     sheet.Add(Tr("Original"), input.pixels);
     auto pictures = nlohmann::ordered_json::array();
@@ -155,16 +200,20 @@ void Gallery(const SGalleryOptions& options) {
         pictures.push_back({{"effect", entries[i].work.effect},
                             {"variant", entries[i].variant},
                             {"file", file(name).string()}});
-        const std::string& title = entries[i].title;
-        sheet.Add(title.empty() ? recipes[i].Steps()[0].job.Describe().display_name : title,
-                  result);
+        const std::string effect = recipes[i].Steps()[0].job.Describe().display_name;
+        const std::string title = entries[i].title.empty() ? effect : entries[i].title;
+        sheet.Add(title, result);
+        page.Add(entries[i].work.recipe.empty() ? effect : Tr("Recipes"), title,
+                 CommandOf(entries[i], options), result);
     }
     progress.BeginPart(Tr("contact sheet"), 1.0);
     WritePicture(sheet_file, sheet.Make(), nullptr, rules, progress);
+    WritePage(page, page_file, library.Language(), rules);
     if (!options.json) return;
     report::PrintDone({{"input", options.input.file},
                        {"directory", options.folder},
                        {"sheet", sheet_file.string()},
+                       {"page", page_file.string()},
                        {"pictures", pictures}});
 }
 
@@ -172,7 +221,8 @@ void Gallery(const SGalleryOptions& options) {
 
 void AddGalleryCommand(CLI::App& program) {
     auto* command = program.add_subcommand(
-        "gallery", "Apply every effect to an image, and make a contact sheet of the results");
+        "gallery",
+        "Apply every effect to an image, and make a contact sheet and a web page of the results");
     auto options = std::make_shared<SGalleryOptions>();
     command
         ->add_option("IN", options->input.file,
