@@ -11,6 +11,7 @@
 #include "app/cli/batch/CBatchLog.h"
 #include "app/cli/batch/CBatchRun.h"
 #include "app/cli/batch/CSetProgress.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/CFileError.h"
 #include "hostlib/system/COutputFile.h"
 
@@ -71,7 +72,7 @@ int DryRun(const SBatchOptions& options, const SBatchPlan& plan, const CBatchLog
                 std::cout << DisplayText(item.input) << " -> " << DisplayText(item.output) << '\n';
             }
         } catch (const CCliError& error) {
-            messages::Error(error.what(), error.Hint());
+            messages::Error(static_cast<int>(error.Exit()), error.what(), error.Hint());
             status = WorseStatus(status, static_cast<int>(error.Exit()));
         }
     }
@@ -86,8 +87,8 @@ int Run(const SBatchOptions& options) {
     }
     CBatchLog log(LogOf(options));
     if (log.DamagedLines() > 0) {
-        messages::Warn(fmt::format("{}: {} lines cannot be read; their pictures are done again",
-                                   DisplayText(log.File()), log.DamagedLines()));
+        messages::Warn(Tr("{}: {} lines cannot be read; their pictures are done again",
+                          DisplayText(log.File()), log.DamagedLines()));
     }
     const SBatchPlan plan = MakePlan(library, options, &log);
     if (options.dry_run) return DryRun(options, plan, &log);
@@ -98,12 +99,12 @@ int Run(const SBatchOptions& options) {
             CBatchRun(plan, options, log).Run([&](const SBatchTotals& now) { progress.Show(now); });
     }
     if (!options.quiet) {
-        messages::Say(fmt::format("{} in {:.1f} s, {}; log: {}", Counts(totals), totals.seconds,
-                                  Rates(totals), log.File().string()));
+        messages::Say(Tr("{} in {:.1f} s, {}; log: {}", Counts(totals), totals.seconds,
+                         Rates(totals), log.File().string()));
     }
     if (options.json) PrintLine(Summary(totals, plan, log.File()));
     if (!interruption::Requested()) return totals.status;
-    messages::Say("interrupted; nothing was left half-written, run it again to go on");
+    messages::Say(Tr("interrupted; nothing was left half-written, run it again to go on"));
     return interruption::ExitStatus();
 }
 
@@ -127,16 +128,17 @@ int Report(const SBatchOptions& options) {
     const SBatchReport report = ReportOn(options.report);
     WriteManifest(options, report.rows);
     for (const ordered_json& line : report.failures) {
-        if (!options.quiet) messages::Error(line.value("error", "failed"));
+        if (!options.quiet)
+            messages::Error(line.value("status", 1), line.value("error", Tr("failed")));
     }
     for (const std::string& shard : report.shards_without_log) {
-        messages::Warn(fmt::format(
-            "there is no log of shard {}; its pictures are not in the manifest, run it", shard));
+        messages::Warn(
+            Tr("there is no log of shard {}; its pictures are not in the manifest, run it", shard));
     }
     if (!options.quiet) {
-        messages::Say(fmt::format(
-            "{} done, {} failed, {} missing; {:.1f} megapixels in {:.1f} s of work", report.done,
-            report.failed, report.missing, report.megapixels, report.seconds));
+        messages::Say(Tr("{} done, {} failed, {} missing; {:.1f} megapixels in {:.1f} s of work",
+                         report.done, report.failed, report.missing, report.megapixels,
+                         report.seconds));
     }
     if (options.json) {
         ordered_json json = report.ToJson();
@@ -203,7 +205,7 @@ void AddRunOptions(CLI::App& command, SBatchOptions& options) {
     auto* quiet = command.add_flag("--quiet", options.quiet, "Show no progress and no summary");
     command.add_flag("--progress", options.progress, "Show progress, on a terminal or not")
         ->excludes(quiet);
-    command.add_flag("--json", options.json, "Print the summary as a JSON object");
+    AddJsonOption(command, options.json);
 }
 
 }  // namespace

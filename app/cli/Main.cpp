@@ -57,9 +57,6 @@ int ReportThrown() {
         throw;
     } catch (const CCliError& error) {
         return Report(error.Exit(), error.what(), error.Hint());
-    } catch (const CExitStatus& exit) {
-        const int finished = Finish();
-        return finished != 0 ? finished : exit.Status();
     } catch (const CInterrupted&) {
         return ReportInterruption();
     } catch (const std::bad_alloc&) {
@@ -75,14 +72,11 @@ int ReportThrown() {
     }
 }
 
-int Finish() {
-    report::Flush(Tr("standard output cannot be written"));
-    return static_cast<int>(EExit::Done);
-}
-
-void Parse(CLI::App& program, int count, char** arguments) {
+// Does what the command line says; the status when nothing is thrown.
+int Parse(CLI::App& program, int count, char** arguments) {
     if (completion::IsAsked(count, arguments)) {
-        return completion::Complete(program, {arguments + 3, arguments + count});
+        completion::Complete(program, {arguments + 3, arguments + count});
+        return 0;
     }
     try {
         program.parse(count, arguments);
@@ -92,13 +86,17 @@ void Parse(CLI::App& program, int count, char** arguments) {
         std::cout << program.help();
     } catch (const CLI::ParseError& error) {
         throw UsageError(program, error);
+    } catch (const CExitStatus& exit) {
+        return exit.Status();
     }
+    return 0;
 }
 
 int Run(CLI::App& program, int count, char** arguments) {
     try {
-        Parse(program, count, arguments);
-        return Finish();
+        const int status = Parse(program, count, arguments);
+        report::Flush(Tr("standard output cannot be written"));
+        return status;
     } catch (...) {
         return ReportThrown();
     }

@@ -14,6 +14,7 @@
 #include "app/cli/batch/Digest.h"
 #include "app/cli/batch/InputSet.h"
 #include "app/cli/batch/OutputTemplate.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/parameters/NearestName.h"
 #include "hostlib/system/CFileError.h"
 #include "hostlib/system/StrictJson.h"
@@ -111,8 +112,8 @@ class CPlanner {
         AddInputs();
         if (!options_.manifest.empty()) AddManifest();
         if (plan_.items.empty() && options_.manifest.empty()) {
-            throw CCliError(EExit::Unreadable, "there are no pictures to work on",
-                            "--recursive looks into folders below, too");
+            throw CCliError(EExit::Unreadable, Tr("there are no pictures to work on"),
+                            Tr("--recursive looks into folders below, too"));
         }
         RefuseClashes();
         plan_.of = plan_.items.size();
@@ -152,10 +153,9 @@ class CPlanner {
         ++index_;
         if (item.output.empty()) {
             if (!template_) {
-                throw CCliError(
-                    EExit::Usage,
-                    fmt::format("{}: there is no output for it", DisplayText(item.input)),
-                    "-o 'out/{name}.{ext}' gives one to every picture");
+                throw CCliError(EExit::Usage,
+                                Tr("{}: there is no output for it", DisplayText(item.input)),
+                                Tr("-o 'out/{name}.{ext}' gives one to every picture"));
             }
             const fs::path file(item.input);
             const std::string extension = file.extension();
@@ -172,8 +172,8 @@ class CPlanner {
     void AddManifest() {
         std::ifstream in(options_.manifest, std::ios::binary);
         if (!in || fs::is_directory(options_.manifest)) {
-            throw CCliError(EExit::Unreadable, fmt::format("{}: the manifest cannot be read",
-                                                           DisplayText(options_.manifest)));
+            throw CCliError(EExit::Unreadable,
+                            Tr("{}: the manifest cannot be read", DisplayText(options_.manifest)));
         }
         std::string text;
         for (int number = 1; std::getline(in, text); ++number) {
@@ -186,23 +186,21 @@ class CPlanner {
                 throw CCliError(EExit::Usage, Where(number) + error.what(), error.Hint());
             } catch (const ordered_json::exception&) {
                 throw CCliError(EExit::Usage,
-                                Where(number) +
-                                    "a value is of another type than it "
-                                    "should be",
-                                kRowHint);
+                                Where(number) + Tr("a value is of another type than it should be"),
+                                Tr(kRowHint));
             } catch (const std::runtime_error& error) {
-                throw CCliError(EExit::Usage, Where(number) + error.what(), kRowHint);
+                throw CCliError(EExit::Usage, Where(number) + error.what(), Tr(kRowHint));
             }
         }
     }
 
     std::string Where(int line) const {
-        return fmt::format("{}: line {}: ", DisplayText(options_.manifest), line);
+        return Tr("{}: line {}: ", DisplayText(options_.manifest), line);
     }
 
     void AddRow(ordered_json row) {
         if (!row.is_object() || !(row.contains("input") || row.contains("inputHex"))) {
-            throw CCliError(EExit::Usage, "names no \"input\"", kRowHint);
+            throw CCliError(EExit::Usage, Tr("names no \"input\""), Tr(kRowHint));
         }
         SBatchItem item;
         item.input = fs::path(TakeName(row, "input")).lexically_normal();
@@ -222,10 +220,11 @@ class CPlanner {
     std::size_t RecipeOf(const ordered_json& row) {
         if (row.empty()) {
             if (has_common_) return 0;
-            throw CCliError(EExit::Usage, "names no \"effect\" and no \"recipe\"", kRowHint);
+            throw CCliError(EExit::Usage, Tr("names no \"effect\" and no \"recipe\""),
+                            Tr(kRowHint));
         }
         if (row.contains("recipe") && row.size() > 1) {
-            throw CCliError(EExit::Usage, "has more than the \"recipe\"", kRowHint);
+            throw CCliError(EExit::Usage, Tr("has more than the \"recipe\""), Tr(kRowHint));
         }
         const ordered_json work =
             row.contains("recipe") ? row["recipe"] : ordered_json::array({row});
@@ -255,8 +254,8 @@ class CPlanner {
             if (stat(item.output.c_str(), &found) == 0 &&
                 inputs.contains({found.st_dev, found.st_ino})) {
                 throw CCliError(EExit::Usage,
-                                fmt::format("{}: the output is an input", DisplayText(item.output)),
-                                "a batch leaves its inputs alone: let -o lead elsewhere");
+                                Tr("{}: the output is an input", DisplayText(item.output)),
+                                Tr("a batch leaves its inputs alone: let -o lead elsewhere"));
             }
             if (is_new) kept.push_back(item);
         }
@@ -265,20 +264,19 @@ class CPlanner {
 
     [[noreturn]] static void RefuseClash(const SBatchItem& a, const SBatchItem& b) {
         const bool by_case = a.output != b.output;
-        throw CCliError(
-            EExit::Usage,
-            by_case
-                ? fmt::format("{} and {}, made of {} and {}, differ by letter case only",
-                              DisplayText(a.output), DisplayText(b.output), DisplayText(a.input),
-                              DisplayText(b.input))
-                : fmt::format("{}: {} and {} would both be written to it", DisplayText(a.output),
-                              DisplayText(a.input), DisplayText(b.input)),
-            "{dir}, {ext}, {page} and {index} in -o tell outputs apart");
+        throw CCliError(EExit::Usage,
+                        by_case
+                            ? Tr("{} and {}, made of {} and {}, differ by letter case only",
+                                 DisplayText(a.output), DisplayText(b.output), DisplayText(a.input),
+                                 DisplayText(b.input))
+                            : Tr("{}: {} and {} would both be written to it", DisplayText(a.output),
+                                 DisplayText(a.input), DisplayText(b.input)),
+                        Tr("{dir}, {ext}, {page} and {index} in -o tell outputs apart"));
     }
 
-    static constexpr const char* kRowHint =
-        "a line is an object such as {\"input\": \"a.jpg\", \"output\": \"b.jpg\", \"effect\": "
-        "\"Fur\"}";
+    static constexpr const char* kRowHint = TrLater(
+        "a line is an object such as {\"input\": \"a.jpg\", \"output\": \"b.jpg\", "
+        "\"effect\": \"Fur\"}");
 
     const CJobLibrary& library_;
     const SBatchOptions& options_;

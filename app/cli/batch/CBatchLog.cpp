@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "app/cli/CliError.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/CFileError.h"
 
 namespace {
@@ -33,7 +34,7 @@ std::string ReadAll(int descriptor, const std::filesystem::path& file) {
         const std::size_t before = text.size();
         text.resize(before + kPiece);
         got = pread(descriptor, text.data() + before, kPiece, static_cast<off_t>(before));
-        if (got < 0) Refuse(file, "the log cannot be read: " + SystemText(errno));
+        if (got < 0) Refuse(file, Tr("the log cannot be read: {}", SystemText(errno)));
         text.resize(before + static_cast<std::size_t>(got));
     }
     return text;
@@ -101,7 +102,7 @@ bool IsLog(std::string_view text) {
 
 SBatchLogContents Contents(std::string_view text, const std::filesystem::path& file) {
     if (!text.empty() && !IsLog(text)) {
-        Refuse(file, "is not the log of a batch", "name another file with --log");
+        Refuse(file, Tr("is not the log of a batch"), Tr("name another file with --log"));
     }
     CReader reader;
     reader.Take(text);
@@ -112,10 +113,10 @@ CDescriptor OpenLog(const std::filesystem::path& file, int flags) {
     CDescriptor opened(open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666));
     struct stat status = {};
     if (!opened || fstat(opened.Get(), &status) != 0) {
-        Refuse(file, "the log cannot be opened: " + SystemText(errno),
-               "--log names another place for it");
+        Refuse(file, Tr("the log cannot be opened: {}", SystemText(errno)),
+               Tr("--log names another place for it"));
     }
-    if (!S_ISREG(status.st_mode)) Refuse(file, "the log is no regular file");
+    if (!S_ISREG(status.st_mode)) Refuse(file, Tr("the log is no regular file"));
     return opened;
 }
 
@@ -124,8 +125,8 @@ CDescriptor OpenLog(const std::filesystem::path& file, int flags) {
 CBatchLog::CBatchLog(std::filesystem::path file)
     : file_(std::move(file)), descriptor_(OpenLog(file_, O_RDWR | O_APPEND | O_CREAT)) {
     if (flock(descriptor_.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        Refuse(file_, "another batch is at work with this log",
-               "wait for it, or give this one a --log of its own");
+        Refuse(file_, Tr("another batch is at work with this log"),
+               Tr("wait for it, or give this one a --log of its own"));
     }
     std::string text = ReadAll(descriptor_.Get(), file_);
     const std::size_t whole = text.rfind('\n') == std::string::npos ? 0 : text.rfind('\n') + 1;
@@ -134,7 +135,7 @@ CBatchLog::CBatchLog(std::filesystem::path file)
     if (whole != text.size()) {
         if (!is_torn_first) Contents(text, file_);  // only a log is ever shortened
         if (ftruncate(descriptor_.Get(), static_cast<off_t>(whole)) != 0) {
-            Refuse(file_, "the log's torn end cannot be taken away: " + SystemText(errno));
+            Refuse(file_, Tr("the log's torn end cannot be taken away: {}", SystemText(errno)));
         }
         text.resize(whole);
     }
@@ -154,7 +155,7 @@ void CBatchLog::Append(const std::string& lines) {
     while (!rest.empty()) {
         const ssize_t written = write(descriptor_.Get(), rest.data(), rest.size());
         if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) Refuse(file_, "the log cannot be written: " + SystemText(errno));
+        if (written <= 0) Refuse(file_, Tr("the log cannot be written: {}", SystemText(errno)));
         rest.remove_prefix(static_cast<std::size_t>(written));
     }
 }

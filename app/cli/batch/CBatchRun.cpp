@@ -17,6 +17,7 @@
 #include "app/cli/batch/CBatchLog.h"
 #include "app/cli/batch/Digest.h"
 #include "hostlib/graphics/PixelBudget.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/CFileError.h"
 
 namespace {
@@ -71,8 +72,9 @@ SOpened OpenInput(const std::string& name) {
     SOpened opened{.descriptor = std::make_shared<const CDescriptor>(
                        open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))};
     if (!*opened.descriptor || fstat(opened.descriptor->Get(), &opened.status) != 0) {
-        throw CCliError(EExit::Unreadable, fmt::format("{}: cannot be read: {}", DisplayText(name),
-                                                       SystemText(errno)));
+        throw CCliError(
+            EExit::Unreadable,
+            fmt::format("{}: {}", DisplayText(name), Tr("cannot be read: {}", SystemText(errno))));
     }
     return opened;
 }
@@ -84,8 +86,8 @@ void MakeFolderFor(const std::string& output) {
     fs::create_directories(folder, error);
     if (error) {
         throw CCliError(EExit::Output,
-                        fmt::format("{}: the folder {} cannot be made: {}", DisplayText(output),
-                                    DisplayText(folder), error.message()));
+                        Tr("{}: the folder {} cannot be made: {}", DisplayText(output),
+                           DisplayText(folder), SystemText(error.value())));
     }
 }
 
@@ -114,7 +116,7 @@ std::optional<CCliError> Caught(const std::string& name, Work&& work) {
                    ? failure
                    : CCliError(failure.Exit(), error(failure.Exit(), what).what(), failure.Hint());
     } catch (const std::bad_alloc&) {
-        return error(EExit::Limit, "there is not enough memory");
+        return error(EExit::Limit, Tr("there is not enough memory"));
     } catch (const CFileError& failure) {
         return CCliError(EExit::Output, failure.what(), failure.Hint());
     } catch (const std::exception& failure) {
@@ -241,7 +243,7 @@ void CBatchRun::Process(const SBatchItem& item) {
 }
 
 void CBatchRun::LogFailure(const SBatchItem& item, const CCliError& error) {
-    messages::Error(error.what(), error.Hint());
+    messages::Error(static_cast<int>(error.Exit()), error.what(), error.Hint());
     const int status = static_cast<int>(error.Exit());
     ordered_json line = item.Line("failed");
     line["status"] = status;
@@ -323,7 +325,7 @@ ordered_json CBatchRun::Make(const SBatchItem& item) {
 
     struct stat written = {};
     if (stat(item.output.c_str(), &written) != 0) {
-        throw CFileError(item.output, "cannot be found again: " + SystemText(errno));
+        throw CFileError(item.output, Tr("cannot be found again: {}", SystemText(errno)));
     }
     PutFile(line, "output", written, digest::OfFile(item.output));
     line["time"] = Now();

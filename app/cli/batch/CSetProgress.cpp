@@ -1,14 +1,17 @@
 #include "app/cli/batch/CSetProgress.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
 
 #include "app/cli/Messages.h"
+#include "app/cli/Terminal.h"
+#include "hostlib/language/Texts.h"
 
 namespace {
 
-constexpr std::size_t kBarWidth = 20;
+constexpr int kBarWidth = 20;
 constexpr std::size_t kTenths = 10;
 
 double Rate(double amount, const SBatchTotals& totals) {
@@ -21,21 +24,19 @@ std::string TimeLeft(const SBatchTotals& totals) {
     if (worked == 0) return "";
     const auto seconds = static_cast<long>(totals.seconds / static_cast<double>(worked) *
                                            static_cast<double>(totals.Left()));
-    return fmt::format(", {}:{:02}:{:02} left", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    return Tr(", {}:{:02}:{:02} left", seconds / 3600, seconds / 60 % 60, seconds % 60);
 }
 
 }  // namespace
 
 std::string Counts(const SBatchTotals& totals) {
-    const std::string left = totals.Left() > 0 ? fmt::format(", {} left", totals.Left()) : "";
-    return fmt::format("{} done, {} failed, {} skipped{}", totals.done, totals.failed,
-                       totals.skipped, left);
+    const std::string left = totals.Left() > 0 ? Tr(", {} left", totals.Left()) : "";
+    return Tr("{} done, {} failed, {} skipped{}", totals.done, totals.failed, totals.skipped, left);
 }
 
 std::string Rates(const SBatchTotals& totals) {
-    return fmt::format("{:.1f} pictures/s, {:.1f} megapixels/s",
-                       Rate(static_cast<double>(totals.done), totals),
-                       Rate(totals.megapixels, totals));
+    return Tr("{:.1f} pictures/s, {:.1f} megapixels/s",
+              Rate(static_cast<double>(totals.done), totals), Rate(totals.megapixels, totals));
 }
 
 CSetProgress::~CSetProgress() {
@@ -46,16 +47,20 @@ void CSetProgress::Show(const SBatchTotals& totals) {
     if (style_ == CProgress::EStyle::None || totals.pictures == 0) return;
     const std::size_t ready = totals.pictures - totals.Left();
     if (style_ == CProgress::EStyle::Bar) {
-        const std::size_t bar = ready * kBarWidth / totals.pictures;
-        messages::Show(fmt::format("\r[{:#<{}}{:.<{}}] {}/{} {} failed, {}{}\x1b[K", "", bar, "",
-                                   kBarWidth - bar, ready, totals.pictures, totals.failed,
-                                   Rates(totals), TimeLeft(totals)));
+        const int columns = TerminalColumns(STDERR_FILENO) - 1;
+        const std::string text = Tr("{}/{} {} failed, {}{}", ready, totals.pictures, totals.failed,
+                                    Rates(totals), TimeLeft(totals));
+        const int width = std::clamp(columns - 3 - ColumnsOf(text), 0, kBarWidth);
+        const int bar = static_cast<int>(ready * static_cast<std::size_t>(width) / totals.pictures);
+        const std::string shown =
+            width < 5 ? text : fmt::format("[{:#<{}}{:.<{}}] {}", "", bar, "", width - bar, text);
+        messages::Show(fmt::format("\r{}\x1b[K", Shortened(shown, columns)));
         is_drawn_ = true;
         return;
     }
     const std::size_t tenth = ready * kTenths / totals.pictures;
     if (tenth == last_tenth_) return;
     last_tenth_ = tenth;
-    messages::Show(
-        fmt::format("progress: {:3}% {}, {}\n", tenth * kTenths, Counts(totals), Rates(totals)));
+    messages::Show(fmt::format("{}: {:3}% {}, {}\n", Tr("progress"), tenth * kTenths,
+                               Counts(totals), Rates(totals)));
 }

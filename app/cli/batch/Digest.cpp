@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/core/CDescriptor.h"
+#include "hostlib/language/Texts.h"
 #include "hostlib/system/CFileError.h"
 
 namespace digest {
@@ -35,7 +36,7 @@ std::string OfDescriptor(int descriptor, const std::filesystem::path& name) {
     for (off_t at = 0;;) {
         const ssize_t got = pread(descriptor, buffer.data(), buffer.size(), at);
         if (got < 0 && errno == EINTR) continue;
-        if (got < 0) throw CFileError(name, "cannot be read: " + SystemText(errno));
+        if (got < 0) throw CFileError(name, Tr("cannot be read: {}", SystemText(errno)));
         if (got == 0) return Hex(XXH3_64bits_digest(state.get()));
         XXH3_64bits_update(state.get(), buffer.data(), static_cast<std::size_t>(got));
         at += got;
@@ -44,7 +45,7 @@ std::string OfDescriptor(int descriptor, const std::filesystem::path& name) {
 
 std::string OfFile(const std::filesystem::path& file) {
     const CDescriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!opened) throw CFileError(file, "cannot be read: " + SystemText(errno));
+    if (!opened) throw CFileError(file, Tr("cannot be read: {}", SystemText(errno)));
     return OfDescriptor(opened.Get(), file);
 }
 

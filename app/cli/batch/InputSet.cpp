@@ -8,6 +8,8 @@
 
 #include "app/cli/CliError.h"
 #include "app/imagefile/FileKinds.h"
+#include "hostlib/language/Texts.h"
+#include "hostlib/system/CFileError.h"
 
 namespace {
 
@@ -35,8 +37,8 @@ void Walk(const fs::path& folder, int depth, const Skips& skips, std::vector<fs:
         }
     }
     if (error) {
-        throw CCliError(EExit::Unreadable, fmt::format("{}: the folder cannot be read: {}",
-                                                       folder.string(), error.message()));
+        throw CCliError(EExit::Unreadable, Tr("{}: the folder cannot be read: {}", folder.string(),
+                                              SystemText(error.value())));
     }
 }
 
@@ -113,9 +115,8 @@ std::vector<SFoundInput> FindInputs(const std::vector<std::string>& arguments, b
             }
             std::erase_if(files, [&](const fs::path& file) { return !pattern.Has(file); });
             if (files.empty()) {
-                throw CCliError(EExit::Unreadable,
-                                fmt::format("{}: no picture has such a name", argument),
-                                "pictures are told by their extension");
+                throw CCliError(EExit::Unreadable, Tr("{}: no picture has such a name", argument),
+                                Tr("pictures are told by their extension"));
             }
             Add(pattern.folder, std::move(files), found);
         } else {

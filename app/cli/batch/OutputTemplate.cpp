@@ -7,6 +7,7 @@
 #include <map>
 
 #include "app/cli/CliError.h"
+#include "hostlib/language/Texts.h"
 
 namespace {
 
@@ -30,8 +31,8 @@ const std::map<std::string, Expansion>& Fields() {
 
 [[noreturn]] void Refuse(const std::string& text, const std::string& what) {
     throw CCliError(EExit::Usage, fmt::format("-o {}: {}", text, what),
-                    "a template has {dir}, {name}, {ext}, {effect}, {index} and {page}; {{ and }} "
-                    "are braces");
+                    Tr("a template has {dir}, {name}, {ext}, {effect}, {index} and {page}; doubled "
+                       "braces are braces"));
 }
 
 }  // namespace
@@ -39,12 +40,13 @@ const std::map<std::string, Expansion>& Fields() {
 COutputTemplate::SPiece COutputTemplate::Field(const std::string& inside) const {
     const std::size_t colon = inside.find(':');
     SPiece piece{.text = inside.substr(0, colon), .is_field = true, .digits = 0};
-    if (!Fields().contains(piece.text)) Refuse(text_, "there is no field {" + inside + "}");
+    if (!Fields().contains(piece.text))
+        Refuse(text_, Tr("there is no field {}", '{' + inside + '}'));
     if (colon == std::string::npos) return piece;
     const std::string digits = inside.substr(colon + 1);
     const bool counts = piece.text == "index" || piece.text == "page";
     if (!counts || digits.size() != 1 || digits[0] < '1' || digits[0] > '9') {
-        Refuse(text_, "{" + inside + "} has no such width");
+        Refuse(text_, Tr("{} has no such width", '{' + inside + '}'));
     }
     piece.digits = digits[0] - '0';
     return piece;
@@ -61,12 +63,12 @@ COutputTemplate::COutputTemplate(const std::string& text) : text_(text) {
             plain += text[i++];
         } else if (text[i] == '{') {
             const std::size_t end = text.find('}', i);
-            if (end == std::string::npos) Refuse(text, "a { has no }");
+            if (end == std::string::npos) Refuse(text, Tr("an opening brace is not closed"));
             flush();
             pieces_.push_back(Field(text.substr(i + 1, end - i - 1)));
             i = end;
         } else if (text[i] == '}') {
-            Refuse(text, "a } has no {");
+            Refuse(text, Tr("a closing brace was not opened"));
         } else {
             plain += text[i];
         }
@@ -74,7 +76,7 @@ COutputTemplate::COutputTemplate(const std::string& text) : text_(text) {
     flush();
     const auto is_field = [](const SPiece& piece) { return piece.is_field; };
     if (std::none_of(pieces_.begin(), pieces_.end(), is_field)) {
-        Refuse(text, "one name for all pictures");
+        Refuse(text, Tr("one name for all pictures"));
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "app/cli/CliError.h"
 #include "app/cli/batch/Digest.h"
+#include "hostlib/language/Texts.h"
 
 namespace {
 
@@ -31,8 +32,8 @@ SShard SShard::Parse(const std::string& text) {
         const auto count = Number(std::string_view(text).substr(slash + 1));
         if (index && count && *index >= 1 && *index <= *count) return {*index, *count};
     }
-    throw CCliError(EExit::Usage, fmt::format("--shard {}: not a shard", text),
-                    "a shard is written I/N, I from 1 to N: 3/8");
+    throw CCliError(EExit::Usage, Tr("--shard {}: not a shard", text),
+                    Tr("a shard is written I/N, I from 1 to N: 3/8"));
 }
 
 std::optional<SShard> SShard::FromEnvironment() {
@@ -44,10 +45,10 @@ std::optional<SShard> SShard::FromEnvironment() {
     const int step = std::max(Variable("SLURM_ARRAY_TASK_STEP", 1), 1);
     if ((last - first) / step + 1 != count || (id - first) % step != 0) {
         throw CCliError(EExit::Usage,
-                        fmt::format("the {} tasks of the Slurm array have no even indices from {} "
-                                    "to {}",
-                                    count, first, last),
-                        "give each task its --shard I/N, or submit an array such as 1-8");
+                        Tr("the {} tasks of the Slurm array have no even indices from {} "
+                           "to {}",
+                           count, first, last),
+                        Tr("give each task its --shard I/N, or submit an array such as 1-8"));
     }
     return SShard{(id - first) / step + 1, count};
 }

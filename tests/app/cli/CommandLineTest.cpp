@@ -238,7 +238,7 @@ TEST(CommandLine, SaysNothingUntranslated) {
         {"--help"},
     };
     for (const char* command :
-         {"list", "describe", "apply", "edit", "gallery", "preset", "resources", "help"}) {
+         {"list", "describe", "apply", "edit", "gallery", "preset", "resources", "batch", "help"}) {
         lines.push_back({command, "--help"});
     }
     for (const char* command : {"list", "show", "save", "delete", "rename", "import", "export"}) {
