@@ -40,8 +40,16 @@ pieces = [sheet.crop((12 + x * 132, 12 + y * 104, 132 + x * 132, 92 + y * 104)).
           for x in range(5) for y in range(3)]
 assert len(set(pieces)) == 15, "each place of the sheet has its own picture"'
 
+# Below /usr/local the system's Python finds the package by itself.
+DESTDIR=$folder/root cmake -DCMAKE_INSTALL_PREFIX=/usr/local \
+    -P "$build/adapters/python/cmake_install.cmake" >>install.log
+env -u PYTHONPATH "$python" -c 'import importlib.util, site, sys
+site.addsitedir(sys.argv[1] + f"/usr/local/lib/python3.{sys.version_info.minor}/dist-packages")
+assert importlib.util.find_spec("cmdtexture").origin.startswith(sys.argv[1])' "$folder/root"
+
 # Another installation, or none, goes before the module's own when it is named.
 if CMDTEXTURE_HOME=$folder "$python" -c 'import cmdtexture; cmdtexture.effects()' 2>refusal; then
     echo "CMDTEXTURE_HOME is not minded" && exit 1
 fi
 grep -q 'EffectError.*cannot be loaded' refusal
+rm -rf moved root  # hundreds of megabytes, kept when something failed
