@@ -116,7 +116,7 @@ has_done() { [ "$(lines done)" -ge "$1" ]; }
 
 # A task that is requeued would wait two minutes before it is started again.
 has_ended() {
-    scontrol update JobId="$job" StartTime=now || true
+    scontrol update JobId="${job}_$killed" StartTime=now || true
     [ -z "$(squeue -h -j "$job")" ]
 }
 
@@ -131,6 +131,7 @@ kill_one_task() {
         task=$(sed -n 's/^SLURM_ARRAY_TASK_ID=//p' <<<"$environment")
         [ -n "$task" ] || continue
         kill -KILL "$pid"
+        killed=$task
         echo "killed task $task after $(lines done) pictures"
         return
     done
