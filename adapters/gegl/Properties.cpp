@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <list>
 
 namespace {
 
@@ -80,12 +81,15 @@ GParamSpec* Enumeration(const std::string& type_name, const std::string& name,
     GType type = g_type_from_name(type_name.c_str());
     if (!type) {
         // Kept for good, as the type is.
-        auto* values = g_new0(GEnumValue, members.size() + 1);
-        for (std::size_t i = 0; i < members.size(); ++i) {
-            values[i] = {first + static_cast<gint>(i), g_strdup(members[i].label.c_str()),
-                         g_strdup(members[i].nick.c_str())};
+        static auto* const kept = new std::list<std::vector<GEnumValue>>;
+        std::vector<GEnumValue>& values = kept->emplace_back();
+        for (const SMember& member : members) {
+            values.push_back({first + static_cast<gint>(values.size()),
+                              g_intern_string(member.label.c_str()),
+                              g_intern_string(member.nick.c_str())});
         }
-        type = g_enum_register_static(type_name.c_str(), values);
+        values.push_back({});
+        type = g_enum_register_static(type_name.c_str(), values.data());
     }
     auto* spec = New<GParamSpecEnum>(Unchecked(GEGL_TYPE_PARAM_ENUM, "CmdTextureParamEnum"), type,
                                      name, parameter.label, parameter.description);

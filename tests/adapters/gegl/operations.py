@@ -125,7 +125,9 @@ def names():
     """All effects are there, under the names that `describe` tells, and nothing else of ours."""
     run = subprocess.run([GEGL, '--list-all'], capture_output=True, text=True, errors='replace', env=environment())
     got = {line for line in run.stdout.split() if line.startswith('cmdtexture:')}
-    wanted = {operation(effect) for effect in effects()}
+    told = [subprocess.run([PROGRAM, 'describe', effect], capture_output=True, text=True, check=True,
+                           env=environment()).stdout for effect in effects()]
+    wanted = {word for text in told for word in text.split() if word.startswith('cmdtexture:')}
     if got != wanted or len(got) != 14:
         failures.append(f'{sorted(got)} instead of {sorted(wanted)}')
 

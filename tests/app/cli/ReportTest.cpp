@@ -51,6 +51,13 @@ TEST(Describe, FollowsCanvasScaleAndLanguage) {
               "Demi-longueur d’un poil en pixels, de son milieu à chacune de ses extrémités.");
 }
 
+TEST(Describe, TellsWhatAnEffectIsCalledElsewhere) {
+    const std::string out = Program().Run({"describe", "fineleather"}).out;
+    for (const char* name : {"cmdtexture:fine-leather\n", "cmdtexture.fine_leather\n"}) {
+        EXPECT_NE(out.find(name), std::string::npos) << out;
+    }
+}
+
 TEST(Presets, AreSavedShownListedAndApplied) {
     const Program program;
     const std::string image = program.WriteImage(
