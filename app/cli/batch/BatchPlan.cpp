@@ -119,6 +119,7 @@ class CPlanner {
         plan_.of = plan_.items.size();
         std::erase_if(plan_.items,
                       [&](const SBatchItem& item) { return !plan_.shard.Has(item.input); });
+        RefuseOwnInputs();
         return std::move(plan_);
     }
 
@@ -237,29 +238,42 @@ class CPlanner {
         return known->second;
     }
 
+    // By the names of the whole set, so that every shard comes to the same end.
     void RefuseClashes() {
         std::unordered_map<std::string, const SBatchItem*> by_name;
-        std::set<std::pair<dev_t, ino_t>> inputs;
-        struct stat found = {};
         std::vector<SBatchItem> kept;
-        for (const SBatchItem& item : plan_.items) {
-            if (stat(item.input.c_str(), &found) == 0) inputs.insert({found.st_dev, found.st_ino});
-        }
         for (const SBatchItem& item : plan_.items) {
             const auto [other, is_new] = by_name.try_emplace(Folded(item.output), &item);
             const bool is_same = other->second->input == item.input &&
                                  other->second->page == item.page &&
                                  other->second->recipe == item.recipe;
             if (!is_new && !is_same) RefuseClash(*other->second, item);
-            if (stat(item.output.c_str(), &found) == 0 &&
-                inputs.contains({found.st_dev, found.st_ino})) {
-                throw CCliError(EExit::Usage,
-                                Tr("{}: the output is an input", DisplayText(item.output)),
-                                Tr("a batch leaves its inputs alone: let -o lead elsewhere"));
-            }
             if (is_new) kept.push_back(item);
         }
+        for (const SBatchItem& item : plan_.items) {
+            const auto written = by_name.find(Folded(item.input));
+            if (written != by_name.end()) RefuseInput(*written->second);
+        }
         plan_.items = std::move(kept);
+    }
+
+    // An output that is an input by another name, such as a link.
+    void RefuseOwnInputs() const {
+        std::set<std::pair<dev_t, ino_t>> inputs;
+        struct stat found = {};
+        for (const SBatchItem& item : plan_.items) {
+            if (stat(item.input.c_str(), &found) == 0) inputs.insert({found.st_dev, found.st_ino});
+        }
+        for (const SBatchItem& item : plan_.items) {
+            const bool exists = stat(item.output.c_str(), &found) == 0;
+            if (exists && inputs.contains({found.st_dev, found.st_ino})) RefuseInput(item);
+        }
+    }
+
+    [[noreturn]] static void RefuseInput(const SBatchItem& item) {
+        throw CCliError(EExit::Usage,
+                        fmt::format("{}: the output is an input", DisplayText(item.output)),
+                        "a batch leaves its inputs alone: let -o lead elsewhere");
     }
 
     [[noreturn]] static void RefuseClash(const SBatchItem& a, const SBatchItem& b) {
