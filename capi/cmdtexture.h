@@ -50,7 +50,7 @@ typedef struct cmdtexture_effect cmdtexture_effect;
 typedef struct cmdtexture_recipe cmdtexture_recipe;
 typedef struct cmdtexture_error cmdtexture_error;
 
-/* The version of the library that is loaded, such as "1.0.0"; lives as long as the process. */
+/* The version of the library that is loaded, such as "1.2.3"; lives as long as the process. */
 CMDTEXTURE_API const char* cmdtexture_version(void);
 
 /* ---- Errors ---- */
