@@ -1,6 +1,6 @@
 #!/bin/bash
 # installed.sh BUILD SOURCE FOLDER: installs into FOLDER, builds the example with what pkg-config and
-# CMake say, runs both away from the build, and compares with the program.
+# CMake say, runs both away from the build, compares with the program, and uninstalls.
 set -euo pipefail
 build=$1 source=$2 prefix=$3/prefix
 rm -rf "$3" && mkdir -p "$3" && cd "$3"
@@ -22,3 +22,8 @@ cmp one.ppm two.ppm
 ! cmp -s in.ppm one.ppm
 status=0 && ./with-pkg-config in.ppm three.ppm 999 2>refusal || status=$?
 [ $status -eq 2 ] && grep -q '0 to 359' refusal && [ ! -e three.ppm ]
+
+cmake -P "$source/packaging/Uninstall.cmake" "$build/install_manifest.txt"
+if [ -e "$prefix" ]; then
+    find "$prefix" && echo "Uninstalling left these behind." && exit 1
+fi
