@@ -33,8 +33,8 @@ CDesktopLibrary::CDesktopLibrary(const SInstallation& installation,
     void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!library) {
         throw CCliError(EExit::Effect, Tr("no window can be shown: {}", dlerror()),
-                        Tr("the Qt 6 Widgets libraries must be installed (Debian: "
-                           "libqt6widgets6)"));
+                        Tr("the windows and the Qt 6 Widgets libraries must be installed (Debian: "
+                           "cmdtexture-desktop)"));
     }
     const auto make = reinterpret_cast<MakeDesktopFunction>(dlsym(library, kMakeDesktop));
     if (!make) {
