@@ -247,7 +247,7 @@ QWidget* CDialogWindow::MakeMix() {
     auto* bar = new QWidget;
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(8, 0, 8, 0);
-    auto* opacity = new QSpinBox;
+    auto* opacity = opacity_ = new QSpinBox;
     opacity->setObjectName("opacity");
     opacity->setRange(0, 100);
     opacity->setValue(100);
@@ -256,7 +256,7 @@ QWidget* CDialogWindow::MakeMix() {
     opacity->setToolTip(Text(EText::Opacity));
     opacity->setAccessibleName(Text(EText::Opacity));
     opacity->installEventFilter(this);
-    auto* blend = new QComboBox;
+    auto* blend = blend_ = new QComboBox;
     blend->setObjectName("blend");
     blend->setFocusPolicy(Qt::StrongFocus);
     blend->setToolTip(Text(EText::Blending));
@@ -268,12 +268,10 @@ QWidget* CDialogWindow::MakeMix() {
         blend->addItem(Text(static_cast<EText>(static_cast<int>(EText::FirstBlendMode) + i)));
     }
     connect(opacity, &QSpinBox::valueChanged, this, [this](int value) {
-        mix_.opacity = value;
-        PreviewChanged();
+        model_.SetMix({value, model_.Mix().blend});
     });
     connect(blend, &QComboBox::currentIndexChanged, this, [this](int chosen) {
-        mix_.blend = static_cast<ENBlendMode>(chosen);
-        PreviewChanged();
+        model_.SetMix({model_.Mix().opacity, static_cast<ENBlendMode>(chosen)});
     });
     auto* label = new QLabel(Text(EText::OpacityLabel));
     label->setBuddy(opacity);
@@ -390,11 +388,16 @@ void CDialogWindow::EndModal(int result) {
 void CDialogWindow::ControlChanged(const SControlState& control) { controls_->Show(control); }
 
 void CDialogWindow::PreviewChanged() {
-    engine_->Request(model_.Snapshot(), mix_);
+    engine_->Request(model_.Snapshot(), model_.Mix());
     ShowProgress();
 }
 
 void CDialogWindow::HistoryChanged() {
+    if (opacity_) {
+        const QSignalBlocker quiet_opacity(opacity_), quiet_blend(blend_);
+        opacity_->setValue(model_.Mix().opacity);
+        blend_->setCurrentIndex(static_cast<int>(model_.Mix().blend));
+    }
     undo_->setEnabled(model_.CanUndo());
     redo_->setEnabled(model_.CanRedo());
     history_->setEnabled(model_.CanUndo() || model_.CanRedo() ||
@@ -415,6 +418,8 @@ QString CDialogWindow::StepText(const SHistoryStep& step) const {
             return Text(EText::AsOpened);
         case SHistoryStep::EKind::Value:
             return controls_->NameOf(step.control) + ": " + ToQt(step.text);
+        case SHistoryStep::EKind::Mix:
+            return Text(EText::OpacityLabel) + ": " + ToQt(step.text);
         case SHistoryStep::EKind::Reset:
             return Text(EText::ResetOne).arg(controls_->NameOf(step.control));
         case SHistoryStep::EKind::ResetAll:
@@ -457,7 +462,10 @@ void CDialogWindow::SetPicking(int swatch) {
     ShowStatus(said_);
 }
 
-bool CDialogWindow::MayDiscard() { return !model_.CanUndo() || Ask(Text(EText::DiscardChanges)); }
+bool CDialogWindow::MayDiscard() {
+    const bool applied = options_.host && !options_.host->Applied().empty();
+    return (!model_.CanUndo() && !applied) || Ask(Text(EText::DiscardChanges));
+}
 
 void CDialogWindow::DropperChanged(bool enabled) { controls_->EnablePicking(enabled); }
 
@@ -519,7 +527,7 @@ bool CDialogWindow::WriteResult(bool ask) {
         if (error.empty()) {
             const SOutcome outcome =
                 busy_->Run(Text(EText::Making) + " " + output_, [&](IProgressSink& progress) {
-                    return options_.host->Make(file, replaces_, mix_, progress);
+                    return options_.host->Make(file, replaces_, model_.Mix(), progress);
                 });
             written = outcome.done;
             error = outcome.error;
@@ -544,8 +552,9 @@ void CDialogWindow::Apply() {
     SOutcome outcome;
     if (WaitForPicture()) {
         const QString name = ToQt(model_.Template().title);
-        outcome = busy_->Run(
-            name, [this](IProgressSink& progress) { return options_.host->Apply(mix_, progress); });
+        outcome = busy_->Run(name, [this](IProgressSink& progress) {
+            return options_.host->Apply(model_.Mix(), progress);
+        });
         if (outcome.done) busy_->Say(Text(EText::WasApplied).arg(name));
     }
     SetBusy(false);
@@ -754,7 +763,7 @@ void CDialogWindow::CopyCommandLine() {
     const std::string output = output_.isEmpty() ? "result.png" : output_.toStdString();
     model_.Store();
     std::string line = model_.CommandLine(options_.input, output);
-    if (options_.host) line = options_.host->CommandLine(line, output, mix_);
+    if (options_.host) line = options_.host->CommandLine(line, output, model_.Mix());
     QApplication::clipboard()->setText(QString::fromStdString(line));
     ShowStatus(Text(EText::CommandLineCopied));
 }

@@ -14,9 +14,11 @@ class CControlPanel;
 class CEffectList;
 class CPresetList;
 class CPreviewPane;
+class QComboBox;
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QSpinBox;
 class QSplitter;
 class QToolButton;
 class QVBoxLayout;
@@ -104,7 +106,8 @@ class CDialogWindow final : public QDialog, public IDialogView {
     CEffectList* effects_ = nullptr;  // null where there is no host, as is its button
     QPushButton* effects_button_ = nullptr;
     QSplitter *parts_ = nullptr, *halves_ = nullptr;
-    SLayerMix mix_;
+    QSpinBox* opacity_ = nullptr;  // null without a host, as the next
+    QComboBox* blend_ = nullptr;
     QPushButton *presets_ = nullptr, *undo_ = nullptr, *redo_ = nullptr, *history_ = nullptr;
     QString output_;            // the file of the result; empty: to be asked for
     bool replaces_ = false;     // whether the user wants it replaced if it exists

@@ -24,14 +24,6 @@ struct SEffectEntry {
     std::string name, description;  // in the user's language
 };
 
-// How the effect's result is laid over the picture.
-struct SLayerMix {
-    int opacity = 100;  // per cent
-    ENBlendMode blend = ENBlendMode::Normal;
-    bool IsPlain() const { return opacity == 100 && blend == ENBlendMode::Normal; }
-    bool operator==(const SLayerMix&) const = default;
-};
-
 // What the windows ask of the program that opened them: pictures, effects and results. Where
 // nothing else is said, all is called on the windows' thread, and errors are texts for the user;
 // an empty one is none.

@@ -305,7 +305,9 @@ template <class Action>
 void CPreviewSession::Recorded(const SHistoryStep& step, Action&& action) {
     IParameterRepository* repository = dialog_.Repository();
     if (history_.empty() && repository) {
-        history_.emplace_back().values = parameters::Capture(*repository);
+        SState& opened = history_.emplace_back();
+        opened.values = parameters::Capture(*repository);
+        opened.mix = mix_;
     }
     StoreUnstored();
     action();
@@ -322,16 +324,18 @@ void CPreviewSession::Record(const SHistoryStep& step) {
     if (!repository || history_.empty()) return;
     parameters::Values now = parameters::Capture(*repository);
     const SState& shown = history_[static_cast<std::size_t>(position_)];
-    if (now == shown.values) return;
-    const bool value = step.kind == SHistoryStep::EKind::Value;
+    if (now == shown.values && mix_ == shown.mix) return;
+    using EKind = SHistoryStep::EKind;
+    const bool value = step.kind == EKind::Value || step.kind == EKind::Mix;
     const bool goes_on =
-        open_ && value && shown.step.kind == SHistoryStep::EKind::Value &&
+        open_ && value && shown.step.kind == step.kind &&
         dialog_.ParameterOf(shown.step.control) == dialog_.ParameterOf(step.control);
     if (!goes_on) ++position_;
     history_.resize(static_cast<std::size_t>(position_));
     SState& reached = history_.emplace_back();
     reached.step = step;
     reached.values = std::move(now);
+    reached.mix = mix_;
     open_ = value;
     HistoryChanged();
 }
@@ -340,7 +344,8 @@ void CPreviewSession::Record(const SHistoryStep& step) {
 void CPreviewSession::EndChange() {
     if (open_ && position_ > 0) {
         const auto last = history_.begin() + position_;
-        if (last->values == std::prev(last)->values) {
+        const auto before = std::prev(last);
+        if (last->values == before->values && last->mix == before->mix) {
             history_.erase(last);
             --position_;
             HistoryChanged();
@@ -392,6 +397,7 @@ void CPreviewSession::GoTo(int state) {
     if (state < 0 || state >= static_cast<int>(history_.size()) || state == position_) return;
     position_ = state;
     typed_ = 0;
+    mix_ = history_[static_cast<std::size_t>(state)].mix;
     parameters::Restore(*dialog_.Repository(), history_[static_cast<std::size_t>(state)].values);
     Guarded([&] { ShowParameters(); });
     HistoryChanged();
@@ -405,9 +411,11 @@ void CPreviewSession::ChangeAll(const SHistoryStep& step, Change&& change) {
     EndChange();
     Recorded(step, [&] {
         const parameters::Values before = parameters::Capture(*repository);
+        const SLayerMix mix_before = mix_;
         change(*repository);
         typed_ = 0;
-        if (parameters::Capture(*repository) == before && !WrongField()) return;
+        const bool changed = mix_ != mix_before || parameters::Capture(*repository) != before;
+        if (!changed && !WrongField()) return;
         Guarded([&] {
             dialog_.ReconcileParameters();
             ShowParameters();
@@ -415,8 +423,18 @@ void CPreviewSession::ChangeAll(const SHistoryStep& step, Change&& change) {
     });
 }
 
+void CPreviewSession::SetMix(const SLayerMix& mix) {
+    if (mix == mix_) return;
+    const CString opacity = std::to_wstring(mix.opacity) + L" %";
+    Recorded({SHistoryStep::EKind::Mix, 0, opacity}, [&] {
+        mix_ = mix;
+        PreviewChanged();
+    });
+}
+
 void CPreviewSession::ResetAll() {
-    ChangeAll({SHistoryStep::EKind::ResetAll, 0, {}}, [](IParameterRepository& repository) {
+    ChangeAll({SHistoryStep::EKind::ResetAll, 0, {}}, [this](IParameterRepository& repository) {
+        mix_ = {};
         for (IParameter* parameter : parameters::All(repository)) {
             parameters::SetDefault(*parameter);
         }

@@ -42,6 +42,8 @@ class CPreviewSession final : public IDialogModel {
     void AimDropper(int swatch_id) override;
     void PickFromPicture(COLORREF colour) override;
 
+    SLayerMix Mix() const override { return mix_; }
+    void SetMix(const SLayerMix& mix) override;
     void ResetAll() override;
     void Reset(int control_id) override;
     void Randomise() override;
@@ -95,10 +97,12 @@ class CPreviewSession final : public IDialogModel {
     struct SState {
         SHistoryStep step;
         parameters::Values values;
+        SLayerMix mix;
     };
     std::vector<SState> history_;  // empty before the first change
-    int position_ = 0;             // of the state that is shown
-    bool open_ = false;            // the next change of the same control belongs to the last step
+    SLayerMix mix_;
+    int position_ = 0;   // of the state that is shown
+    bool open_ = false;  // the next change of the same control belongs to the last step
     // A change that the dialog has shown, and stores with the next one.
     std::optional<SHistoryStep> unstored_;
     int typed_ = 0;   // the field that is being typed into,

@@ -6,6 +6,14 @@
 // How the colours of a layer mix with those below it.
 enum class ENBlendMode { Normal, Multiply, Screen, Overlay, SoftLight, Luminosity };
 
+// How the effect's result is laid over the picture.
+struct SLayerMix {
+    int opacity = 100;  // per cent
+    ENBlendMode blend = ENBlendMode::Normal;
+    bool IsPlain() const { return opacity == 100 && blend == ENBlendMode::Normal; }
+    bool operator==(const SLayerMix&) const = default;
+};
+
 // Lays what an effect made of a picture, `layer`, over the picture, `base`, of the same size and
 // format; the result is in `layer`. Where the base is opaque its colours Cb and the layer's Cs mix
 // to B(Cb, Cs) of the mode, where it is transparent the layer keeps its own: Cs' = (1 - ab) Cs +

@@ -61,9 +61,16 @@ ordered_json ParseStrictJson(std::string_view text) {
 
 ordered_json ReadStrictJson(const std::filesystem::path& file, std::uintmax_t largest) {
     std::error_code none;
-    if (!std::filesystem::is_regular_file(file, none)) throw std::runtime_error(Tr("no such file"));
+    // A named pipe could be waited for without end; one that a shell has handed over is open.
+    const auto kind = std::filesystem::status(file, none).type();
+    const bool pipe =
+        kind == std::filesystem::file_type::fifo && file.native().starts_with("/dev/");
+    if (!pipe && kind != std::filesystem::file_type::regular) {
+        throw std::runtime_error(Tr("no such file"));
+    }
     std::ifstream in(file, std::ios::binary);
-    std::string text(std::min(std::filesystem::file_size(file, none), largest) + 1, '\0');
+    const std::uintmax_t size = pipe ? largest : std::filesystem::file_size(file, none);
+    std::string text(std::min(size, largest) + 1, '\0');
     in.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(in.gcount()));
     if (!in.is_open() || in.bad()) throw std::runtime_error(Tr("cannot be read"));

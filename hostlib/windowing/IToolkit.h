@@ -11,6 +11,7 @@
 #include "host/graphics/CRowIteratorBands.h"
 #include "host/graphics/ColorRef.h"
 #include "host/windowing/CDialog.h"
+#include "hostlib/graphics/LayerBlend.h"
 #include "hostlib/windowing/DialogTemplate.h"
 
 // The border between dialogs and the toolkit that shows them. The host keeps what every control
@@ -32,10 +33,10 @@ struct SPresetEntry {
 
 // What the user did, as a history shows it. Opened is the state that everything began with.
 struct SHistoryStep {
-    enum class EKind { Opened, Value, Reset, ResetAll, Random, Preset };
+    enum class EKind { Opened, Value, Mix, Reset, ResetAll, Random, Preset };
     EKind kind = EKind::Opened;
     int control = 0;  // Value, Reset
-    CString text;     // Value: what the control showed then. Preset: its name
+    CString text;     // Value: what the control showed then. Mix: the opacity. Preset: its name
 };
 
 // What a control shows now. Which fields mean something depends on the kind.
@@ -114,14 +115,18 @@ struct IDialogModel {
     virtual void AimDropper(int swatch_id) = 0;
     virtual void PickFromPicture(COLORREF colour) = 0;
 
+    // How the result is laid over the picture. Begins as it is, at 100 per cent.
+    virtual SLayerMix Mix() const = 0;
+    virtual void SetMix(const SLayerMix& mix) = 0;
+
     // All parameters, or that of one control, get their defaults; or random values within their
     // ranges: those that the dialog shows, an entry of the library included.
     virtual void ResetAll() = 0;
     virtual void Reset(int control_id) = 0;
     virtual void Randomise() = 0;
 
-    // Every change can be taken back and made again. Changes of one field, dial, colour or library
-    // entry are one step until EndChange: a drag, say, or a burst of typing.
+    // Every change can be taken back and made again. Changes of one field, dial, colour, mix or
+    // library entry are one step until EndChange: a drag, say, or a burst of typing.
     virtual void EndChange() = 0;
     virtual bool CanUndo() const = 0;
     virtual void Undo() = 0;

@@ -72,7 +72,8 @@ TEST_F(Session, ResetsOneParameterOrAll) {
 TEST_F(Session, EveryChangeIsAStepAndADragIsOne) {
     EffectDialog effect("Tiles");
     effect.Play([&](IDialogModel& dialog) {
-        std::vector<nlohmann::ordered_json> states = {effect.Values()};
+        const auto state = [&] { return std::pair(effect.Values(), dialog.Mix().opacity); };
+        std::vector states = {state()};
         const std::function<void()> changes[] = {
             [&] {
                 for (const int to : {4, 9, 6}) dialog.Type(2954, std::to_wstring(to));
@@ -84,13 +85,16 @@ TEST_F(Session, EveryChangeIsAStepAndADragIsOne) {
             [&] { dialog.Choose(2952, 1); },
             [&] { dialog.PickColour(2964, 0x00FF00); },
             [&] { dialog.PickFromPicture(0x123456); },
+            [&] {
+                for (const int per_cent : {90, 50}) dialog.SetMix({per_cent, ENBlendMode::Screen});
+            },
             [&] { dialog.Reset(2954); },
             [&] { dialog.Randomise(); },
         };
         for (const auto& change : changes) {
             change();
             dialog.EndChange();
-            states.push_back(effect.Values());
+            states.push_back(state());
         }
         dialog.Turn(2960, dialog.Control(2961).value + 1);
         dialog.Turn(2960, dialog.Control(2961).value - 1);
@@ -99,12 +103,12 @@ TEST_F(Session, EveryChangeIsAStepAndADragIsOne) {
         EXPECT_EQ(dialog.History()[2].text, L"90");
         for (int at = dialog.HistoryPosition(); at-- > 0;) {
             dialog.Undo();
-            EXPECT_EQ(effect.Values(), states[static_cast<std::size_t>(at)]) << at;
+            EXPECT_EQ(state(), states[static_cast<std::size_t>(at)]) << at;
         }
         EXPECT_FALSE(dialog.CanUndo());
         dialog.GoTo(4);
         dialog.Redo();
-        EXPECT_EQ(effect.Values(), states[5]);
+        EXPECT_EQ(state(), states[5]);
         dialog.Step(2954, 1);
         EXPECT_FALSE(dialog.CanRedo()) << "a change after undoing is a new way";
     });

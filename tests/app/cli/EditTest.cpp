@@ -73,6 +73,12 @@ TEST(Edit, ASignalClosesTheWindowAndLeavesNothing) {
         EXPECT_EQ(run.status, c.status) << run.err;
         EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
     }
+    for (const auto& arguments : {std::vector<std::string>{"edit"}, {"edit", good}}) {
+        const pid_t child = program.Start(arguments);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        kill(child, SIGINT);
+        EXPECT_EQ(program.Finish(child).status, 130) << "the window with all effects";
+    }
     EXPECT_EQ(program.Files(), (std::vector<std::string>{"damaged.png", "good.png"}));
 }
 
