@@ -34,7 +34,17 @@ wait_for() {
         sleep 0.1
     done
 }
-window() { xdotool search --onlyvisible --name '\.png'; }
+window() { xdotool search --onlyvisible --class cmdtexture; }
+copied() { keys ctrl+shift+c; sleep 0.3; timeout 5 xclip -o -selection clipboard; }
+# What was copied, run as a user would paste it, makes the file.
+pasted_makes() { # LINE FILE
+    PATH=$(dirname "$program"):$PATH bash -c "${1/-o result.png/-o pasted.png --overwrite}" &&
+        cmp -s pasted.png "$2" || fail "pasted, this makes another picture: $1"
+}
+ok() {
+    keys Return
+    wait_for 60 ended || { fail "the window is still there"; leave; return 1; }
+}
 edit() { # ARGUMENTS...
     "$program" edit "$@" 2>messages.txt &
     edit=$!
@@ -130,15 +140,98 @@ check "making the result can be stopped, and the result is named" &&
     convert photo.png -resize 8000x6000 -strip -define png:exclude-chunks=date,time PNG24:large.png &&
     open Fur large.png && {
     sleep 3
-    keys Return; sleep 0.2; shot making
-    keys Escape; sleep 1; shot stopped
+    keys Return Escape; sleep 1; shot stopped
     ended && fail "the window is gone"
     [ -e result.png ] && fail "a result was written"
-    keys Return
+    keys Return; shot making
     wait_for 120 ended || { fail "the window is still there"; leave; }
     "$program" apply Fur large.png -o expected.png --overwrite --quiet
     cmp -s result.png expected.png || fail "the result is another one"
     grep -q "wrote result.png" messages.txt || fail "the file is not named"
 }
+check "the wheel turns nothing that was not clicked" && open Blinds && {
+    place=$(xdotool getwindowgeometry --shell "$(window | head -1)") && eval "$place"
+    for y in $(seq 40 12 $((HEIGHT - 60))); do
+        xdotool mousemove $((X + WIDTH - 120)) $((Y + y)) click 4
+        xdotool mousemove $((X + WIDTH - 200)) $((Y + y)) click 4
+    done
+    sleep 0.3; gives Blinds
+}
+check "a slider that is dragged agrees with its field" && open Blinds && {
+    place=$(xdotool getwindowgeometry --shell "$(window | head -1)") && eval "$place"
+    keys ctrl+a; typed 2
+    before=$(copied)
+    for y in $(seq 20 6 80); do # where the first slider's handle is at its left end
+        xdotool mousemove $((X + WIDTH - 250)) $((Y + y)) mousedown 1
+        for x in 240 230 220 210; do xdotool mousemove $((X + WIDTH - x)) $((Y + y)); sleep 0.03; done
+        xdotool mouseup 1; sleep 0.2
+        [ "$(copied)" != "$before" ] && break
+    done
+    line=$(copied); shot slider
+    [ "$line" = "$before" ] && fail "no slider was found"
+    ok && pasted_makes "$line" result.png
+}
+check "the counts of a symmetric mosaic stay together" && open MosaicGlass && {
+    for _ in $(seq 30); do # to the field of the columns
+        keys ctrl+a; typed 60; line=$(copied)
+        [[ $line == *NumColumns=60* ]] && break
+        keys ctrl+z Tab
+    done
+    [[ $line == *NumColumns=60* && $line == *NumRows=60* ]] || fail "the counts differ: $line"
+    keys ctrl+BackSpace; [[ $(copied) == *Num* ]] && fail "reset left a count: $(copied)"
+    ok
+}
+check "Weave opens on one pixel" && convert -size 1x9 xc:gray50 -strip -define png:exclude-chunks=date,time PNG24:thin.png &&
+    open Weave thin.png && {
+    shot one-pixel; line=$(copied)
+    ok && pasted_makes "$line" result.png
+}
+check "Escape while picking ends the picking" && open Blinds && {
+    keys Tab Tab Tab space; sleep 0.4; shot picking
+    keys Escape; sleep 0.4; shot picked
+    ended && fail "the window is gone"
+    leave
+}
+check "the library is searched" && open Texture && {
+    keys space; sleep 1.5; shot library
+    keys shift+Tab shift+Tab; typed brick; shot searched
+    keys Escape; sleep 0.5
+    gives Texture
+}
+check "an effect is chosen, and another one put on its result" && rm -f result.png &&
+    edit photo.png -o result.png && {
+    sleep 1; shot start
+    typed Blinds; keys Return; sleep 2
+    keys ctrl+a; typed 77; keys ctrl+Return; sleep 4
+    keys ctrl+a; typed 33; shot applied
+    line=$(copied)
+    ok && pasted_makes "$line" result.png
+    echo '[{"effect":"Blinds","parameters":{"Width":77}},{"effect":"Blinds","parameters":{"Width":33}}]' >two.json
+    "$program" apply --recipe two.json photo.png -o expected.png --overwrite --quiet
+    cmp -s result.png expected.png || fail "the result is not that of both"
+}
+check "what is copied makes what OK writes" && for effect in $("$program" list | awk '{print $1}'); do
+    open "$effect" || continue
+    keys ctrl+r; sleep 0.5
+    line=$(copied); echo "  $line"
+    ok && pasted_makes "$line" result.png
+done
+fits() { # LANGUAGE SCALE THEME
+    local look="$1-$2-$3" effect
+    for effect in Tiles MosaicGlass Sculpture Blinds; do
+        QT_SCALE_FACTOR=$2 GTK_THEME=Adwaita$3 QT_QPA_PLATFORMTHEME=gtk3 open "$effect" && {
+            place=$(xdotool getwindowgeometry --shell "$(window | head -1)") && eval "$place"
+            [ $((X + WIDTH)) -le 1600 ] && [ $((Y + HEIGHT)) -le 1000 ] && [ "$X" -ge 0 ] ||
+                fail "$effect in $look leaves the screen: $WIDTH x $HEIGHT at $X,$Y"
+            shot "fits-$effect-$look"
+            leave
+        }
+    done
+}
+check "every window fits the screen" && for language in en de fr; do
+    for scale in 1 2; do
+        for theme in "" :dark; do LANGUAGE=$language LANG=$language fits $language $scale $theme; done
+    done
+done
 [ "$failures" -eq 0 ] && echo "all windows did as their users wanted"
 exit "$((failures > 0))"
