@@ -3,7 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <array>
+#include <algorithm>
 #include <string_view>
 
 #include "GalleryPageTemplate.h"
@@ -113,12 +113,17 @@ void CGalleryPage::Add(const std::string& group, const std::string& title,
 
 std::string CGalleryPage::Make(const std::string& language) const {
     std::string cards;
+    const auto same_group = [](const SCard& a, const SCard& b) { return a.group == b.group; };
+    // Headings over single pictures would say nothing.
+    const bool has_groups =
+        std::adjacent_find(cards_.begin(), cards_.end(), same_group) != cards_.end();
     for (std::size_t i = 0; i < cards_.size(); ++i) {
         const SCard& card = cards_[i];
-        const bool is_new = i == 0 || cards_[i - 1].group != card.group;
+        const bool is_new = i == 0 || (has_groups && !same_group(cards_[i - 1], card));
         if (is_new && i > 0) cards += "</div></section>\n";
         if (is_new) {
-            cards += "<section><h2>" + Html(card.group) + "</h2>\n<div class=\"cards\">\n";
+            cards += "<section>" + (has_groups ? "<h2>" + Html(card.group) + "</h2>" : "") +
+                     "\n<div class=\"cards\">\n";
         }
         cards +=
             "<article class=\"card\" data-names=\"" + Html(card.group + ' ' + card.title) +
