@@ -41,6 +41,7 @@ namespace {
 
 constexpr int kTickMilliseconds = 50;
 constexpr int kBurstMilliseconds = 800;  // a pause in typing that ends a step of the history
+constexpr int kFrameMilliseconds = 100;
 constexpr int kProgressSteps = 1000;
 constexpr int kProgressHeight = 3;
 constexpr int kDescriptionLines = 3;
@@ -346,6 +347,7 @@ int CDialogWindow::RunModal() {
     show();
     ShareRoom();
     activateWindow();
+    QTimer::singleShot(kFrameMilliseconds, this, [this] { BringFrameOnScreen(); });
     controls_->FocusFirst();
     if (!ended_) loop_.exec();
     engine_->Cancel();
@@ -357,6 +359,13 @@ int CDialogWindow::RunModal() {
     }
     hide();
     return result_;
+}
+
+// Its title, too, which the window manager has put around it by now.
+void CDialogWindow::BringFrameOnScreen() {
+    const QRect frame = frameGeometry();
+    const QRect room = screen()->availableGeometry();
+    if (frame.top() < room.top()) move(frame.left(), room.top());
 }
 
 // The controls get the room that they need, the preview and the presets the rest; where that is too

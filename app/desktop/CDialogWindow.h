@@ -62,6 +62,7 @@ class CDialogWindow final : public QDialog, public IDialogView {
     void AddResultButtons(QWidget& bar);
     void Apply();
     void ShareRoom();
+    void BringFrameOnScreen();
     void GoOnWith(const std::string& effect);
     static bool IsMixer(const QObject* watched);
     void FillPresetMenu();

@@ -221,7 +221,7 @@ fits() { # LANGUAGE SCALE THEME
     for effect in Tiles MosaicGlass Sculpture Blinds; do
         QT_SCALE_FACTOR=$2 GTK_THEME=Adwaita$3 QT_QPA_PLATFORMTHEME=gtk3 open "$effect" && {
             place=$(xdotool getwindowgeometry --shell "$(window | head -1)") && eval "$place"
-            [ $((X + WIDTH)) -le 1600 ] && [ $((Y + HEIGHT)) -le 1000 ] && [ "$X" -ge 0 ] ||
+            [ $((X + WIDTH)) -le 1600 ] && [ $((Y + HEIGHT)) -le 1000 ] && [ "$X" -ge 0 ] && [ "$Y" -ge 10 ] ||
                 fail "$effect in $look leaves the screen: $WIDTH x $HEIGHT at $X,$Y"
             shot "fits-$effect-$look"
             leave
@@ -230,7 +230,7 @@ fits() { # LANGUAGE SCALE THEME
 }
 check "every window fits the screen" && for language in en de fr; do
     for scale in 1 2; do
-        for theme in "" :dark; do LANGUAGE=$language LANG=$language fits $language $scale $theme; done
+        for theme in "" :dark; do LANGUAGE=$language LANG=$language fits "$language" "$scale" "$theme"; done
     done
 done
 [ "$failures" -eq 0 ] && echo "all windows did as their users wanted"
