@@ -46,7 +46,25 @@ ordered_json ToJson(const SParameterInfo& parameter) {
     return row;
 }
 
+// "FineLeather" as "fine-leather", with any sign between the words.
+std::string InSmallLetters(const std::string& name, char between) {
+    std::string words;
+    for (const char c : name) {
+        const bool is_capital = c >= 'A' && c <= 'Z';
+        if (is_capital && !words.empty()) words += between;
+        words += is_capital ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return words;
+}
+
 }  // namespace
+
+ordered_json RoadsTo(const std::string& name) {
+    return {{"program", "cmdtexture apply " + name},
+            {"c", "cmdtexture_effect_new(library, \"" + name + "\", &effect, &error)"},
+            {"gegl", "cmdtexture:" + InSmallLetters(name, '-')},
+            {"python", "cmdtexture." + InSmallLetters(name, '_')}};
+}
 
 SEffectInfo SEffectInfo::Of(const CCmdEffect& command) {
     const ICmdResourceData& data = *command.GetResourceData();
@@ -81,5 +99,6 @@ ordered_json ToJson(const SEffectInfo& effect) {
     auto rows = ordered_json::array();
     for (const SParameterInfo& parameter : effect.parameters) rows.push_back(ToJson(parameter));
     json["parameters"] = rows;
+    json["roads"] = RoadsTo(effect.name);
     return json;
 }

@@ -42,6 +42,9 @@ struct SEffectInfo {
 
 // The effect as JSON: name, displayName, englishName, guid, commandId, description.
 nlohmann::ordered_json IdentityToJson(const SEffectInfo& effect);
-// The same with `parameters`: index, name, type, minimum, maximum, default, label, description and
-// the members of enumerations.
+// What an effect is called by the program, in C, as an operation of GEGL and in Python: `program`,
+// `c`, `gegl`, `python`.
+nlohmann::ordered_json RoadsTo(const std::string& name);
+// The effect as JSON: that of IdentityToJson with `roads` and `parameters`: index, name, type,
+// minimum, maximum, default, label, description and the members of enumerations.
 nlohmann::ordered_json ToJson(const SEffectInfo& effect);

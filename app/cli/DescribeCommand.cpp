@@ -19,17 +19,6 @@ struct SDescribeOptions {
     bool json = false;
 };
 
-// "FineLeather" as "fine-leather", with any sign between the words.
-std::string InSmallLetters(const std::string& name, char between) {
-    std::string words;
-    for (const char c : name) {
-        const bool is_capital = c >= 'A' && c <= 'Z';
-        if (is_capital && !words.empty()) words += between;
-        words += is_capital ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return words;
-}
-
 void PrintForPeople(const SEffectInfo& effect) {
     std::cout << fmt::format("{} ({})\n{}\n\n{}\n", effect.display_name, effect.name,
                              effect.description, Tr("Parameters:"));
@@ -39,10 +28,11 @@ void PrintForPeople(const SEffectInfo& effect) {
         std::cout << fmt::format("  {:<17} {}\n{:20}{}\n", parameter.name, parameter.description,
                                  "", Tr("{}; {}", parameter.accepts, Tr("default: {}", otherwise)));
     }
-    std::cout << fmt::format(
-        "\nElsewhere:\n  {:<17} {}\n  {:<17} cmdtexture:{}\n  {:<17} cmdtexture.{}\n", "C",
-        effect.name, "GIMP, GEGL", InSmallLetters(effect.name, '-'), "Python",
-        InSmallLetters(effect.name, '_'));
+    std::cout << fmt::format("\n{}\n", Tr("What it is called:"));
+    const nlohmann::ordered_json roads = RoadsTo(effect.name);
+    for (const auto& [road, name] : roads.items()) {
+        std::cout << fmt::format("  {:<17} {}\n", road, name.get<std::string>());
+    }
 }
 
 void Describe(const SDescribeOptions& options) {

@@ -47,6 +47,10 @@ TEST(Describe, FollowsCanvasScaleAndLanguage) {
         return parameter({"Fur", "--language", language}, 2)["description"];
     };
     EXPECT_NE(length("DE"), length("en"));
+    const auto described = program.Run({"describe", "Feines Leder", "--json"});
+    const json roads = json::parse(described.out)["roads"];
+    EXPECT_EQ(roads["gegl"], "cmdtexture:fine-leather");
+    EXPECT_EQ(roads["python"], "cmdtexture.fine_leather");
     EXPECT_EQ(length("fr"),
               "Demi-longueur d’un poil en pixels, de son milieu à chacune de ses extrémités.");
 }
