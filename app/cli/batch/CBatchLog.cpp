@@ -165,10 +165,14 @@ std::string CBatchLog::LineOf(const ordered_json& line) {
 }
 
 SBatchLogContents ReadBatchLog(const std::filesystem::path& file) {
-    const CDescriptor opened = OpenLog(file, O_RDONLY);
-    std::string text = ReadAll(opened.Get(), file);
-    if (text.rfind('\n') != std::string::npos) text.resize(text.rfind('\n') + 1);
-    return Contents(text, file);
+    try {
+        const CDescriptor opened = OpenLog(file, O_RDONLY);
+        std::string text = ReadAll(opened.Get(), file);
+        if (text.rfind('\n') != std::string::npos) text.resize(text.rfind('\n') + 1);
+        return Contents(text, file);
+    } catch (const CCliError& error) {  // here it is an input
+        throw CCliError(EExit::Unreadable, error.what());
+    }
 }
 
 void PutName(ordered_json& line, const std::string& key, const std::string& name) {

@@ -56,7 +56,8 @@ class CBatchLog {
     std::mutex mutex_;
 };
 
-// The same without writing, and without another process's minding it.
+// The same without writing, and without another process's minding it. Throws CCliError,
+// Unreadable.
 struct SBatchLogContents {
     std::map<std::string, SPictureRecord> records;
     std::string shard;  // "I/N" of the last run; "1/1" is all

@@ -301,6 +301,7 @@ TEST_F(Batch, ShardsAreDisjointAndComplete) {
     for (const char* end : {"ID", "MIN", "MAX", "STEP", "COUNT"}) {
         unsetenv((std::string("SLURM_ARRAY_TASK_") + end).c_str());
     }
+    Run({"batch", "--report", program_.Path("no-log")}, 3);
     EXPECT_EQ(done.size(), 20U);
     EXPECT_EQ(std::set<std::string>(done.begin(), done.end()).size(), 20U);
     ExpectComplete(20);
