@@ -22,6 +22,7 @@
 
 #include "app/desktop/CResourceBrowser.h"
 #include "app/desktop/Texts.h"
+#include "app/desktop/Thumbnails.h"
 #include "app/desktop/Widgets.h"
 #include "app/desktop/WindowSettings.h"
 

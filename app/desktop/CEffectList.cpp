@@ -7,27 +7,17 @@
 #include <algorithm>
 
 #include "app/desktop/CPyramid.h"
-#include "app/desktop/CResourceBrowser.h"
 #include "app/desktop/Texts.h"
+#include "app/desktop/Thumbnails.h"
 #include "app/desktop/Widgets.h"
 #include "app/desktop/WindowSettings.h"
 
 namespace {
 
 constexpr QSize kThumbnail{96, 72};
-constexpr QSize kRoom{20, 44};  // around a thumbnail, for its name
 // Of the picture that the effects are tried on; strokes and threads have a least width.
 constexpr int kTriedSide = 360;
 constexpr const char* kFavourites = "effects/favourites";
-
-class CStop final : public IProgressSink {
-  public:
-    explicit CStop(std::stop_token stop) : stop_(std::move(stop)) {}
-    bool OnProgress(double /*fraction*/) override { return stop_.stop_requested(); }
-
-  private:
-    std::stop_token stop_;
-};
 
 CRowIteratorBands Smaller(const CRowIteratorBands& picture, const std::stop_token& stop) {
     const CSize size{picture.GetWidth(), picture.GetHeight()};
@@ -63,13 +53,7 @@ CEffectList::CEffectList(IEditHost& host, QWidget* parent)
     star_->setToolTip(Text(EText::Favourite));
     list_->setObjectName("effects");
     list_->setAccessibleName(Text(EText::Effects).remove('&'));
-    list_->setViewMode(QListView::IconMode);
-    list_->setMovement(QListView::Static);
-    list_->setResizeMode(QListView::Adjust);
-    list_->setWordWrap(true);
-    list_->setIconSize(kThumbnail);
-    list_->setGridSize(kThumbnail + kRoom);
-    list_->setItemDelegate(new CFrameDelegate(list_));
+    setMinimumWidth(ShowAsThumbnails(*list_, kThumbnail).width() + 30);
     auto* line = new QHBoxLayout;
     line->addWidget(search_, 1);
     line->addWidget(star_);
@@ -77,7 +61,6 @@ CEffectList::CEffectList(IEditHost& host, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(line);
     layout->addWidget(list_, 1);
-    setMinimumWidth(kThumbnail.width() + kRoom.width() + 30);
     Fill();
     connect(search_, &QLineEdit::textChanged, this, [this] { Filter(); });
     connect(search_, &QLineEdit::returnPressed, this, [this] {
@@ -164,7 +147,7 @@ void CEffectList::ShowPicture(const CRowIteratorBands& picture) {
     for (int i = 0; i < list_->count(); ++i) effects.push_back(IdOf(*list_->item(i)));
     thread_ = std::jthread([this, picture, effects](const std::stop_token& stop) {
         const CRowIteratorBands small = Smaller(picture, stop);
-        CStop sink(stop);
+        CThumbnailStop sink(stop);
         for (const std::string& effect : effects) {
             if (stop.stop_requested() || !small.IsAttached()) return;
             const CRowIteratorBands made = host_.Try(effect, small, sink);

@@ -1,16 +1,12 @@
 #include "app/desktop/CPresetList.h"
 
-#include <QPainter>
-
-#include "app/desktop/CResourceBrowser.h"
 #include "app/desktop/Texts.h"
-#include "app/desktop/Widgets.h"
+#include "app/desktop/Thumbnails.h"
 
 namespace {
 
 constexpr int kColumns = 4;
 constexpr int kMostRows = 4;
-constexpr QSize kRoom{20, 44};  // around a thumbnail, for its name
 // Thumbnails are made of a picture at least this much larger, so that threads and strokes, which
 // have a least width, do not fill them.
 constexpr int kOversampling = 3;
@@ -24,18 +20,8 @@ const CRowIteratorBands& ThumbnailSource(const CPyramid& original) {
     return original.Level(level);
 }
 
-// Stops an effect when the list is not wanted any more.
-class CStop final : public IProgressSink {
-  public:
-    explicit CStop(std::stop_token stop) : stop_(std::move(stop)) {}
-    bool OnProgress(double /*fraction*/) override { return stop_.stop_requested(); }
-
-  private:
-    std::stop_token stop_;
-};
-
 QImage MakeThumbnail(const SPreviewSnapshot& snapshot, const std::stop_token& stop) {
-    CStop sink(stop);
+    CThumbnailStop sink(stop);
     CStatusControl status(&sink);
     CRowIteratorBands result;
     CRowIterator selection;
@@ -54,14 +40,8 @@ CPresetList::CPresetList(const IDialogModel& model, EPlace place, QWidget* paren
     : QListWidget(parent), model_(model), place_(place) {
     setObjectName(place == EPlace::Menu ? "preset-list" : "presets-shown");
     setAccessibleName(Text(EText::Presets).remove('&'));
-    setViewMode(QListView::IconMode);
-    setMovement(QListView::Static);
-    setResizeMode(QListView::Adjust);
-    setWordWrap(true);
-    setIconSize(kThumbnail);
-    setGridSize(kThumbnail + kRoom);
+    ShowAsThumbnails(*this, kThumbnail);
     setFrameShape(QFrame::NoFrame);
-    setItemDelegate(new CFrameDelegate(this));
     if (place == EPlace::Panel) setMinimumSize(1, 1);
     connect(this, &QListWidget::itemClicked, this, &CPresetList::Choose);
     connect(this, &QListWidget::itemActivated, this, &CPresetList::Choose);
@@ -104,9 +84,5 @@ void CPresetList::Fill(const std::shared_ptr<const CPyramid>& original) {
 }
 
 void CPresetList::ShowThumbnail(int row, const QImage& image) {
-    QPixmap pixmap(kThumbnail);
-    pixmap.fill(Qt::transparent);
-    QPainter(&pixmap).drawImage((kThumbnail.width() - image.width()) / 2,
-                                (kThumbnail.height() - image.height()) / 2, image);
-    if (row < count()) item(row)->setIcon(QIcon(pixmap));
+    if (row < count()) item(row)->setIcon(QIcon(InTheMiddle(image, kThumbnail)));
 }

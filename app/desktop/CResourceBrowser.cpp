@@ -8,13 +8,12 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "app/desktop/CPyramid.h"
 #include "app/desktop/Texts.h"
+#include "app/desktop/Thumbnails.h"
 #include "app/desktop/Widgets.h"
 #include "hostlib/windowing/IToolkit.h"
 
@@ -23,25 +22,6 @@ constexpr QSize kThumbnail{96, 96};
 constexpr QSize kListIcon{24, 24};
 constexpr QSize kWindow{540, 520};
 }  // namespace
-
-QPixmap PictureOf(const CRowIteratorBands& picture, QSize size) {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    if (!picture.IsAttached()) return pixmap;
-    const CSize full{picture.GetWidth(), picture.GetHeight()};
-    const auto levels = CPyramid::Make(picture, 0, full);
-    if (!levels) return pixmap;
-    int level = 0;
-    while (level < levels->Last() && levels->Level(level + 1).GetWidth() >= 2 * size.width()) {
-        ++level;
-    }
-    const CRowIteratorBands& pixels = levels->Level(level);
-    const QImage image = levels->Image(level, {0, 0, pixels.GetWidth(), pixels.GetHeight()})
-                             .scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    QPainter(&pixmap).drawImage((size.width() - image.width()) / 2,
-                                (size.height() - image.height()) / 2, image);
-    return pixmap;
-}
 
 CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QString& title,
                                    QWidget* parent)

@@ -6,16 +6,12 @@
 #include <string>
 
 #include "host/core/CString.h"
-#include "host/graphics/CRowIteratorBands.h"
 
 class QComboBox;
 class QDialogButtonBox;
 class QLineEdit;
 class QListWidget;
 struct IDialogModel;
-
-// A picture of the library, scaled into a square; one that cannot be had is an empty square.
-QPixmap PictureOf(const CRowIteratorBands& picture, QSize size);
 
 // Shows the library behind a resource control, as a list or as thumbnails, which come one after the
 // other. What is chosen takes effect at once; Cancel brings back what was there before.

@@ -12,8 +12,8 @@
 #include <QVBoxLayout>
 
 #include "app/desktop/CEffectList.h"
-#include "app/desktop/CResourceBrowser.h"
 #include "app/desktop/Texts.h"
+#include "app/desktop/Thumbnails.h"
 #include "app/desktop/WindowSettings.h"
 
 namespace {
