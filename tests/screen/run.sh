@@ -6,22 +6,14 @@
 set -uo pipefail
 program=$(realpath "$1")
 wanted=${3:-}
+support=$(realpath "$(dirname "$0")/../support")
 mkdir -p "$2"
 cd "$2" || exit 2
 failures=0
-processes=()
-trap 'kill "${processes[@]}" 2>/dev/null' EXIT
-
-mkfifo display.pipe
-Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>display.pipe 2>xvfb.log &
-processes+=($!)
-read -r display <display.pipe
-rm display.pipe
-export DISPLAY=:$display XDG_CONFIG_HOME=$PWD/config XDG_RUNTIME_DIR=$PWD/runtime
-export LANG=C.UTF-8 LANGUAGE=en
-mkdir -p config runtime && chmod 700 runtime
-openbox >openbox.log 2>&1 &
-processes+=($!)
+. "$support/screen.sh"
+mkdir -p config
+export XDG_CONFIG_HOME=$PWD/config
+start_screen 1600x1000
 
 convert -size 400x300 -seed 7 plasma:tomato-steelblue -depth 8 -strip -define png:exclude-chunks=date,time PNG24:photo.png
 

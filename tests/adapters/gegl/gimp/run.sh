@@ -8,22 +8,14 @@ build=$(realpath "$1")
 rm -rf "$2"
 mkdir -p "$2"
 cd "$2"
-processes=()
-trap 'kill "${processes[@]}" 2>/dev/null' EXIT
-
-mkfifo display.pipe
-# High enough for the longest list.
-Xvfb -displayfd 3 -screen 0 1600x2000x24 -nolisten tcp 3>display.pipe 2>xvfb.log &
-processes+=($!)
-read -r display <display.pipe
-rm display.pipe
-mkdir -p home runtime && chmod 700 runtime
-plugins=$(pkg-config --variable=pluginsdir gegl-0.4)
-export DISPLAY=:$display HOME=$PWD/home XDG_RUNTIME_DIR=$PWD/runtime LANG=C.UTF-8 LANGUAGE=en
+. "$here/../../../support/screen.sh"
+mkdir -p home
+export HOME=$PWD/home
 unset XDG_CONFIG_HOME XDG_CACHE_HOME XDG_DATA_HOME GIMP2_DIRECTORY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
+plugins=$(pkg-config --variable=pluginsdir gegl-0.4)
 export GEGL_PATH=$plugins:$build/lib/gegl GTK_MODULES=gail:atk-bridge
-openbox >openbox.log 2>&1 &
-processes+=($!)
+# High enough for the longest list.
+start_screen 1600x2000
 convert "$here/../../../../samples/photos/coffee.png" -crop 400x320+60+20 +repage -depth 8 -strip \
     -define png:exclude-chunks=date,time PNG24:photo.png
 timeout 900 dbus-run-session -- bash -c '
