@@ -15,19 +15,19 @@
 namespace {
 
 // How much of the picture's detail is left within a stone and a joint.
-constexpr float kDetail = 0.16F;
-constexpr float kJointDetail = 0.5F;
+constexpr float kDetail = 0.07F;
+constexpr float kJointDetail = 0.2F;
 // How much stones differ in brightness, and in red against blue; how much brighter one side of a
 // stone is than its middle; and how much its grain changes it.
 constexpr float kTone = 0.08F;
 constexpr float kTint = 0.025F;
-constexpr float kTilt = 0.07F;
+constexpr float kTilt = 0.1F;
 constexpr float kGrain = 0.035F;
 // Light on the worn edges, in shares of the stone's brightness and of white, and their width in
 // shares of a cell.
-constexpr float kEdgeLight = 0.42F;
-constexpr float kEdgeWhite = 0.07F;
-constexpr double kEdgeWidth = 0.16;
+constexpr float kEdgeLight = 0.62F;
+constexpr float kEdgeWhite = 0.24F;
+constexpr double kEdgeWidth = 0.15;
 // A joint's brightness, in shares of the stone's beside it.
 constexpr float kJoint = 0.33F;
 // The widest joint and the farthest wander of its edges to one side, in cells: together no more
@@ -172,7 +172,7 @@ inline void PaintPixel(typename Traits::Sample* pixel, float x, float y, float w
     for (std::size_t i = 0; i < 4; ++i) {
         const float inside = stone.outline.nx[i] * x + stone.outline.ny[i] * y + stone.outline.d[i];
         const float worn = std::clamp(1.0F - (inside - joint) * look.worn, 0.0F, 1.0F);
-        light += stone.light[i] * worn * worn;
+        light += stone.light[i] * worn;
         const float in_corner = std::max(look.radius - inside, 0.0F);
         corner += in_corner * in_corner;
     }

@@ -9,6 +9,9 @@ namespace {
 // picture may move it farther.
 constexpr double kFarthestByChance = 0.24;
 constexpr double kFarthest = 0.45;
+// Joints of an undisplaced grid run through the middle of pixels where a cell is a whole number of
+// them: a thin one is then one sharp row, and not two pale ones.
+constexpr double kHalfPixel = 0.5;
 // An edge moves points that lie within this many cells, and step by step, nearer ones the more.
 constexpr double kReach = 0.6;
 constexpr int kSteps = 3;
@@ -22,7 +25,8 @@ CMosaicStones::CMosaicStones(CSize size, const SMosaicGrid& grid, double diffusi
     : size_(size), columns_(grid.columns), rows_(grid.rows) {
     const auto displaced = [&](int at, int count, int length) {
         const double by = (random.Next() / 16383.5 - 1) * kFarthestByChance * diffusion;
-        return (at + (at == 0 || at == count ? 0 : by)) * length / count;
+        if (at == 0 || at == count) return static_cast<double>(at * length / count);
+        return (at + by) * length / count + kHalfPixel;
     };
     points_.reserve(Index(columns_ + 1, rows_, columns_ + 1));
     for (int row = 0; row <= rows_; ++row) {

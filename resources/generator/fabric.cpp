@@ -9,9 +9,12 @@ namespace {
 // them. A plain weave is 2 and 1; a twill of 4 and 3 shows mostly its warp, in a slanting rib.
 struct Cloth {
     int warp, weft;
-    double slack;  // how much the threads' thickness and place vary
-    double slubs;  // thick places along a thread
-    double twist;  // depth of the yarn's spun fibres
+    double slack;         // how much the threads' thickness and place vary
+    double slubs;         // thick places along a thread
+    double twist;         // depth of the yarn's spun fibres
+    double width = 0.94;  // of a thread, in shares of its place; above 1 there are no holes
+    double uneven = 0;    // how much the crossings of a thread differ in height
+    double dive = 0.9;    // how soon a thread dives: 1 all the way between two crossings
     int repeat = 2;
     int up = 1;
     std::uint32_t seed = 0;
@@ -30,14 +33,16 @@ Real Threads(Point p, Real across, Real along, const Cloth& c, bool warp) {
     const Real place = wander - index - 0.5;
     const Real slub = SmoothStep(0.1, 0.6, GradientNoise(p, lengthwise, seed + 5));
     const Real thickness =
-        0.47 * (1 + c.slack * (Random(number, 0, seed + 6) - 0.6) + c.slubs * slub);
+        0.5 * c.width * (1 + c.slack * (Random(number, 0, seed + 6) - 0.6) + c.slubs * slub);
     const double share = static_cast<double>(warp ? c.up : c.repeat - c.up) / c.repeat;
     const Real phase =
         (along - 0.5 + (warp ? number : -number) + (warp ? 0 : 0.5 * c.repeat)) * (1.0 / c.repeat);
     const Real lift = CosTurns(phase) + 2 * (share - 0.5);
     const Real spun = SinTurns(1.1 * place + 0.9 * along + Random(number, 1, seed + 7));
-    return 0.62 * Dome(place / thickness) + 0.46 * SmoothStep(-0.9, 0.9, lift) + c.twist * spun +
-           0.10 * (Random(number, 2, seed + 8) - 0.5);
+    const Real crossing = Wrap(Floor(along), crossings);
+    const Real tension = c.uneven * (Random(number + 577 * crossing, 3, seed + 9) - 0.5);
+    return tension + 0.62 * Dome(place / thickness) + 0.46 * SmoothStep(-c.dive, c.dive, lift) +
+           c.twist * spun + 0.10 * (Random(number, 2, seed + 8) - 0.5);
 }
 
 Real Woven(Point p, const Cloth& c) {
@@ -49,14 +54,14 @@ Real Woven(Point p, const Cloth& c) {
 
 Real Canvas(Point p) {
     const Point q = Warp(p, {26, 26}, 0.0008, 211);
-    constexpr double kSizing = 0.55;  // fills the holes between the threads
-    return Max(Woven(q, {.warp = 410,
-                         .weft = 400,
-                         .slack = 0.16,
-                         .slubs = 0.12,
-                         .twist = 0.02,
-                         .seed = 212}),
-               kSizing) +
+    return Woven(q, {.warp = 410,
+                     .weft = 400,
+                     .slack = 0.3,
+                     .slubs = 0.3,
+                     .twist = 0.02,
+                     .width = 1.25,
+                     .uneven = 0.3,
+                     .seed = 212}) +
            0.05 * Fbm(p, {300, 300}, 2, 213) + 0.05 * Fbm(p, {24, 24}, 3, 214);
 }
 
@@ -67,6 +72,9 @@ Real CoarseCanvas(Point p) {
                      .slack = 0.18,
                      .slubs = 0.16,
                      .twist = 0.09,
+                     .width = 1.02,
+                     .uneven = 0.1,
+                     .dive = 0.4,
                      .seed = 216}) +
            0.10 * Fbm(p, {420, 420}, 2, 217);
 }
@@ -78,6 +86,9 @@ Real Linen(Point p) {
                      .slack = 0.42,
                      .slubs = 0.55,
                      .twist = 0.05,
+                     .width = 1.05,
+                     .uneven = 0.2,
+                     .dive = 0.5,
                      .seed = 262}) +
            0.12 * GradientNoise(p, {300, 9}, 263) + 0.16 * GradientNoise(p, {9, 270}, 264) +
            0.05 * Fbm(p, {400, 400}, 2, 265);

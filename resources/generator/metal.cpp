@@ -16,33 +16,33 @@ Real Brushing(Point p, std::uint32_t seed) {
 
 // What a dull metal reflects: broad soft bands that lie across the brushing.
 Real Reflections(Point p, std::uint32_t seed) {
-    const Point q = Warp(p, {4, 3}, 0.02, seed);
-    return Fbm(q, {12, 2}, 2, seed + 1) + 0.5 * Fbm(q, {26, 3}, 2, seed + 2);
+    const Point q = Warp(p, {9, 7}, 0.01, seed);
+    return Fbm(q, {22, 5}, 2, seed + 1) + 0.5 * Fbm(q, {41, 7}, 2, seed + 2);
 }
 
 }  // namespace
 
 Rgb BrushedMetal(Point p) {
-    const Real t = 0.55 + 0.42 * Brushing(p, 11) + 0.30 * Reflections(p, 17);
+    const Real t = 0.55 + 0.42 * Brushing(p, 11) + 0.15 * Reflections(p, 17);
     return Ramp({0x6c7074, 0x94989b, 0xa9acae, 0xc8cacb}, t);
 }
 
 Rgb BrushedSteel(Point p) {
-    const Real t = 0.45 + 0.34 * Brushing(p, 901) + 0.34 * Reflections(p, 907);
+    const Real t = 0.45 + 0.34 * Brushing(p, 901) + 0.16 * Reflections(p, 907);
     return Ramp({0x424a52, 0x68727b, 0x87929b, 0xa9b4bd, 0xd2dae0}, t);
 }
 
 Rgb Gold(Point p) {
     const Point q = Warp(p, {40, 40}, 0.002, 911);
-    const Real leaf = Fbm(q, {18, 18}, 6, 912);
-    const Real t = 0.5 + 0.30 * Brushing(p, 915) + 0.30 * Reflections(p, 921) + 0.22 * leaf;
+    const Real leaf = Fbm(q, {30, 30}, 5, 912);
+    const Real t = 0.5 + 0.36 * Brushing(p, 915) + 0.15 * Reflections(p, 921) + 0.22 * leaf;
     return Ramp({0x6f4a12, 0xa0741f, 0xc69a35, 0xddb958, 0xf3dc95}, t);
 }
 
 Rgb Copper(Point p) {
     const Point q = Warp(p, {9, 9}, 0.03, 21);
-    const Real tarnish = Fbm(q, {12, 12}, 6, 22);
-    const Real t = 0.50 + 0.42 * tarnish + 0.26 * Brushing(p, 23) + 0.22 * Reflections(p, 29);
+    const Real tarnish = Fbm(q, {20, 20}, 6, 22);
+    const Real t = 0.50 + 0.36 * tarnish + 0.26 * Brushing(p, 23) + 0.12 * Reflections(p, 29);
     return Ramp({0x5d3325, 0x8a523b, 0xb06d4d, 0xc88a68, 0xe4bc9f}, t) * (1 + 0.015 * Grain(p, 32));
 }
 
@@ -101,8 +101,8 @@ Real HammerMarks(Point p) {
 }
 
 Real Rust(Point p) {
-    const Point q = Warp(Warp(p, {20, 20}, 0.012, 851), {80, 80}, 0.003, 852);
-    const Real age = Fbm(q, {14, 14}, 7, 853);
+    const Point q = Warp(Warp(p, {30, 30}, 0.010, 851), {80, 80}, 0.003, 852);
+    const Real age = Fbm(q, {34, 34}, 6, 853);
     const Real flake = Floor(5 * age + 0.6 * Fbm(p, {40, 40}, 4, 854)) * 0.2;
     const Real blister =
         SmoothStep(0.05, 0.5, Fbm(Warp(p, {60, 60}, 0.003, 855), {60, 60}, 3, 856));

@@ -102,14 +102,14 @@ Block Wall(Point p, int columns, int rows, double corner) {
 
 Real TrowelledPlaster(Point p) {
     const Point q = Warp(p, {9, 9}, 0.022, 91);
-    const Real sweeps = Fbm(Slanted(q), {20, 13}, 5, 92);
-    const Real coat = Fbm(Slanted(Warp(p, {18, 18}, 0.016, 93)), {11, 11}, 6, 94);
+    const Real sweeps = Fbm(Slanted(q), {36, 24}, 5, 92);
+    const Real coat = Fbm(Slanted(Warp(p, {18, 18}, 0.016, 93)), {24, 24}, 6, 94);
     return 0.7 * sweeps + 0.5 * SmoothStep(-0.04, 0.08, coat) + 0.2 * Fbm(p, {128, 128}, 4, 95);
 }
 
 Real CleftRock(Point p) {
     const Point q = Warp(p, {12, 12}, 0.016, 121);
-    const Real h = 7 * Fbm(Slanted(q), {13, 17}, 6, 122);
+    const Real h = 7 * Fbm(Slanted(q), {25, 34}, 6, 122);
     const Real layer = Floor(h);
     return 0.8 * (layer + SmoothStep(0.0, 0.3, h - layer)) + 0.8 * h +
            1.8 * Fbm(Slanted(p), {24, 60}, 6, 123);
@@ -228,7 +228,7 @@ Real BrickWall(Point p) {
     const Block brick = Wall(q, kColumns, kRows, 7);
     const Real own = Random(brick.column, brick.row, 802);
     const Real chips =
-        7 * SmoothStep(0.05, 0.5, Fbm(p, {70, 90}, 4, 803)) + 2.2 * Fbm(p, {160, 160}, 3, 804);
+        4.5 * SmoothStep(0.10, 0.5, Fbm(p, {70, 90}, 4, 803)) + 1.6 * Fbm(p, {160, 160}, 3, 804);
     const Real body = SmoothStep(2.0, 6.0, brick.edge - chips - 1.5 * own);
     const Real tilt = 0.10 * (brick.x * (Random(brick.column, brick.row, 805) - 0.5) +
                               brick.y * (Random(brick.column, brick.row, 806) - 0.5));

@@ -20,14 +20,14 @@ struct Board {
 };
 
 Rgb Wood(Point p, const Board& b) {
-    const Real sway = Fbm(p, {4, 2}, 3, b.seed) + 0.10 * Fbm(p, {24, 5}, 4, b.seed + 1) +
+    const Real sway = Fbm(p, {7, 3}, 3, b.seed) + 0.10 * Fbm(p, {24, 5}, 4, b.seed + 1) +
                       0.02 * Fbm(p, {160, 24}, 3, b.seed + 2);
     const Real ring = b.rings * p.u + b.flow * sway;
     const Real year = Fraction(ring);
     const Real number = Wrap(Floor(ring), b.rings);
     const Real width = 0.35 + 0.5 * Random(number, 0, b.seed + 3);
     const Real late = SmoothStep(1 - width, 0.92, year) * SmoothStep(1.0, 0.95, year) *
-                      (0.35 + 0.65 * Random(number, 1, b.seed + 4));
+                      (0.55 + 0.45 * Random(number, 1, b.seed + 4));
     const Real fibres = 0.5 * GradientNoise(p, {220, 7}, b.seed + 5) +
                         0.5 * GradientNoise(p, {480, 16}, b.seed + 6) +
                         0.45 * GradientNoise(p, {900, 50}, b.seed + 7);
@@ -49,17 +49,17 @@ Rgb Wood(Point p, const Board& b) {
 }  // namespace
 
 Rgb Oak(Point p) {
-    return Wood(p, {{0xcfa878, 0xbd905d, 0xa5794a, 0x885c36}, 34, 3.4, 0.42, 0.26, 0.0, 0.34, 131});
+    return Wood(p, {{0xcfa878, 0xbd905d, 0xa5794a, 0x885c36}, 38, 2.6, 0.42, 0.20, 0.0, 0.22, 131});
 }
 Rgb QuarteredOak(Point p) {
     return Wood(p,
-                {{0xdcbd90, 0xc29a68, 0xa98153, 0x8f6740}, 58, 1.6, 0.24, 0.20, 0.24, 0.30, 151});
+                {{0xdcbd90, 0xc29a68, 0xa98153, 0x8f6740}, 58, 1.6, 0.24, 0.20, 0.24, 0.18, 151});
 }
 Rgb Walnut(Point p) {
-    return Wood(p, {{0x9a7252, 0x7c573c, 0x60402b, 0x422a1d}, 26, 5.6, 0.52, 0.30, 0.0, 0.72, 171});
+    return Wood(p, {{0x9a7252, 0x7c573c, 0x60402b, 0x422a1d}, 34, 4.2, 0.52, 0.30, 0.0, 0.42, 171});
 }
 Rgb Pine(Point p) {
-    return Wood(p, {{0xe6c793, 0xdcb277, 0xc48d52, 0xa4693a}, 22, 2.3, 0.72, 0.04, 0.0, 0.22, 191});
+    return Wood(p, {{0xe6c793, 0xdcb277, 0xc48d52, 0xa4693a}, 30, 2.0, 0.62, 0.04, 0.0, 0.18, 191});
 }
 
 Rgb Cork(Point p) {
