@@ -397,7 +397,7 @@ void CDialogWindow::EndModal(int result) {
 void CDialogWindow::ControlChanged(const SControlState& control) { controls_->Show(control); }
 
 void CDialogWindow::PreviewChanged() {
-    engine_->Request(model_.Snapshot(), model_.Mix());
+    engine_->Request(model_.Snapshot(), model_.Mix(), pane_->ShownLevel());
     ShowProgress();
 }
 

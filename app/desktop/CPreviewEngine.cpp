@@ -11,14 +11,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// What a reduced picture may take, of the 100 ms within which it is to be seen.
-constexpr double kReducedSeconds = 0.035;
-// A reduced stage that takes longer than expected gives way to a newer request after this.
-constexpr auto kReducedPatience = 150ms;
+// A reduced stage that takes much longer than expected gives way to a newer request after this.
+constexpr auto kReducedPatience = 100ms;
 // Fewer pixels than these show too little, however slow the effect.
 constexpr double kFewestPixels = 20000;
-// Until it is measured, an effect is taken to need this.
-constexpr double kFirstGuess = 150e-9;
+// As many are a draft's until it is measured.
+constexpr double kFirstPixels = 500000;
 // The exact stage waits this long for the user's next change.
 constexpr auto kQuiet = 30ms;
 
@@ -72,7 +70,7 @@ class CPreviewEngine::CStage final : public IProgressSink {
         engine_.progress_ = fraction;
         return Stop();
     }
-    double Seconds() const { return std::chrono::duration<double>(Clock::now() - start_).count(); }
+    CDraftLevel::Duration Time() const { return Clock::now() - start_; }
 
   private:
     CPreviewEngine& engine_;
@@ -82,7 +80,7 @@ class CPreviewEngine::CStage final : public IProgressSink {
 };
 
 CPreviewEngine::CPreviewEngine(std::function<void()> notify)
-    : notify_(std::move(notify)), seconds_per_pixel_(kFirstGuess), thread_([this] { Run(); }) {}
+    : notify_(std::move(notify)), thread_([this] { Run(); }) {}
 
 CPreviewEngine::~CPreviewEngine() {
     {
@@ -93,13 +91,13 @@ CPreviewEngine::~CPreviewEngine() {
     thread_.join();
 }
 
-int CPreviewEngine::Request(SPreviewSnapshot snapshot, const SLayerMix& mix) {
+int CPreviewEngine::Request(SPreviewSnapshot snapshot, const SLayerMix& mix, int shown_level) {
     int request = 0;
     {
         const std::lock_guard lock(mutex_);
         request = ++newest_;
         ++counters_.requested;
-        waiting_ = SJob{std::move(snapshot), mix, request};
+        waiting_ = SJob{std::move(snapshot), mix, shown_level, request};
     }
     wake_.notify_one();
     return request;
@@ -160,7 +158,7 @@ std::optional<CPreviewEngine::SJob> CPreviewEngine::Next() {
 void CPreviewEngine::Perform(const SJob& job) {
     PrepareSource(job.snapshot);
     if (!job.snapshot.command || !Original()) return;
-    const int level = ReducedLevel();
+    const int level = ReducedLevel(job);
     if (level > 0 && !RunReduced(job, level)) return;
     if (level > 0 && WaitForQuiet(job)) return;
     RunExact(job, level > 0);
@@ -183,12 +181,25 @@ void CPreviewEngine::PrepareSource(const SPreviewSnapshot& snapshot) {
     notify_();
 }
 
-// The largest level that should be done in time; 0 when that is the picture itself.
-int CPreviewEngine::ReducedLevel() const {
-    const double affordable = std::max(kReducedSeconds / seconds_per_pixel_, kFewestPixels);
+// The smallest level that still shows something.
+int CPreviewEngine::CoarsestLevel() const {
     int level = 0;
-    while (level < original_->Last() && Pixels(original_->Level(level)) > affordable) ++level;
+    while (level < original_->Last() && Pixels(original_->Level(level + 1)) >= kFewestPixels) {
+        ++level;
+    }
     return level;
+}
+
+// The level to draft at; 0 when that is the picture itself.
+int CPreviewEngine::ReducedLevel(const SJob& job) {
+    const int coarsest = CoarsestLevel();
+    if (!draft_) {
+        int level = 0;
+        while (level < coarsest && Pixels(original_->Level(level)) > kFirstPixels) ++level;
+        draft_.emplace(level);
+    }
+    draft_->MoveTo(std::max(draft_->Level(), std::min(job.shown_level, coarsest)));
+    return draft_->Level();
 }
 
 // False when the rest of the job is not wanted any more.
@@ -204,13 +215,13 @@ bool CPreviewEngine::RunReduced(const SJob& job, int level) {
     CRowIteratorBands result;
     const CErrorAutoThrow error = MakePicture(snapshot, job.mix, status, result);
     if (error.Failed()) {
-        seconds_per_pixel_ *= 2;
         if (!stage.Stop()) return true;
+        draft_->MoveTo(std::min(level + 1, CoarsestLevel()));
         CountOvertaken(job.request);
         return false;
     }
     auto picture = CPyramid::Make(result, level, original_->FullSize());
-    seconds_per_pixel_ = stage.Seconds() / Pixels(snapshot.source);
+    draft_->Took(stage.Time(), job.shown_level, CoarsestLevel());
     {
         const std::lock_guard lock(mutex_);
         ++counters_.reduced;
@@ -245,11 +256,11 @@ void CPreviewEngine::RunExact(const SJob& job, bool yields) {
         error.Failed() ? nullptr : CPyramid::Make(result, 0, original_->FullSize(), stop);
     if (IsGivenUp(job.request)) return;
     if (!picture && stage.Stop()) {
-        if (!yields) seconds_per_pixel_ *= 2;
+        if (!yields) draft_->MoveTo(std::min(1, CoarsestLevel()));
         return CountOvertaken(job.request);
     }
     if (picture) {
-        seconds_per_pixel_ = stage.Seconds() / Pixels(snapshot.source);
+        if (!yields) draft_->Took(stage.Time(), 0, CoarsestLevel());
         const std::lock_guard lock(mutex_);
         ++counters_.finished;
     }

@@ -10,6 +10,7 @@
 #include <string>
 #include <thread>
 
+#include "app/desktop/CDraftLevel.h"
 #include "app/desktop/CPyramid.h"
 #include "app/desktop/IDesktop.h"
 #include "hostlib/windowing/IToolkit.h"
@@ -44,8 +45,9 @@ class CPreviewEngine {
     CPreviewEngine(const CPreviewEngine&) = delete;
     CPreviewEngine& operator=(const CPreviewEngine&) = delete;
 
-    // Replaces whatever was asked for before. Answers the request's number.
-    int Request(SPreviewSnapshot snapshot, const SLayerMix& mix = {});
+    // Replaces whatever was asked for before. Answers the request's number. A draft need not be
+    // finer than `shown_level`, the level of the picture that is on the screen.
+    int Request(SPreviewSnapshot snapshot, const SLayerMix& mix = {}, int shown_level = 0);
     // Gives up the request that is running or waiting; what is shown stays.
     void Cancel();
     // Whether a request is not finished yet.
@@ -63,6 +65,7 @@ class CPreviewEngine {
     struct SJob {
         SPreviewSnapshot snapshot;
         SLayerMix mix;
+        int shown_level = 0;
         int request = 0;
     };
 
@@ -70,7 +73,8 @@ class CPreviewEngine {
     std::optional<SJob> Next();
     void Perform(const SJob& job);
     void PrepareSource(const SPreviewSnapshot& snapshot);
-    int ReducedLevel() const;
+    int CoarsestLevel() const;
+    int ReducedLevel(const SJob& job);
     bool RunReduced(const SJob& job, int level);
     void RunExact(const SJob& job, bool yields);
     bool WaitForQuiet(const SJob& job);
@@ -93,6 +97,6 @@ class CPreviewEngine {
     SShown shown_;
     SCounters counters_;
 
-    double seconds_per_pixel_;  // of this effect here, as measured; the thread's own
-    std::thread thread_;        // last: it uses all of the above
+    std::optional<CDraftLevel> draft_;  // the thread's own
+    std::thread thread_;                // last: it uses all of the above
 };

@@ -26,11 +26,6 @@ void PaintChecker(QPainter& painter, const QRectF& where) {
     painter.fillRect(where, QBrush(tile));
 }
 
-// The level whose pixels are just not larger than the screen's.
-int LevelFor(double scale) {
-    return scale >= 1 ? 0 : static_cast<int>(std::floor(std::log2(1 / scale) + 1e-9));
-}
-
 }  // namespace
 
 CPreviewPane::CPreviewPane(QWidget* parent) : QWidget(parent) {
@@ -56,6 +51,10 @@ void CPreviewPane::SetResult(std::shared_ptr<const CPyramid> result) {
     result_ = std::move(result);
     result_image_ = {};
     update();
+}
+
+int CPreviewPane::ShownLevel() const {
+    return scale_ >= 1 ? 0 : static_cast<int>(std::floor(std::log2(1 / scale_) + 1e-9));
 }
 
 QSizeF CPreviewPane::DeviceSize() const { return QSizeF(size()) * devicePixelRatioF(); }
@@ -144,7 +143,7 @@ QImage CPreviewPane::Render(const CPyramid* picture) const {
     image.fill(palette().color(QPalette::Window).darker(115));
     const QRectF whole = PictureRect();
     if (!picture || size_.cx < 1) return image;
-    const int level = picture->Nearest(LevelFor(scale_));
+    const int level = picture->Nearest(ShownLevel());
     const CRowIteratorBands& pixels = picture->Level(level);
     const double step = std::ldexp(1.0, level) * scale_;  // of a level's pixel on the screen
     const QRectF seen = whole.intersected(QRectF(image.rect())).translated(-whole.topLeft());

@@ -27,6 +27,8 @@ class CPreviewPane final : public QWidget {
     void SetResult(std::shared_ptr<const CPyramid> result);
 
     double Scale() const { return scale_; }
+    // The level of a picture whose pixels are just not larger than the screen's.
+    int ShownLevel() const;
     bool IsFitted() const { return fitted_; }
     void Fit();
     // Keeps the point of the picture that is under `anchor` (in the pane) where it is.

@@ -2,13 +2,16 @@
 
 #include <QImage>
 #include <algorithm>
+#include <atomic>
 
 #include "host/graphics/PixelMath.h"
+#include "hostlib/graphics/ParallelRows.h"
 
 namespace {
 
 // Smaller levels help nobody.
 constexpr int kSmallestSide = 64;
+constexpr int kBlockRows = 32;  // that one thread halves
 
 // One pixel of a halved row from two pixels of two rows each; `to_next` is 0 at a right edge.
 template <class Traits>
@@ -61,11 +64,12 @@ CRowIteratorBands Halve(const CRowIteratorBands& from, const std::function<bool(
               {place.left / 2, place.top / 2})
         .ThrowIfFailed();
     return VisitPixelFormat(from.GetPixelFormat(), CRowIteratorBands(), [&](auto traits) {
-        for (int y = 0; y < to.GetHeight(); ++y) {
-            if (stop && stop()) return CRowIteratorBands();
-            HalveRow<decltype(traits)>(from, y, to);
-        }
-        return to;
+        std::atomic<bool> stopped = false;
+        HostRowWorkers().ForEachBlock(to.GetHeight(), kBlockRows, [&](int first, int last, int) {
+            if (stop && stop()) stopped = true;
+            for (int y = first; y < last && !stopped; ++y) HalveRow<decltype(traits)>(from, y, to);
+        });
+        return stopped ? CRowIteratorBands() : to;
     });
 }
 

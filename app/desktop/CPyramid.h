@@ -15,7 +15,7 @@ class QRect;
 class CPyramid {
   public:
     // `picture` is level `first` of a picture whose level 0 has the size `full`. Empty when `stop`
-    // (may be empty) answered true on the way, or without memory.
+    // (may be empty; asked by several threads) answered true on the way, or without memory.
     static std::shared_ptr<const CPyramid> Make(const CRowIteratorBands& picture, int first,
                                                 CSize full, const std::function<bool()>& stop = {});
 
