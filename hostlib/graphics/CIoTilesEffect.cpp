@@ -31,6 +31,9 @@ class CBevel {
         if (inside <= 0 || inside >= width_) return 0;
         return slope_ * Ramp(inside, swell_) * Ramp(width_ - inside, fade_);
     }
+    // How much of a place is tile and not grout: the foot of a soft edge sinks into the grout, or
+    // it would be seen as a bright ring around the side in shadow.
+    double CoverAt(double inside) const { return inside > 0 ? Ramp(inside, swell_) : 0; }
 
   private:
     static constexpr double kStraight = 0.22;  // share of the way to the middle that is bevelled
@@ -97,7 +100,7 @@ class CTileLight {
                 const double slope = bevel_.SlopeAt(place.inside);
                 slope_x[i] = static_cast<float>(slope * place.grow_x);
                 slope_y[i] = static_cast<float>(slope * place.grow_y);
-                cover[i] = place.inside > 0 ? 1.0F : grout_;
+                cover[i] = grout_ + (1 - grout_) * static_cast<float>(bevel_.CoverAt(place.inside));
             }
             lighting_.LightRow(slope_x.data(), slope_y.data(), shade.data(), gloss.data(),
                                width_ * kPoints);
