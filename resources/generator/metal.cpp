@@ -53,10 +53,10 @@ Rgb Patina(Point p) {
     const Real crust = Fbm(p, {90, 90}, 5, 936);
     const Rgb metal =
         Ramp({0x4c2d22, 0x76452f, 0x95603f, 0xb17e58}, 0.5 + 0.5 * crust + 0.15 * Brushing(p, 937));
-    const Rgb dark = Mix(metal, Hex(0x3b3a31), 0.75 * SmoothStep(-0.22, 0.05, age));
-    const Rgb green = Ramp({0x2f6d60, 0x4f9180, 0x7bb5a2, 0xa9d2bf},
+    const Rgb dark = Mix(metal, Hex(0x3b3a31), 0.5 * SmoothStep(-0.35, 0.05, age));
+    const Rgb green = Ramp({0x3f6f63, 0x5c8d7f, 0x7da999, 0xa2c3b4},
                            0.45 + 0.55 * crust + 0.4 * runs + 0.5 * age);
-    return Mix(dark, green, SmoothStep(-0.10, 0.10, age + 0.22 * crust)) *
+    return Mix(dark, green, SmoothStep(-0.45, 0.25, age + 0.30 * crust)) *
            (1 + 0.03 * Grain(p, 943));
 }
 
