@@ -44,7 +44,7 @@ std::filesystem::path Add(const CRowIteratorBands& photo, const SNewResource& wa
     CheckName(wanted.name, Tr("\"{}\" is no name for a picture", wanted.name));
     CheckName(wanted.category, Tr("\"{}\" is no name for a category", wanted.category));
     const bool pattern = wanted.type == CFileResourceLibrary::kPatterns;
-    const std::filesystem::path file =
+    std::filesystem::path file =
         Folder() / (pattern ? "patterns" : "textures") / wanted.category / (wanted.name + ".png");
     std::error_code error;
     if (!wanted.overwrite && std::filesystem::exists(file, error)) {

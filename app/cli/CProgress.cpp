@@ -18,7 +18,7 @@ constexpr auto kRedraw = std::chrono::milliseconds(50);
 
 // "[####....]  40% part", with the part's name first, then the bar, as short as the line needs it.
 std::string Bar(double done, const std::string& part, int columns) {
-    const std::string percent = fmt::format("{:3.0f}%", done * 100);
+    std::string percent = fmt::format("{:3.0f}%", done * 100);
     const int room = columns - 1 - static_cast<int>(percent.size());  // the last column stays free
     const int bar = std::clamp(room - 4 - ColumnsOf(part), kLeastBarWidth, kBarWidth);
     if (room < bar + 4) return percent;

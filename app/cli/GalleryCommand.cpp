@@ -164,6 +164,7 @@ void Gallery(const SGalleryOptions& options) {
     const CJobLibrary library = OpenJobs(options.session, options.resources);
     const std::vector<SEntry> entries = Entries(library, options);
     std::vector<CRecipe> recipes;
+    recipes.reserve(entries.size());
     for (const SEntry& entry : entries) {
         recipes.push_back(MakeCheckedRecipe(library, entry.work));
     }

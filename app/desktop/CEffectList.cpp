@@ -144,6 +144,7 @@ void CEffectList::ShowPicture(const CRowIteratorBands& picture) {
     thread_ = {};  // the one before has ended
     if (!picture.IsAttached()) return;
     std::vector<std::string> effects;
+    effects.reserve(list_->count());
     for (int i = 0; i < list_->count(); ++i) effects.push_back(IdOf(*list_->item(i)));
     thread_ = std::jthread([this, picture, effects](const std::stop_token& stop) {
         const CRowIteratorBands small = Smaller(picture, stop);

@@ -84,7 +84,7 @@ CResourceBrowser::CResourceBrowser(IDialogModel& model, int control, const QStri
     list_->setFocus();
 }
 
-void CResourceBrowser::OfferAdding(AddPicture add) {
+void CResourceBrowser::OfferAdding(const AddPicture& add) {
     auto* button = buttons_->addButton(Text(EText::AddPhoto), QDialogButtonBox::ActionRole);
     button->setObjectName("add-photo");
     button->setAutoDefault(false);

@@ -23,7 +23,7 @@ class CResourceBrowser final : public QDialog {
     CResourceBrowser(IDialogModel& model, int control, const QString& title, QWidget* parent);
     // Shows a button that asks for a photograph, has `add` take it into the user's library, and
     // chooses it.
-    void OfferAdding(AddPicture add);
+    void OfferAdding(const AddPicture& add);
 
   private:
     QComboBox* MakeCategories();

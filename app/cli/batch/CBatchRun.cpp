@@ -190,6 +190,7 @@ SBatchTotals CBatchRun::Run(const std::function<void(const SBatchTotals&)>& show
     const auto start = Clock::now();
     std::atomic<int> at_work = threads_;
     std::vector<std::thread> threads;
+    threads.reserve(threads_);
     for (int i = 0; i < threads_; ++i) {
         threads.emplace_back([&] {
             Work();
