@@ -33,7 +33,7 @@ CRowIteratorBands LoadPatternImage(ICommandExecutionContext* context, const CStr
 
 CRowIteratorBands LoadTextureImage(ICommandExecutionContext* context, const CString& name,
                                    const SColorSpecRGB& color_spec) {
-    const CRowIteratorBands loaded = Load(context, kTextureType, name);
+    CRowIteratorBands loaded = Load(context, kTextureType, name);
     if (!loaded.IsAttached()) return loaded;
     const bool alpha = loaded.GetPixelFormat().IsAlphaChannelPresent();
     CRowIteratorBands grey;

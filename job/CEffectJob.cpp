@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hostlib/language/Texts.h"
-#include "hostlib/parameters/NearestName.h"
+#include "hostlib/parameters/PresetLibrary.h"
 #include "hostlib/parameters/Presets.h"
 #include "hostlib/system/StrictJson.h"
 #include "job/CRunResources.h"
@@ -46,12 +46,8 @@ std::filesystem::path PresetFile(const std::string& effect, const std::string& p
     if (const auto found = presets::Find(effect, preset)) return found->file;
     const std::filesystem::path file(preset);
     if (file.has_parent_path() || file.extension() == ".json") return file;
-    std::vector<std::string> names;
-    for (const presets::SPreset& known : presets::List(effect)) {
-        names.insert(names.end(), {known.id, known.name});
-    }
     throw CJobError(EJobFault::Preset, Tr("there is no preset \"{}\" of {}", preset, effect),
-                    DidYouMean(preset, names));
+                    presets::Hint(preset, presets::List(effect)));
 }
 
 // The reason of a run that failed.

@@ -209,9 +209,8 @@ class CCompleter {
 
 }  // namespace
 
-bool IsAsked(int count, const char* const* arguments) {
-    return count > 2 && std::string_view(arguments[1]) == "complete" &&
-           std::string_view(arguments[2]) == "--";
+bool IsAsked(const std::vector<std::string>& arguments) {
+    return arguments.size() > 1 && arguments[0] == "complete" && arguments[1] == "--";
 }
 
 void Complete(const CLI::App& program, const std::vector<std::string>& words) {

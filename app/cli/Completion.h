@@ -14,6 +14,6 @@ class App;
 // Everything comes from the tables of subcommands, options, effects, parameters, presets, patterns
 // and textures.
 namespace completion {
-bool IsAsked(int count, const char* const* arguments);
+bool IsAsked(const std::vector<std::string>& arguments);
 void Complete(const CLI::App& program, const std::vector<std::string>& words);
 }  // namespace completion

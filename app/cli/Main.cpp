@@ -73,13 +73,14 @@ int ReportThrown() {
 }
 
 // Does what the command line says; the status when nothing is thrown.
-int Parse(CLI::App& program, int count, char** arguments) {
-    if (completion::IsAsked(count, arguments)) {
-        completion::Complete(program, {arguments + 3, arguments + count});
+int Parse(CLI::App& program, std::vector<std::string> arguments) {
+    if (completion::IsAsked(arguments)) {
+        completion::Complete(program, {arguments.begin() + 2, arguments.end()});
         return 0;
     }
     try {
-        program.parse(count, arguments);
+        std::reverse(arguments.begin(), arguments.end());  // as it wants them
+        program.parse(std::move(arguments));
     } catch (const CLI::CallForVersion& version) {
         std::cout << version.what() << '\n';
     } catch (const CLI::CallForHelp&) {
@@ -92,9 +93,9 @@ int Parse(CLI::App& program, int count, char** arguments) {
     return 0;
 }
 
-int Run(CLI::App& program, int count, char** arguments) {
+int Run(CLI::App& program, const std::vector<std::string>& arguments) {
     try {
-        const int status = Parse(program, count, arguments);
+        const int status = Parse(program, arguments);
         report::Flush(Tr("standard output cannot be written"));
         return status;
     } catch (...) {
@@ -132,9 +133,9 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     messages::Open();
     std::set_terminate(&Terminate);
     interruption::Install();
-    const SEarlyOptions early = FindEarlyOptions(count, arguments);
-    if (early.json) messages::UseJson();
-    ChooseLanguage(early.language);
+    SCommandLine line = ReadCommandLine(count, arguments);
+    if (line.json) messages::UseJson();
+    ChooseLanguage(line.language);
 
     CLI::App program(TrLater("Texture effects for images."), "cmdtexture");
     program.formatter(std::make_shared<CHelpFormatter>());
@@ -142,6 +143,8 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     program.set_help_flag("-h,--help", TrLater("Show this help"));
     program.set_version_flag("--version", "cmdtexture " CMDTEXTURE_VERSION,
                              TrLater("Show the version"));
+    AddLanguageOption(program, line.language);
+    AddJsonOption(program, line.json);
     program.require_subcommand(1);
     AddListCommand(program);
     AddDescribeCommand(program);
@@ -152,5 +155,5 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
     AddPresetCommand(program);
     AddResourcesCommand(program);
     AddHelpCommand(program);
-    return Run(program, count, arguments);
+    return Run(program, line.arguments);
 }

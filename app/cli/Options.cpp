@@ -7,12 +7,16 @@
 #include "hostlib/language/Texts.h"
 #include "hostlib/parameters/NearestName.h"
 
-void AddSessionOptions(CLI::App& command, SSessionOptions& options) {
+void AddLanguageOption(CLI::App& command, std::string& language) {
     command
-        .add_option("--language", options.language,
+        .add_option("--language", language,
                     "Language of texts and messages, by its code, such as EN; default: the "
                     "environment's")
         ->type_name("CODE");
+}
+
+void AddSessionOptions(CLI::App& command, SSessionOptions& options) {
+    AddLanguageOption(command, options.language);
     command
         .add_option("--range-scale", options.range_scale,
                     "Enlarge the scalable maxima of parameters by PERCENT")
@@ -108,17 +112,27 @@ CLI::Validator Bytes() {
             ""};
 }
 
-SEarlyOptions FindEarlyOptions(int count, const char* const* arguments) {
+SCommandLine ReadCommandLine(int count, const char* const* arguments) {
     constexpr std::string_view kLanguage = "--language";
-    SEarlyOptions found;
-    for (int i = 1; i < count; ++i) {
-        const std::string_view argument = arguments[i];
-        if (argument == "--") break;
-        if (argument == "--json") found.json = true;
-        if (argument == kLanguage && i + 1 < count) found.language = arguments[i + 1];
-        if (argument.starts_with(kLanguage) && argument.substr(kLanguage.size(), 1) == "=") {
-            found.language = argument.substr(kLanguage.size() + 1);
+    SCommandLine line;
+    std::vector<std::string> early;
+    int at = 1;
+    for (; at < count && std::string_view(arguments[at]) != "--"; ++at) {
+        const std::string argument = arguments[at];
+        if (argument == "--json") {
+            line.json = true;
+        } else if (argument == kLanguage && at + 1 < count) {
+            line.language = arguments[++at];
+            early.push_back(argument);
+        } else if (argument.starts_with(kLanguage) && argument[kLanguage.size()] == '=') {
+            line.language = argument.substr(kLanguage.size() + 1);
+        } else {
+            line.arguments.push_back(argument);
+            continue;
         }
+        early.emplace_back(arguments[at]);
     }
-    return found;
+    line.arguments.insert(line.arguments.end(), early.begin(), early.end());
+    line.arguments.insert(line.arguments.end(), arguments + at, arguments + count);
+    return line;
 }

@@ -10,6 +10,7 @@
 
 // Options that several subcommands share, so that they read and work alike everywhere. What
 // descriptions say is translated when help is shown; type names tell completion what to offer.
+void AddLanguageOption(CLI::App& command, std::string& language);
 void AddSessionOptions(CLI::App& command, SSessionOptions& options);
 void AddParameterOptions(CLI::App& command, SParameterOptions& options);
 // EFFECT, -p, --preset, and --recipe instead of all of them.
@@ -28,10 +29,12 @@ CLI::Validator OneOf(std::vector<std::string> names);
 // Turns 512M or 1G into bytes.
 CLI::Validator Bytes();
 
-// What a command line asks for before it is understood: the last --language, and whether --json is
-// there.
-struct SEarlyOptions {
+// A command line, and what it asks for before it is understood: the last --language, and whether
+// --json is there. Wherever they stand, also before the subcommand, they are put at the end of the
+// options, where it looks for them.
+struct SCommandLine {
     std::string language;
     bool json = false;
+    std::vector<std::string> arguments;
 };
-SEarlyOptions FindEarlyOptions(int count, const char* const* arguments);
+SCommandLine ReadCommandLine(int count, const char* const* arguments);

@@ -49,15 +49,14 @@ auto WithCliErrors(Operation&& operation) {
 // The preset that the user means.
 presets::SPreset Find(const CJobLibrary& library, const std::string& effect,
                       const std::string& name) {
-    std::vector<std::string> names;
-    for (presets::SPreset& preset : library.Presets(effect)) {
+    std::vector<presets::SPreset> known = library.Presets(effect);
+    for (presets::SPreset& preset : known) {
         const bool same = preset.ships ? SameName(preset.id, name) || SameName(preset.name, name)
                                        : preset.id == name;
         if (same) return std::move(preset);
-        names.insert(names.end(), {preset.id, preset.name});
     }
     throw CCliError(EExit::Usage, Tr("there is no preset \"{}\" of {}", name, effect),
-                    DidYouMean(name, names));
+                    presets::Hint(name, known));
 }
 
 // The same, of those that the user saved.

@@ -69,7 +69,7 @@ class CImageWriter {
 
   private:
     void Warn(const std::string& what) {
-        warnings_.push_back(Tr("{}: {} cannot hold {}", DisplayName(file_), kind_.name, what));
+        warnings_.push_back(Tr("{}: not kept in {}: {}", DisplayName(file_), kind_.name, what));
     }
     void Advance(int done, int of) {
         const auto percent = std::int64_t{done} * kPercent / of;

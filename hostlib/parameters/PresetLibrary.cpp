@@ -1,5 +1,6 @@
 #include "hostlib/parameters/PresetLibrary.h"
 
+#include <fmt/ranges.h>
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -118,6 +119,16 @@ std::optional<SPreset> Find(const std::string& effect, const std::string& name) 
         return by_id;
     }
     return find([&](const SPreset& p) { return p.ships && IsCalled(effect, p, name); });
+}
+
+std::string Hint(const std::string& wanted, const std::vector<SPreset>& known) {
+    std::vector<std::string> ids, names;
+    for (const SPreset& preset : known) {
+        ids.push_back(preset.id);
+        names.insert(names.end(), {preset.id, preset.name});
+    }
+    const std::string nearest = DidYouMean(wanted, names);
+    return nearest.empty() ? Tr("there are {}", fmt::join(ids, ", ")) : nearest;
 }
 
 std::int64_t SScaled::For(CSize picture, const IParameter& parameter) const {

@@ -30,6 +30,8 @@ HOST_API std::vector<SPreset> List(const std::string& effect);
 // The preset that a name means: the user's own of that very name before one that ships, which goes
 // by its id and by its name in any language, in any letter case.
 HOST_API std::optional<SPreset> Find(const std::string& effect, const std::string& name);
+// What to tell who asked for one that is none of the known: the nearest, else all of them.
+HOST_API std::string Hint(const std::string& wanted, const std::vector<SPreset>& known);
 
 // A preset may say, under "$scale", that some of its values count pixels of a picture of a certain
 // size: {"pixels": 1000000, "parameters": ["Width"]}. On another picture they grow and shrink with

@@ -40,6 +40,7 @@ TEST(CommandLine, SuggestsWhatWasMeant) {
         {{"resources", "add", in, "--as", "patern"}, "did you mean \"pattern\"?"},
         {{"resources", "show", "marbel"}, "did you mean \"marble\"?"},
         {{"preset", "show", "Tiles", "Honeycom"}, "\"honeycomb\""},
+        {{"preset", "show", "Tiles", "qqqq"}, "there are bathroom"},
         {apply("Tiles", "TileShape=sqares"), "did you mean \"squares\"?"},
         {apply("Blinds", "Color=tomatoe"), "did you mean \"tomato\"?"},
         {apply("Sculpture", "PatternName=Brick"), "\"Brick\" is a texture"},
@@ -59,9 +60,9 @@ TEST(CommandLine, TakesColoursAndFilesOfAnyName) {
     const CRowIteratorBands noise = pictures::Noise(ENPixelFormat::Colour8, 20, 20, 1);
     std::filesystem::rename(program.WriteImage("list.png", noise), program.Path("list"));
     for (const char* colour : {"#f00", "F00", "ff0000", "#Ff0000", "Red"}) {
-        const auto run = program.Run({"apply", "blinds", program.Path("list"), "--json", "-o",
-                                      program.Path("out.png"), "--overwrite", "-p",
-                                      std::string("Color=") + colour});
+        const auto run = program.Run({"--language=EN", "--json", "apply", "blinds",
+                                      program.Path("list"), "-o", program.Path("out.png"),
+                                      "--overwrite", "-p", std::string("Color=") + colour});
         ASSERT_EQ(run.status, 0) << run.err;
         EXPECT_EQ(json::parse(run.out)["parameters"]["Color"], "#FF0000") << colour;
     }
