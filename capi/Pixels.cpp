@@ -10,7 +10,7 @@
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
-#include "host/core/Multiversion.h"
+#include "hostlib/graphics/SwapColours.h"
 #include "job/CJobError.h"
 
 namespace {
@@ -36,73 +36,10 @@ std::size_t RowBytes(const cmdtexture_image& image) {
            static_cast<std::size_t>(FormatOf(image).PixelBytes());
 }
 
-// Exchanges the pixels of three samples that lie whole in 16 bytes by one shuffle, as far as 16
-// bytes can be read, and answers how many pixels that were; what a block holds behind its last
-// whole pixel is written again by the next. Loops over the single samples of threes vectorise
-// badly.
-template <class Sample>
-inline __attribute__((always_inline)) int SwapThrees(const Sample* in, Sample* out, int pixels) {
-    using Block = std::uint8_t __attribute__((vector_size(16)));
-    constexpr int kPixelBytes = 3 * sizeof(Sample);
-    constexpr int kAtOnce = 16 / kPixelBytes;
-    int x = 0;
-    for (; (pixels - x) * kPixelBytes >= 16; x += kAtOnce) {
-        Block block;
-        std::memcpy(&block, in + x * 3, sizeof block);
-        if constexpr (sizeof(Sample) == 1) {
-            block = __builtin_shufflevector(block, block, 2, 1, 0, 5, 4, 3, 8, 7, 6, 11, 10, 9, 14,
-                                            13, 12, 15);
-        } else {
-            block = __builtin_shufflevector(block, block, 4, 5, 2, 3, 0, 1, 10, 11, 8, 9, 6, 7, 12,
-                                            13, 14, 15);
-        }
-        std::memcpy(out + x * 3, &block, sizeof block);
-    }
-    return x;
-}
-
-template <class Sample, int kChannels>
-inline __attribute__((always_inline)) void SwapRow(const std::uint8_t* from, std::uint8_t* to,
-                                                   int pixels) {
-    const auto* in = reinterpret_cast<const Sample*>(from);
-    auto* out = reinterpret_cast<Sample*>(to);
-    int x = 0;
-    if constexpr (kChannels == 3) x = SwapThrees(in, out, pixels);
-    for (; x < pixels; ++x) {
-        const Sample first = in[x * kChannels];
-        const Sample second = in[x * kChannels + 1];
-        const Sample third = in[x * kChannels + 2];
-        out[x * kChannels] = third;
-        out[x * kChannels + 1] = second;
-        out[x * kChannels + 2] = first;
-        if constexpr (kChannels == 4) out[x * 4 + 3] = in[x * 4 + 3];
-    }
-}
-
-// A row with the outer two of its colours exchanged. Rows of 16 bits lie at even addresses.
-CMDTEXTURE_MULTIVERSION void SwapColour8(const std::uint8_t* from, std::uint8_t* to, int pixels) {
-    SwapRow<std::uint8_t, 3>(from, to, pixels);
-}
-CMDTEXTURE_MULTIVERSION void SwapAlpha8(const std::uint8_t* from, std::uint8_t* to, int pixels) {
-    SwapRow<std::uint8_t, 4>(from, to, pixels);
-}
-CMDTEXTURE_MULTIVERSION void SwapColour16(const std::uint8_t* from, std::uint8_t* to, int pixels) {
-    SwapRow<std::uint16_t, 3>(from, to, pixels);
-}
-CMDTEXTURE_MULTIVERSION void SwapAlpha16(const std::uint8_t* from, std::uint8_t* to, int pixels) {
-    SwapRow<std::uint16_t, 4>(from, to, pixels);
-}
-
-using Swap = void (*)(const std::uint8_t*, std::uint8_t*, int);
-Swap SwapFor(CNPixelFormat format) {
-    if (format.Is16bit()) return format.IsAlphaChannelPresent() ? &SwapAlpha16 : &SwapColour16;
-    return format.IsAlphaChannelPresent() ? &SwapAlpha8 : &SwapColour8;
-}
-
 // Copies rows between the caller's memory and the host's, in the direction of the arguments.
 void CopyRows(const cmdtexture_image& shape, const std::uint8_t* from, std::ptrdiff_t from_stride,
               std::uint8_t* to, std::ptrdiff_t to_stride) {
-    const Swap swap = RedIsFirst(shape.layout) ? SwapFor(FormatOf(shape)) : nullptr;
+    const bool swaps = RedIsFirst(shape.layout);
     const std::size_t bytes = RowBytes(shape);
     const std::size_t block = 1 + kBlockBytes / std::max<std::size_t>(bytes, 1);
     const tbb::blocked_range<int> rows(0, shape.height, block);
@@ -110,8 +47,8 @@ void CopyRows(const cmdtexture_image& shape, const std::uint8_t* from, std::ptrd
         for (int y = range.begin(); y < range.end(); ++y) {
             const std::uint8_t* in = from + from_stride * y;
             std::uint8_t* out = to + to_stride * y;
-            if (swap) {
-                swap(in, out, shape.width);
+            if (swaps) {
+                SwapColours(in, out, shape.width, FormatOf(shape));
             } else if (in != out) {
                 std::memcpy(out, in, bytes);
             }

@@ -5,15 +5,16 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <string_view>
 
 #include "app/imagefile/CImageFile.h"
 #include "app/imagefile/FileKinds.h"
-#include "app/imagefile/PixelRows.h"
 #include "app/imagefile/VipsSession.h"
 #include "app/imagefile/decode/Decoders.h"
 #include "app/imagefile/metadata/Metadata.h"
 #include "host/core/CDescriptor.h"
+#include "hostlib/graphics/SwapColours.h"
 #include "hostlib/language/Texts.h"
 
 namespace imagefile {
@@ -308,27 +309,40 @@ SPlacement Place(CRowIteratorBands& upright, int orientation) {
     return place;
 }
 
+// Writes pixels `step` bytes apart.
+template <class Traits>
+void Scatter(Traits, const std::uint8_t* row, std::uint8_t* to, int pixels, std::ptrdiff_t step) {
+    constexpr std::size_t kBytes = Traits::kChannels * sizeof(typename Traits::Sample);
+    for (int x = 0; x < pixels; ++x) std::memcpy(to + x * step, row + x * kBytes, kBytes);
+}
+
 void CImageReader::DecodeRows() {
     const SPlacement place = Place(result_.pixels, contents_.metadata.orientation);
     const auto [width, height] = decoder_->Size();
-    std::vector<std::uint8_t> row(static_cast<std::size_t>(width) *
-                                  static_cast<std::size_t>(header_.format.PixelBytes()));
+    const std::size_t bytes =
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(header_.format.PixelBytes());
+    // Rows that stay rows are decoded where they belong.
+    const bool is_row = place.pixel_step == header_.format.PixelBytes();
+    std::vector<std::uint8_t> stored(is_row ? 0 : bytes);
     progress_.SetProgressRange(height);
     bool goes_on = true;
     for (int y = 0; y < height; ++y) {
+        std::uint8_t* const at = place.at + y * place.row_step;
+        std::uint8_t* const row = is_row ? at : stored.data();
         if (y % kStripRows == 0 && progress_.SetProgress(y))
             Fail(ENFault::Cancelled, Tr("cancelled"));
-        if (goes_on && !decoder_->NextRow(row.data())) {
+        if (goes_on && !decoder_->NextRow(row)) {
             const std::string reason = decoder_->Trouble();
             if (y == 0) Fail(ENFault::Unreadable, Tr("is damaged or cut off ({})", reason));
             Damaged(Tr("is damaged or cut off after {} of {} rows ({})", y, height, reason));
-            std::fill(row.begin(), row.end(), std::uint8_t{0});
             goes_on = false;
         }
+        if (!goes_on) std::fill_n(row, bytes, std::uint8_t{0});
         if (goes_on && y % kStripRows == 0) JudgeComplaints();
+        SwapColours(row, row, width, header_.format);
+        if (is_row) continue;
         VisitPixelFormat(header_.format, 0, [&](auto traits) {
-            SwapRow(traits, row.data(), place.at + y * place.row_step, decoder_->Size().cx,
-                    place.pixel_step);
+            Scatter(traits, row, at, decoder_->Size().cx, place.pixel_step);
             return 0;
         });
     }

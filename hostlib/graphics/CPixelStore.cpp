@@ -5,13 +5,16 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <atomic>
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "host/core/CErrorAutoThrow.h"
 #include "hostlib/graphics/PixelBudget.h"
@@ -25,41 +28,103 @@ constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
 // Large images are laid on huge pages: touching a fresh image for the first time would otherwise
 // cost more than filling it.
-void* AllocatePixels(std::size_t bytes) {
-    const bool large = bytes >= 2 * kHugePage;
-    const std::size_t alignment = large ? kHugePage : kCacheLine;
-    void* memory = std::aligned_alloc(alignment, (bytes + alignment - 1) / alignment * alignment);
-    if (memory && large) madvise(memory, bytes, MADV_HUGEPAGE);
+std::uint64_t Alignment(std::uint64_t bytes) {
+    return bytes >= 2 * kHugePage ? kHugePage : kCacheLine;
+}
+void* AllocatePixels(std::uint64_t bytes) {
+    const std::uint64_t alignment = Alignment(bytes);
+    void* memory = std::aligned_alloc(alignment, bytes);
+    if (memory && alignment == kHugePage) madvise(memory, bytes, MADV_HUGEPAGE);
     return memory;
 }
 
-// What is kept in memory, and where the rest goes.
-struct SKeeper {
-    std::mutex mutex;
-    SPixelBudget budget;
-    std::atomic<std::uint64_t> in_memory{0};
+struct SBlock {
+    void* memory = nullptr;
+    std::uint64_t bytes = 0;
 };
-SKeeper& Keeper() {
-    static SKeeper keeper;
-    return keeper;
-}
 
-// Takes bytes out of the budget until it is given back; false when they do not fit.
-bool Reserve(std::uint64_t bytes) {
-    SKeeper& keeper = Keeper();
-    const std::scoped_lock lock(keeper.mutex);
-    // Small images are not worth a file.
-    constexpr std::uint64_t kSmall = 1 << 20;
-    if (bytes > kSmall && keeper.in_memory + bytes > keeper.budget.bytes) return false;
-    keeper.in_memory += bytes;
-    return true;
+// Hands out memory within the budget. What is given back may be kept for the next image, whose
+// pages then need not be cleared by the system; together with what is in use that never takes more
+// than was in use at once.
+class CKeeper {
+  public:
+    void SetBudget(const SPixelBudget& budget) {
+        const std::scoped_lock lock(mutex_);
+        budget_ = budget;
+        most_ = in_use_;
+    }
+    std::filesystem::path Scratch() {
+        const std::scoped_lock lock(mutex_);
+        return budget_.scratch;
+    }
+
+    // Nothing when the budget does not allow it; a block of null when the memory cannot be had.
+    std::optional<SBlock> Take(std::uint64_t bytes) {
+        const std::uint64_t alignment = Alignment(bytes);
+        SBlock block = {nullptr, (bytes + alignment - 1) / alignment * alignment};
+        std::vector<SBlock> dropped;
+        {
+            const std::scoped_lock lock(mutex_);
+            if (bytes > kSmall && in_use_ + bytes > budget_.bytes) return std::nullopt;
+            TakeSpare(block);
+            in_use_ += block.bytes;
+            most_ = std::max(most_, in_use_);
+            while (in_use_ + spare_bytes_ > most_) dropped.push_back(Remove(spare_.begin()));
+        }
+        for (const SBlock& spare : dropped) std::free(spare.memory);
+        if (!block.memory) block.memory = AllocatePixels(block.bytes);
+        if (!block.memory) GiveBack(block);
+        return block;
+    }
+    void GiveBack(const SBlock& block) {
+        {
+            const std::scoped_lock lock(mutex_);
+            in_use_ -= block.bytes;
+            if (budget_.keeps_spare && block.memory && block.bytes > kSmall &&
+                in_use_ + spare_bytes_ + block.bytes <= most_) {
+                spare_.push_back(block);
+                spare_bytes_ += block.bytes;
+                return;
+            }
+        }
+        std::free(block.memory);
+    }
+
+  private:
+    // Small images are worth neither a file nor keeping.
+    static constexpr std::uint64_t kSmall = 1 << 20;
+    using CSpare = std::vector<SBlock>;
+
+    SBlock Remove(CSpare::iterator at) {
+        const SBlock block = *at;
+        spare_.erase(at);
+        spare_bytes_ -= block.bytes;
+        return block;
+    }
+    // The block that was given back last, of those that are hardly larger than wanted.
+    void TakeSpare(SBlock& wanted) {
+        const auto fit = std::find_if(spare_.rbegin(), spare_.rend(), [&](const SBlock& spare) {
+            return spare.bytes >= wanted.bytes && spare.bytes - wanted.bytes <= wanted.bytes / 8;
+        });
+        if (fit != spare_.rend()) wanted = Remove(std::prev(fit.base()));
+    }
+
+    std::mutex mutex_;  // of what follows
+    SPixelBudget budget_;
+    std::uint64_t in_use_ = 0, spare_bytes_ = 0;
+    std::uint64_t most_ = 0;  // in use at once
+    CSpare spare_;            // the oldest first
+};
+
+// Never destroyed: an image may outlive all that is.
+CKeeper& Keeper() {
+    static auto* keeper = new CKeeper;
+    return *keeper;
 }
-void GiveBack(std::uint64_t bytes) { Keeper().in_memory -= bytes; }
 
 std::filesystem::path ScratchFolder() {
-    SKeeper& keeper = Keeper();
-    const std::scoped_lock lock(keeper.mutex);
-    if (!keeper.budget.scratch.empty()) return keeper.budget.scratch;
+    std::filesystem::path folder = Keeper().Scratch();
+    if (!folder.empty()) return folder;
     const char* temporary = std::getenv("TMPDIR");
     return temporary && *temporary ? temporary : "/var/tmp";
 }
@@ -96,11 +161,7 @@ void* MapScratch(std::size_t bytes) {
 
 }  // namespace
 
-void SetPixelBudget(const SPixelBudget& budget) {
-    SKeeper& keeper = Keeper();
-    const std::scoped_lock lock(keeper.mutex);
-    keeper.budget = budget;
-}
+void SetPixelBudget(const SPixelBudget& budget) { Keeper().SetBudget(budget); }
 
 std::shared_ptr<CPixelStore> CPixelStore::Allocate(int width, int height, CNPixelFormat format) {
     if (width < 1 || height < 1 || !format.IsKnown()) return nullptr;
@@ -116,19 +177,13 @@ std::shared_ptr<CPixelStore> CPixelStore::Allocate(int width, int height, CNPixe
         return std::shared_ptr<CPixelStore>(
             new CPixelStore(pixels, static_cast<std::ptrdiff_t>(stride), std::move(release)));
     };
-    if (!Reserve(bytes)) {
+    const std::optional<SBlock> block = Keeper().Take(bytes);
+    if (!block) {
         void* const pixels = MapScratch(bytes);
         return store(pixels, [=] { munmap(pixels, bytes); });
     }
-    void* const pixels = AllocatePixels(bytes);
-    if (!pixels) {
-        GiveBack(bytes);
-        return nullptr;
-    }
-    return store(pixels, [=] {
-        std::free(pixels);
-        GiveBack(bytes);
-    });
+    if (!block->memory) return nullptr;
+    return store(block->memory, [block = *block] { Keeper().GiveBack(block); });
 }
 
 std::shared_ptr<CPixelStore> CPixelStore::Borrow(void* pixels, std::ptrdiff_t stride,

@@ -11,6 +11,9 @@
 struct SPixelBudget {
     std::uint64_t bytes = std::numeric_limits<std::uint64_t>::max();
     std::filesystem::path scratch = {};  // empty: TMPDIR, or else /var/tmp
+    // Memory of images that are gone serves the next ones, for those who make many of one size. It
+    // is not given back to the system meanwhile.
+    bool keeps_spare = false;
 };
 
 // Holds for images made from now on, in the whole process.

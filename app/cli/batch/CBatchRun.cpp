@@ -183,9 +183,9 @@ void CBatchRun::LogPlan() {
 }
 
 SBatchTotals CBatchRun::Run(const std::function<void(const SBatchTotals&)>& show) {
-    if (options_.reading.input.max_memory > 0) {
-        SetPixelBudget({options_.reading.input.max_memory, options_.reading.scratch});
-    }
+    SPixelBudget budget{.scratch = options_.reading.scratch, .keeps_spare = true};
+    if (options_.reading.input.max_memory > 0) budget.bytes = options_.reading.input.max_memory;
+    SetPixelBudget(budget);
     LogPlan();
     const auto start = Clock::now();
     std::atomic<int> at_work = threads_;

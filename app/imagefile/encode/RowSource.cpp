@@ -1,7 +1,7 @@
 #include "app/imagefile/encode/RowSource.h"
 
-#include "app/imagefile/PixelRows.h"
 #include "host/graphics/PixelMath.h"
+#include "hostlib/graphics/SwapColours.h"
 
 namespace imagefile {
 
@@ -49,7 +49,7 @@ void CRowSource::Get(int y, void* row) const {
         using Traits = decltype(traits);
         const auto* source = pixels_.Row<typename Traits::Sample>(y);
         if (from_ == to_) {
-            SwapRow(traits, source, row, Width(), to_.PixelBytes());
+            SwapColours(source, row, Width(), from_);
         } else {
             VisitPixelFormat(to_, 0, [&](auto wanted) {
                 Convert(traits, source, wanted, row, Width());

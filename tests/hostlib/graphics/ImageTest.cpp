@@ -7,9 +7,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "hostlib/graphics/PixelBudget.h"
 #include "hostlib/graphics/SelectionBlend.h"
+#include "hostlib/graphics/SwapColours.h"
 #include "support/Pictures.h"
 
 namespace {
@@ -20,17 +22,24 @@ using pictures::Noise;
 using pictures::Sample;
 using pictures::SetSample;
 
-TEST(Image, FormatCodesTellDepthAndChannels) {
+TEST(Image, ColoursAreSwappedInEveryRow) {
     for (const ENPixelFormat code : kAllFormats) {
         const CNPixelFormat format = code;
-        EXPECT_EQ(CNPixelFormat::Of(format.Channels(), format.Is16bit()), format);
-        const bool dispatched = VisitPixelFormat(format, false, [&](auto traits) {
-            return traits.kChannels == format.Channels() && traits.kIs16bit == format.Is16bit() &&
-                   traits.kHasAlpha == format.IsAlphaChannelPresent();
-        });
-        EXPECT_TRUE(dispatched) << pictures::Name(format);
+        const bool is_colour = format.Channels() >= 3;
+        for (int width = 1; width < 70; ++width) {
+            const CRowIteratorBands row = Noise(format, width, 1, 3);
+            CRowIteratorBands beside = Noise(format, width, 1, 4),
+                              same = Noise(format, width, 1, 3);
+            SwapColours(row.Row<std::uint8_t>(0), beside.Row<std::uint8_t>(0), width, format);
+            SwapColours(same.Row<std::uint8_t>(0), same.Row<std::uint8_t>(0), width, format);
+            ASSERT_EQ(Difference(beside, same), "") << pictures::Name(format) << " of " << width;
+            for (int i = 0; i < width * format.Channels(); ++i) {
+                const int x = i / format.Channels(), c = i % format.Channels();
+                ASSERT_EQ(Sample(same, x, 0, c), Sample(row, x, 0, is_colour && c < 3 ? 2 - c : c))
+                    << pictures::Name(format) << " of " << width << " at " << x;
+            }
+        }
     }
-    EXPECT_FALSE(CNPixelFormat(static_cast<ENPixelFormat>(9)).IsKnown());
 }
 
 TEST(Image, SizesThatCannotBeHadAreErrors) {
@@ -201,6 +210,22 @@ TEST(PixelBudget, WhatMemoryMayNotHoldLiesInFilesWithoutNames) {
               TolmErrorCode::ScratchFailed);
     SetPixelBudget({});
     std::filesystem::remove(folder);
+}
+
+TEST(PixelBudget, MemoryThatIsKeptForTheNextImageIsNobodyElses) {
+    SetPixelBudget({.keeps_spare = true});
+    std::vector<CRowIteratorBands> images;
+    for (int i = 0; i < 16; ++i) {
+        // 1.4 to 2.8 MB, some of them within an eighth of another; the fourth last goes.
+        images.push_back(Noise(ENPixelFormat::Colour8, 1200, 400 + i * 37 % 400, i));
+        if (images.size() > 3) images.erase(images.begin());
+        for (std::size_t k = 0; k < images.size(); ++k) {
+            const int seed = i + 1 - static_cast<int>(images.size() - k);
+            const int height = 400 + seed * 37 % 400;
+            ASSERT_EQ(Difference(images[k], Noise(ENPixelFormat::Colour8, 1200, height, seed)), "");
+        }
+    }
+    SetPixelBudget({});
 }
 
 TEST(Random, FollowsTheKnownSequence) {
