@@ -93,6 +93,7 @@ void Apply(const SApplyOptions& options) {
     CheckPictureOutput(options.output, rules, header.size, options.coding);
     FitRecipe(recipe, CanvasOf(options.document, header.size), header.size);
     if (options.dry_run) return DryRun(options, recipe, header);
+    LimitMemory(options.document);
     SPictures pictures = ReadPictures(options.document, progress);
     seconds["load"] = watch.Lap();
 

@@ -55,12 +55,11 @@ int DryRun(const SBatchOptions& options, const SBatchPlan& plan, const CBatchLog
     int status = 0;
     for (const SBatchItem& item : plan.items) {
         try {
-            SInputOptions input = options.reading.input;
-            input.file = item.input;
-            input.page = item.page;
-            const imagefile::SImageHeader header = ReadPictureHeader(input);
+            const SDocumentOptions document = item.Document(options.reading);
+            const imagefile::SImageHeader header = ReadPictureHeader(document.input);
             CRecipe recipe = plan.recipes[item.recipe].recipe.Copy();
-            FitRecipe(recipe, header.size, header.size);
+            FitRecipe(recipe, CanvasOf(document, header.size), header.size);
+            if (!item.mask.empty()) CheckMask(document, header.size);
             const std::filesystem::path folder = std::filesystem::path(item.output).parent_path();
             if (folder.empty() || std::filesystem::exists(folder)) {
                 const SPictureRecord* record = log ? log->Find(item.output) : nullptr;
@@ -80,7 +79,7 @@ int DryRun(const SBatchOptions& options, const SBatchPlan& plan, const CBatchLog
 }
 
 int Run(const SBatchOptions& options) {
-    CheckReadingOptions(options.reading);
+    CheckDocumentOptions(options.reading);
     const CJobLibrary library = OpenJobs(options.session, options.reading.resources);
     if (options.dry_run && !std::filesystem::exists(LogOf(options))) {
         return DryRun(options, MakePlan(library, options, nullptr), nullptr);
@@ -157,8 +156,9 @@ void AddInputOptions(CLI::App& command, SBatchOptions& options) {
     command
         .add_option("--manifest", options.manifest,
                     "Do what this file says, too: a JSON object a line with input, output, and "
-                    "recipe, or effect and parameters, and page")
+                    "recipe, or effect and parameters, and page, mask, canvas, at")
         ->type_name("FILE");
+    AddPlaceOptions(command, options.reading);
     AddReadingOptions(command, options.reading);
 }
 

@@ -20,6 +20,7 @@ class CStoppableProgress final : public IProgressSink {
 CPictureLoader::CPictureLoader(const SDocumentOptions& options, IProgressSink& progress)
     : reading_(std::async(std::launch::async, [this, options, &progress] {
           CStoppableProgress stoppable(progress, stops_);
+          LimitMemory(options);
           return ReadPictures(options, stoppable);
       })) {}
 

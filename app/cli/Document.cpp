@@ -39,11 +39,7 @@ void CheckReadingOptions(const SReadingOptions& options) {
     }
 }
 
-void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
-    command
-        .add_option("IN", options.input.file,
-                    "Image to read: PNG, JPEG, TIFF or WebP; - is standard input")
-        ->required();
+void AddPlaceOptions(CLI::App& command, SDocumentOptions& options) {
     command
         .add_option("--mask", options.mask,
                     "Limit the effect to a selection: an image of the same size, white is full "
@@ -53,6 +49,14 @@ void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
         ->type_name("WxH");
     command.add_option("--at", options.at, "Place of the image on the document; default: 0,0")
         ->type_name("X,Y");
+}
+
+void AddDocumentOptions(CLI::App& command, SDocumentOptions& options) {
+    command
+        .add_option("IN", options.input.file,
+                    "Image to read: PNG, JPEG, TIFF or WebP; - is standard input")
+        ->required();
+    AddPlaceOptions(command, options);
     command
         .add_option("--page", options.input.page,
                     "Take this page of a TIFF or frame of an animated WebP, from 1 on")
@@ -76,12 +80,16 @@ void CheckMask(const SDocumentOptions& options, CSize picture) {
                   picture);
 }
 
-SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress) {
-    if (options.input.max_memory > 0) {
-        SetPixelBudget({options.input.max_memory, options.scratch});
-    }
+void LimitMemory(const SReadingOptions& options, bool keeps_spare) {
+    SPixelBudget budget{.scratch = options.scratch, .keeps_spare = keeps_spare};
+    if (options.input.max_memory > 0) budget.bytes = options.input.max_memory;
+    SetPixelBudget(budget);
+}
+
+SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress,
+                       const FWarn& warn) {
     SPictures pictures;
-    pictures.input = ReadPicture(options.input, progress);
+    pictures.input = ReadPicture(options.input, progress, warn);
     CRowIteratorBands& pixels = pictures.input.pixels;
     if (!options.mask.empty()) {
         pictures.selection = ReadMask(options.mask, {pixels.GetWidth(), pixels.GetHeight()},

@@ -27,8 +27,9 @@ struct SDocumentOptions : SReadingOptions {
 void AddReadingOptions(CLI::App& command, SReadingOptions& options);
 void CheckReadingOptions(const SReadingOptions& options);
 
-// IN, --mask, --canvas, --at, --lenient, --page, --convert, --max-pixels, --max-memory and
-// --resources.
+// --mask, --canvas and --at.
+void AddPlaceOptions(CLI::App& command, SDocumentOptions& options);
+// The same, IN, --page, and what AddReadingOptions adds.
 void AddDocumentOptions(CLI::App& command, SDocumentOptions& options);
 // Refuses a canvas or place that cannot be meant, before anything is read.
 void CheckDocumentOptions(const SDocumentOptions& options);
@@ -41,7 +42,10 @@ struct SPictures {
     imagefile::SImageFile input;
     CRowIterator selection;
 };
-SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress);
+SPictures ReadPictures(const SDocumentOptions& options, IProgressSink& progress,
+                       const FWarn& warn = &messages::Warn);
+// Keeps pixels beyond --max-memory on the disk; with `keeps_spare` for many pictures.
+void LimitMemory(const SReadingOptions& options, bool keeps_spare = false);
 // Gives them to the job, which takes over the picture's pixels.
 void GivePictures(CEffectJob& job, SPictures& pictures);
 

@@ -152,6 +152,11 @@ class CPlanner {
 
     void AddItem(SBatchItem item, const std::string& folder) {
         ++index_;
+        const SDocumentOptions& all = options_.reading;
+        if (item.mask.empty()) item.mask = all.mask;
+        if (item.canvas.empty()) item.canvas = all.canvas;
+        if (item.at.empty()) item.at = all.at;
+        CheckDocumentOptions(item.Document(all));
         if (item.output.empty()) {
             if (!template_) {
                 throw CCliError(EExit::Usage,
@@ -203,15 +208,11 @@ class CPlanner {
         if (!row.is_object() || !(row.contains("input") || row.contains("inputHex"))) {
             throw CCliError(EExit::Usage, Tr("names no \"input\""), Tr(kRowHint));
         }
-        SBatchItem item;
-        item.input = fs::path(TakeName(row, "input")).lexically_normal();
-        if (row.contains("output")) {
-            item.output = fs::path(TakeName(row, "output")).lexically_normal();
+        SBatchItem item(row);
+        for (std::string* name : {&item.input, &item.output}) {
+            *name = fs::path(*name).lexically_normal();
         }
-        if (row.contains("page")) item.page = row["page"];
-        for (const char* name : {"input", "inputHex", "output", "outputHex", "page"}) {
-            row.erase(name);
-        }
+        for (const std::string& name : SBatchItem::kNames) row.erase(name);
         item.recipe = RecipeOf(row);
         const std::string folder = FolderBelow(fs::path(item.input).parent_path());
         AddItem(std::move(item), folder);
@@ -244,15 +245,14 @@ class CPlanner {
         std::vector<SBatchItem> kept;
         for (const SBatchItem& item : plan_.items) {
             const auto [other, is_new] = by_name.try_emplace(Folded(item.output), &item);
-            const bool is_same = other->second->input == item.input &&
-                                 other->second->page == item.page &&
-                                 other->second->recipe == item.recipe;
-            if (!is_new && !is_same) RefuseClash(*other->second, item);
+            if (!is_new && *other->second != item) RefuseClash(*other->second, item);
             if (is_new) kept.push_back(item);
         }
         for (const SBatchItem& item : plan_.items) {
-            const auto written = by_name.find(Folded(item.input));
-            if (written != by_name.end()) RefuseInput(*written->second);
+            for (const std::string& read : {item.input, item.mask}) {
+                const auto written = by_name.find(read.empty() ? read : Folded(read));
+                if (written != by_name.end()) RefuseInput(*written->second);
+            }
         }
         plan_.items = std::move(kept);
     }
@@ -304,12 +304,39 @@ class CPlanner {
 
 }  // namespace
 
+const std::vector<std::string> SBatchItem::kNames = {
+    "input", "inputHex", "output", "outputHex", "page", "mask", "maskHex", "canvas", "at"};
+
+SBatchItem::SBatchItem(const ordered_json& line)
+    : page(line.value("page", 0)), canvas(line.value("canvas", "")), at(line.value("at", "")) {
+    const auto take = [&](const std::string& key) {
+        const bool is_there = line.contains(key) || line.contains(key + "Hex");
+        return is_there ? TakeName(line, key) : std::string();
+    };
+    input = take("input");
+    output = take("output");
+    mask = take("mask");
+}
+
+SDocumentOptions SBatchItem::Document(const SDocumentOptions& all) const {
+    SDocumentOptions document = all;
+    document.input.file = input;
+    document.input.page = page;
+    document.mask = mask;
+    document.canvas = canvas;
+    document.at = at;
+    return document;
+}
+
 ordered_json SBatchItem::Line(const char* event) const {
     ordered_json line = ordered_json::object();
     if (event) line["event"] = event;
     PutName(line, "input", input);
     PutName(line, "output", output);
     if (page > 0) line["page"] = page;
+    if (!mask.empty()) PutName(line, "mask", mask);
+    if (!canvas.empty()) line["canvas"] = canvas;
+    if (!at.empty()) line["at"] = at;
     return line;
 }
 

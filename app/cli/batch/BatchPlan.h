@@ -16,7 +16,7 @@ class CBatchLog;
 struct SBatchOptions {
     SSessionOptions session;
     SWorkOptions work;
-    SReadingOptions reading;
+    SDocumentOptions reading;  // its mask, canvas and place hold where the manifest says nothing
     imagefile::SWriteOptions coding;
     std::vector<std::string> inputs;
     std::string output;    // a template
@@ -41,8 +41,16 @@ struct SBatchItem {
     std::string input, output;
     int page = 0;            // from 1 on; 0 takes the only one
     std::size_t recipe = 0;  // in the plan's list
+    std::string mask, canvas, at;
 
-    // As a line of a manifest, or of the log, begins.
+    // The names by which a line of a manifest or of the log tells all but the recipe.
+    static const std::vector<std::string> kNames;
+    SBatchItem() = default;
+    explicit SBatchItem(const nlohmann::ordered_json& line);
+    bool operator==(const SBatchItem&) const = default;
+    // How it is read, with what the user said for all.
+    SDocumentOptions Document(const SDocumentOptions& all) const;
+    // The beginning of such a line.
     nlohmann::ordered_json Line(const char* event = nullptr) const;
 };
 

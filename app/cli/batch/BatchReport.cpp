@@ -13,10 +13,7 @@ using nlohmann::ordered_json;
 
 // The line of a manifest that does the picture.
 ordered_json RowOf(const SPictureRecord& record) {
-    ordered_json row;
-    PutName(row, "input", TakeName(record.line, "input"));
-    PutName(row, "output", TakeName(record.line, "output"));
-    if (record.line.contains("page")) row["page"] = record.line["page"];
+    ordered_json row = SBatchItem(record.line).Line();
     const ordered_json& work = record.work;
     if (work.is_array() && work.size() == 1) {
         row.update(work[0]);

@@ -16,7 +16,6 @@
 #include "app/cli/Messages.h"
 #include "app/cli/batch/CBatchLog.h"
 #include "app/cli/batch/Digest.h"
-#include "hostlib/graphics/PixelBudget.h"
 #include "hostlib/language/Texts.h"
 #include "hostlib/system/CFileError.h"
 
@@ -62,6 +61,13 @@ bool IsFileOf(const ordered_json& line, const std::string& role, const std::stri
     } catch (const CFileError&) {
         return false;
     }
+}
+
+// Whether a line is about a picture as it is wanted now.
+bool IsOf(const SBatchItem& item, const ordered_json& line) {
+    SBatchItem logged(line);
+    logged.recipe = item.recipe;
+    return logged == item;
 }
 
 struct SOpened {
@@ -171,9 +177,7 @@ void CBatchRun::LogPlan() {
     for (const SBatchItem& item : plan_.items) {
         const ordered_json& work = plan_.recipes[item.recipe].work;
         const SPictureRecord* record = log_.Find(item.output);
-        if (record && TakeName(record->line, "input") == item.input && record->work == work) {
-            continue;
-        }
+        if (record && IsOf(item, record->line) && record->work == work) continue;
         ordered_json line = item.Line("planned");
         if (work != plan_.common_work) line["work"] = work;
         lines += CBatchLog::LineOf(line);
@@ -183,9 +187,7 @@ void CBatchRun::LogPlan() {
 }
 
 SBatchTotals CBatchRun::Run(const std::function<void(const SBatchTotals&)>& show) {
-    SPixelBudget budget{.scratch = options_.reading.scratch, .keeps_spare = true};
-    if (options_.reading.input.max_memory > 0) budget.bytes = options_.reading.input.max_memory;
-    SetPixelBudget(budget);
+    LimitMemory(options_.reading, true);
     LogPlan();
     const auto start = Clock::now();
     std::atomic<int> at_work = threads_;
@@ -265,21 +267,14 @@ bool CBatchRun::IsDone(const SBatchItem& item) const {
     if (!record || record->state != EPictureState::Done) return false;
     const ordered_json& line = record->line;
     try {
-        return TakeName(line, "input") == item.input && line.value("page", 0) == item.page &&
-               line.at("version") == CMDTEXTURE_VERSION &&
+        return IsOf(item, line) && line.at("version") == CMDTEXTURE_VERSION &&
                line.at("recipeDigest") == plan_.recipes[item.recipe].digest &&
                IsFileOf(line, "input", item.input, options_.verify) &&
+               (item.mask.empty() || IsFileOf(line, "mask", item.mask, options_.verify)) &&
                IsFileOf(line, "output", item.output, options_.verify);
     } catch (const ordered_json::exception&) {  // a line that somebody has changed
         return false;
     }
-}
-
-SInputOptions CBatchRun::InputOf(const SBatchItem& item) const {
-    SInputOptions input = options_.reading.input;
-    input.file = item.input;
-    input.page = item.page;
-    return input;
 }
 
 // The picture's line in the log; null when it was not begun because the batch stops.
@@ -287,12 +282,14 @@ ordered_json CBatchRun::Make(const SBatchItem& item) {
     const SPictureRecord* record = log_.Find(item.output);
     const imagefile::SOutputRules rules{
         .overwrite = options_.overwrite || (record && record->was_begun), .input = item.input};
-    SInputOptions input = InputOf(item);
+    SDocumentOptions document = item.Document(options_.reading);
+    const SInputOptions& input = document.input;
     const SOpened opened = OpenInput(item.input);
     input.gathered = opened.descriptor;
     const imagefile::SImageHeader header = ReadPictureHeader(input);
     CRecipe recipe = plan_.recipes[item.recipe].recipe.Copy();
-    FitRecipe(recipe, header.size, header.size);
+    FitRecipe(recipe, CanvasOf(document, header.size), header.size);
+    if (!item.mask.empty()) CheckMask(document, header.size);
     MakeFolderFor(item.output);
     CheckPictureOutput(item.output, rules, header.size, options_.coding);
 
@@ -305,6 +302,10 @@ ordered_json CBatchRun::Make(const SBatchItem& item) {
     const FWarn warn = [&](const std::string& text) { line["warnings"].push_back(text); };
     PutFile(line, "input", opened.status,
             digest::OfDescriptor(opened.descriptor->Get(), item.input));
+    if (!item.mask.empty()) {
+        const SOpened mask = OpenInput(item.mask);
+        PutFile(line, "mask", mask.status, digest::OfDescriptor(mask.descriptor->Get(), item.mask));
+    }
     line["recipeDigest"] = plan_.recipes[item.recipe].digest;
     line["version"] = CMDTEXTURE_VERSION;
     line["width"] = header.size.cx;
@@ -312,16 +313,17 @@ ordered_json CBatchRun::Make(const SBatchItem& item) {
 
     CDeaf progress;
     auto watch = Clock::now();
-    imagefile::SImageFile picture = ReadPicture(input, progress, warn);
+    SPictures pictures = ReadPictures(document, progress, warn);
     line["seconds"]["load"] = Since(watch);
     for (const SRecipeStep& step : recipe.Steps()) {
         const std::string warning = PrecisionWarning(step.job, header.format);
         if (!warning.empty()) warn(warning);
     }
     const CRowIteratorBands result =
-        RunRecipe(recipe, std::exchange(picture.pixels, {}), {}, progress);
+        RunRecipe(recipe, std::exchange(pictures.input.pixels, {}), pictures.selection, progress);
     line["seconds"]["effect"] = Since(watch);
-    WritePicture(item.output, result, picture.metadata, rules, progress, options_.coding, warn);
+    WritePicture(item.output, result, pictures.input.metadata, rules, progress, options_.coding,
+                 warn);
     line["seconds"]["save"] = Since(watch);
 
     struct stat written = {};

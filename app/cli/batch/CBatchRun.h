@@ -45,7 +45,6 @@ class CBatchRun {
     bool IsDone(const SBatchItem& item) const;
     bool IsWanted(const SBatchItem& item) const;
     nlohmann::ordered_json Make(const SBatchItem& item);
-    SInputOptions InputOf(const SBatchItem& item) const;
     void LogFailure(const SBatchItem& item, const CCliError& error);
     void LogPlan();
     bool Stops() const;

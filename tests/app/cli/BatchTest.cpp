@@ -228,28 +228,42 @@ TEST_F(Batch, AManifestSaysWhatEachPictureGets) {
         constexpr const char* kDigits = "0123456789abcdef";
         hex += {kDigits[(byte >> 4) & 15], kDigits[byte & 15]};
     }
-    const json rows[] = {
-        {{"input", path("a.png")}, {"output", path("1.png")}, {"recipe", path("fur.json")}},
-        {{"input", path("a.png")},
-         {"output", path("2.png")},
-         {"effect", "Tiles"},
-         {"parameters", {{"TileSize", 9}}}},
-        {{"inputHex", hex}, {"page", 1}}};
+    program_.WriteImage("mask.png", Noise(ENPixelFormat::Grey8, 20, 20, 3));
+    const json rows[] = {{{"input", path("a.png")},
+                          {"output", path("1.png")},
+                          {"recipe", path("fur.json")},
+                          {"mask", path("mask.png")}},
+                         {{"input", path("a.png")},
+                          {"output", path("2.png")},
+                          {"effect", "Weave"},
+                          {"parameters", {{"GapWidth", 3}}},
+                          {"canvas", "90x80"},
+                          {"at", "31,7"}},
+                         {{"inputHex", hex}, {"page", 1}}};
     std::string manifest;
     for (const json& row : rows) manifest += row.dump() + "\n\n";
     program_.WriteText("rows", manifest);
-    Run({"batch", "Sandstone", "--manifest", path("rows"), "-o",
-         path("{name}-{effect}-{index:2}.png"), "--log", path("log")});
+    const Arguments batch = {"batch",      "Sandstone", "--manifest",
+                             path("rows"), "-o",        path("{name}-{effect}-{index:2}.png"),
+                             "--canvas",   "40x30",     "--log",
+                             path("log")};
+    Run(batch);
     const std::tuple<Arguments, std::string, std::string> same[] = {
-        {{"--recipe", path("fur.json")}, "a.png", "1.png"},
-        {{"Tiles", "-p", "TileSize=9"}, "a.png", "2.png"},
-        {{"Sandstone"}, odd, "odd\xff name-Sandstone-03.png"}};
+        {{"--recipe", path("fur.json"), "--mask", path("mask.png"), "--canvas", "40x30"},
+         "a.png",
+         "1.png"},
+        {{"Weave", "-p", "GapWidth=3", "--canvas", "90x80", "--at", "31,7"}, "a.png", "2.png"},
+        {{"Sandstone", "--canvas", "40x30"}, odd, "odd\xff name-Sandstone-03.png"}};
     for (const auto& [what, in, out] : same) {
         Arguments apply = {"apply", path(in), "-o", path("apply.png"), "--overwrite"};
         apply.insert(apply.begin() + 1, what.begin(), what.end());
         Run(apply);
         EXPECT_EQ(program_.Read(out), program_.Read("apply.png")) << out;
     }
+    program_.WriteImage("mask.png", Noise(ENPixelFormat::Grey8, 20, 20, 4));
+    Run(batch);
+    EXPECT_EQ(Logged("done").size(), 4U) << "the picture of another mask is done anew";
+    EXPECT_EQ(Logged("done").back(), path("1.png"));
     // What is not done any more goes from the report back into a batch.
     const auto files = program_.Files();
     program_.WriteText("log", program_.Read("log").substr(0, program_.Read("log").find("\"begun")));
@@ -285,16 +299,9 @@ TEST_F(Batch, ShardsAreDisjointAndComplete) {
         Run(all);
         for (const std::string& output : Logged("done", log)) done.insert(output);
         report.push_back(program_.Path(log));
-        const bool is_last = shard[0] == '3';
-        EXPECT_EQ(json::parse(Run(
-                                  [&] {
-                                      Arguments a = report;
-                                      a.push_back("--json");
-                                      return a;
-                                  }(),
-                                  is_last ? 0 : 1)
-                                  .out)["done"],
-                  done.size());
+        Arguments in_json = report;
+        in_json.push_back("--json");
+        EXPECT_EQ(json::parse(Run(in_json, shard[0] == '3' ? 0 : 1).out)["done"], done.size());
     }
     setenv("SLURM_ARRAY_TASK_MAX", "27", 1);
     EXPECT_THAT(Run(All(), 2).err, HasSubstr("no even indices"));
