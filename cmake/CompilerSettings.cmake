@@ -41,6 +41,11 @@ if(CMDTEXTURE_SANITIZE)
   add_compile_definitions(CMDTEXTURE_NO_MULTIVERSION)
 endif()
 
+option(CMDTEXTURE_AVX512 "Compile row kernels for AVX-512, too; off to measure without it" ON)
+if(NOT CMDTEXTURE_AVX512)
+  add_compile_definitions(CMDTEXTURE_NO_AVX512)
+endif()
+
 # Programs, libraries and data lie in the build folder as they do under an installation prefix,
 # so that everything runs in place.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)

@@ -6,8 +6,12 @@
 // the same bits.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && \
     !defined(CMDTEXTURE_NO_MULTIVERSION)
+#ifdef CMDTEXTURE_NO_AVX512
+#define CMDTEXTURE_MULTIVERSION __attribute__((target_clones("default", "arch=x86-64-v3")))
+#else
 #define CMDTEXTURE_MULTIVERSION \
     __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
+#endif
 #else
 #define CMDTEXTURE_MULTIVERSION
 #endif
