@@ -22,6 +22,7 @@ struct cmdtexture_library {
     CJobLibrary jobs;
     std::vector<SEffectInfo> effects;
     std::vector<cmdtexture_effect_info> records;
+    std::shared_ptr<void> spare_memory;  // kept for the next call as long as it lives
 };
 
 struct cmdtexture_effect {

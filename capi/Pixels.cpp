@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kLargestSide = 65535;
 constexpr std::size_t kBlockBytes = std::size_t{1} << 20;  // of rows that one thread copies at once
+constexpr std::size_t kBeyondCaches = std::size_t{16} << 20;  // so large a picture is in none
 
 [[noreturn]] void Refuse(const std::string& what, const char* hint = "") {
     throw CJobError(EJobFault::Refused, what, hint);
@@ -39,19 +40,17 @@ std::size_t RowBytes(const cmdtexture_image& image) {
 // Copies rows between the caller's memory and the host's, in the direction of the arguments.
 void CopyRows(const cmdtexture_image& shape, const std::uint8_t* from, std::ptrdiff_t from_stride,
               std::uint8_t* to, std::ptrdiff_t to_stride) {
-    const bool swaps = RedIsFirst(shape.layout);
+    if (from == to) return;
     const std::size_t bytes = RowBytes(shape);
-    const std::size_t block = 1 + kBlockBytes / std::max<std::size_t>(bytes, 1);
-    const tbb::blocked_range<int> rows(0, shape.height, block);
+    const bool swaps = RedIsFirst(shape.layout);
+    // Bytes one by one are grey to those who only copy them.
+    const CNPixelFormat format = swaps ? FormatOf(shape) : CNPixelFormat(ENPixelFormat::Grey8);
+    const int pixels = swaps ? shape.width : static_cast<int>(bytes);
+    const bool streams = bytes * static_cast<std::size_t>(shape.height) >= kBeyondCaches;
+    const tbb::blocked_range<int> rows(0, shape.height, 1 + kBlockBytes / bytes);
     tbb::parallel_for(rows, [&](const tbb::blocked_range<int>& range) {
         for (int y = range.begin(); y < range.end(); ++y) {
-            const std::uint8_t* in = from + from_stride * y;
-            std::uint8_t* out = to + to_stride * y;
-            if (swaps) {
-                SwapColours(in, out, shape.width, FormatOf(shape));
-            } else if (in != out) {
-                std::memcpy(out, in, bytes);
-            }
+            SwapColours(from + from_stride * y, to + to_stride * y, pixels, format, streams);
         }
     });
 }

@@ -78,7 +78,9 @@ typedef struct cmdtexture_options {
     int range_scale;     /* per cent that scaled maxima grow, -99 to 900 */
 } cmdtexture_options;
 
-/* Opens the effects of an installation; `options` may be NULL. On failure `*library` is NULL. */
+/* Opens the effects of an installation; `options` may be NULL. On failure `*library` is NULL. As
+ * long as one is open, up to 600 MB of memory of pictures that were worked on, and never more than
+ * was in use at once, is kept for the next call; the system may take it when it is short. */
 CMDTEXTURE_API cmdtexture_status cmdtexture_open(const cmdtexture_options* options,
                                                  cmdtexture_library** library,
                                                  cmdtexture_error** error);

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <limits>
 
 #include "app/cli/CliError.h"
 #include "app/cli/Options.h"
@@ -81,7 +82,8 @@ void CheckMask(const SDocumentOptions& options, CSize picture) {
 }
 
 void LimitMemory(const SReadingOptions& options, bool keeps_spare) {
-    SPixelBudget budget{.scratch = options.scratch, .keeps_spare = keeps_spare};
+    SPixelBudget budget{.scratch = options.scratch};
+    if (keeps_spare) budget.spare = std::numeric_limits<std::uint64_t>::max();
     if (options.input.max_memory > 0) budget.bytes = options.input.max_memory;
     SetPixelBudget(budget);
 }

@@ -50,7 +50,7 @@ void Register(CJobLibrary& library, const std::string& name, const SSize& size, 
 
 const bool registered = [] {
     // As in a batch: else the system's clearing of fresh memory is what most effects wait for.
-    SetPixelBudget({.keeps_spare = true});
+    SetPixelBudget({.spare = std::uint64_t{1} << 30});
     static CJobLibrary library({.pictures = imagefile::MakePictureFiles()});
     for (const SSize& size : kSizes) {
         for (const std::string& name : library.Names()) {

@@ -52,6 +52,7 @@ class CKeeper {
         const std::scoped_lock lock(mutex_);
         budget_ = budget;
         most_ = in_use_;
+        while (spare_bytes_ > budget.spare) std::free(Remove(spare_.begin()).memory);
     }
     std::filesystem::path Scratch() {
         const std::scoped_lock lock(mutex_);
@@ -80,8 +81,12 @@ class CKeeper {
         {
             const std::scoped_lock lock(mutex_);
             in_use_ -= block.bytes;
-            if (budget_.keeps_spare && block.memory && block.bytes > kSmall &&
+            if (block.memory && block.bytes > kSmall &&
+                spare_bytes_ + block.bytes <= budget_.spare &&
                 in_use_ + spare_bytes_ + block.bytes <= most_) {
+                if (Alignment(block.bytes) == kHugePage) {
+                    madvise(block.memory, block.bytes, MADV_FREE);
+                }
                 spare_.push_back(block);
                 spare_bytes_ += block.bytes;
                 return;

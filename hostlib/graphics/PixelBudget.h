@@ -11,9 +11,9 @@
 struct SPixelBudget {
     std::uint64_t bytes = std::numeric_limits<std::uint64_t>::max();
     std::filesystem::path scratch = {};  // empty: TMPDIR, or else /var/tmp
-    // Memory of images that are gone serves the next ones, for those who make many of one size. It
-    // is not given back to the system meanwhile.
-    bool keeps_spare = false;
+    // How much memory of images that are gone is kept to serve the next ones, for those who make
+    // many of one size. The system may take it when it needs it for others.
+    std::uint64_t spare = 0;
 };
 
 // Holds for images made from now on, in the whole process.

@@ -33,6 +33,13 @@ TEST(Image, ColoursAreSwappedInEveryRow) {
             SwapColours(row.Row<std::uint8_t>(0), beside.Row<std::uint8_t>(0), width, format);
             SwapColours(same.Row<std::uint8_t>(0), same.Row<std::uint8_t>(0), width, format);
             ASSERT_EQ(Difference(beside, same), "") << pictures::Name(format) << " of " << width;
+            const auto bytes = static_cast<std::size_t>(width * format.PixelBytes());
+            const auto shift = static_cast<std::size_t>(width % 5 * format.SampleBytes());
+            std::vector<std::uint8_t> streamed(bytes + 16, 0xA5);
+            SwapColours(row.Row<std::uint8_t>(0), streamed.data() + shift, width, format, true);
+            ASSERT_EQ(std::memcmp(streamed.data() + shift, same.Row<std::uint8_t>(0), bytes), 0)
+                << pictures::Name(format) << " of " << width;
+            ASSERT_EQ(streamed[shift + bytes], 0xA5) << "what lies behind";
             for (int i = 0; i < width * format.Channels(); ++i) {
                 const int x = i / format.Channels(), c = i % format.Channels();
                 ASSERT_EQ(Sample(same, x, 0, c), Sample(row, x, 0, is_colour && c < 3 ? 2 - c : c))
@@ -213,7 +220,7 @@ TEST(PixelBudget, WhatMemoryMayNotHoldLiesInFilesWithoutNames) {
 }
 
 TEST(PixelBudget, MemoryThatIsKeptForTheNextImageIsNobodyElses) {
-    SetPixelBudget({.keeps_spare = true});
+    SetPixelBudget({.spare = std::uint64_t{1} << 30});
     std::vector<CRowIteratorBands> images;
     for (int i = 0; i < 16; ++i) {
         // 1.4 to 2.8 MB, some of them within an eighth of another; the fourth last goes.
@@ -225,6 +232,11 @@ TEST(PixelBudget, MemoryThatIsKeptForTheNextImageIsNobodyElses) {
             ASSERT_EQ(Difference(images[k], Noise(ENPixelFormat::Colour8, 1200, height, seed)), "");
         }
     }
+    const auto of_twenty_megabytes = [] {
+        return Noise(ENPixelFormat::ColourAlpha16, 1250, 2000, 1);
+    };
+    const auto at = of_twenty_megabytes().Row<std::uint8_t>(0);
+    EXPECT_EQ(of_twenty_megabytes().Row<std::uint8_t>(0), at) << "large memory is kept, too";
     SetPixelBudget({});
 }
 
