@@ -8,6 +8,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <shared_mutex>
 #include <stdexcept>
 #include <string_view>
 
@@ -35,6 +36,10 @@ int StartWithoutModules() {
     return result;
 }
 
+// Who wants to be alone holds the turnstile, so that no new users pass while it waits.
+std::mutex turnstile;
+std::shared_mutex users;
+
 // GLib ends the process when it gets no memory or no thread: it shall end as for want of memory.
 void EndForWant(const char* /*domain*/, GLogLevelFlags /*level*/, const char* /*text*/,
                 void* /*data*/) {
@@ -60,6 +65,25 @@ void StartVips() {
         g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK),
                           &CVipsWarnings::Receive, nullptr);
     });
+}
+
+CVipsUse::CVipsUse() {
+    turnstile.lock();
+    turnstile.unlock();
+    users.lock_shared();
+}
+
+CVipsUse::~CVipsUse() { users.unlock_shared(); }
+
+CVipsAlone::CVipsAlone() {
+    turnstile.lock();
+    users.lock();
+    vips_error_clear();
+}
+
+CVipsAlone::~CVipsAlone() {
+    users.unlock();
+    turnstile.unlock();
 }
 
 std::string TakeVipsError() {

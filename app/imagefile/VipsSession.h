@@ -19,8 +19,26 @@ using TVips = std::unique_ptr<Object, SUnref>;
 // Starts the library once in a process: its untrusted decoders blocked, nothing cached.
 void StartVips();
 
-// The library's account of what just failed, as one line without the name of its part.
+// The library's account of what just failed, as one line without the name of its part. There is one
+// account for the whole process: what has failed beside others is done again alone to get its own.
 std::string TakeVipsError();
+
+// Held while the library is used, by several threads at once.
+class CVipsUse {
+  public:
+    CVipsUse();
+    ~CVipsUse();
+    CVipsUse(const CVipsUse&) = delete;
+    CVipsUse& operator=(const CVipsUse&) = delete;
+};
+// Waits until nobody uses the library, and keeps others from it; the account is empty then.
+class CVipsAlone {
+  public:
+    CVipsAlone();
+    ~CVipsAlone();
+    CVipsAlone(const CVipsAlone&) = delete;
+    CVipsAlone& operator=(const CVipsAlone&) = delete;
+};
 
 // Opens an image file of a known kind, to be decoded from top to bottom; pages count from 1. A
 // `strict` decoder fails where it would else warn and guess. Null on failure.

@@ -83,12 +83,15 @@ std::string StrangenessOf(const VipsImage* image) {
 class CVipsDecoder final : public IDecoder {
   public:
     CVipsDecoder(ENKind kind, int descriptor, const SVipsOptions& options)
-        : opened_(OpenVips(kind, descriptor, options.page, !options.is_lenient)) {
+        : kind_(kind), descriptor_(descriptor), options_(options) {
+        {
+            const CVipsUse use;
+            opened_ = Open();
+        }
         Note();
         if (opened_) return;
-        std::string text = TakeVipsError();
-        if (text.empty()) text = last_note_;
-        Fail(text);
+        const std::string text = ErrorBefore(0);
+        Fail(text.empty() ? last_note_ : text);
     }
 
     bool IsOpen() const { return opened_ != nullptr; }
@@ -108,13 +111,12 @@ class CVipsDecoder final : public IDecoder {
         if (next_ % kStripRows == 0) {
             const VipsRect strip = {0, next_, opened_->Xsize,
                                     std::min(kStripRows, opened_->Ysize - next_)};
-            const bool failed = vips_region_prepare(region_.get(), &strip) != 0;
+            const bool failed = Prepare(region_.get(), strip);
             last_note_.clear();
             Note();
             if (failed) {
                 // The warning before the error tells more than the error itself.
-                const std::string error = TakeVipsError();
-                Fail(last_note_.empty() ? error : last_note_);
+                Fail(last_note_.empty() ? ErrorBefore(next_ + 1) : last_note_);
                 return false;
             }
         }
@@ -130,6 +132,25 @@ class CVipsDecoder final : public IDecoder {
     }
 
   private:
+    TVips<VipsImage> Open() const {
+        return OpenVips(kind_, descriptor_, options_.page, !options_.is_lenient);
+    }
+    static bool Prepare(VipsRegion* region, const VipsRect& strip) {
+        const CVipsUse use;
+        return vips_region_prepare(region, &strip) != 0;
+    }
+    // What is wrong with the file, or with its rows before this one.
+    std::string ErrorBefore(int row) const {
+        const CVipsAlone alone;
+        const TVips<VipsImage> opened = Open();
+        const TVips<VipsRegion> region(opened ? vips_region_new(opened.get()) : nullptr);
+        bool failed = !region;
+        for (int y = 0; !failed && y < row; y += kStripRows) {
+            const VipsRect strip = {0, y, opened->Xsize, std::min(kStripRows, opened->Ysize - y)};
+            failed = vips_region_prepare(region.get(), &strip) != 0;
+        }
+        return TakeVipsError();
+    }
     void Note() {
         for (std::string& text : logged_.TakeNew()) {
             if (text.starts_with(kTileNote)) continue;
@@ -153,6 +174,9 @@ class CVipsDecoder final : public IDecoder {
         return true;
     }
 
+    ENKind kind_;
+    int descriptor_;
+    SVipsOptions options_;
     CVipsWarnings logged_;
     std::string last_note_;
     TVips<VipsImage> opened_;
@@ -265,6 +289,7 @@ bool CVipsDecoder::ConvertSamples(SConversion& conversion) {
 }
 
 bool CVipsDecoder::Convert(SConversion& conversion) {
+    const CVipsAlone alone;
     if (opened_->Type == VIPS_INTERPRETATION_CMYK) {
         if (!HasKnownSamples(opened_.get()) && !ConvertSamples(conversion)) return false;
         return ConvertInks(conversion);
