@@ -1,5 +1,6 @@
 #include "app/cli/CEditSession.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "app/cli/CliError.h"
@@ -239,6 +240,36 @@ std::string CEditSession::Suggestion() const {
     return input.parent_path() / (input.stem().string() + "-" + current_ + ".png");
 }
 
+std::vector<SFileOption> CEditSession::FileOptions(const std::string& file) const {
+    const imagefile::SWriteOptions& coding = options_.coding;
+    const imagefile::SWriteChoices choices = imagefile::ChoicesFor(file);
+    std::vector<SFileOption> options;
+    if (choices.quality) {
+        const std::string quality = coding.quality ? std::to_string(*coding.quality) : "";
+        options.push_back({"quality", {}, 1, 100, quality});
+    }
+    const auto add = [&](const char* name, const std::vector<std::string>& words,
+                         const std::string& set) {
+        const bool takes = std::find(words.begin(), words.end(), set) != words.end();
+        if (!words.empty()) options.push_back({name, words, 0, 0, takes ? set : ""});
+    };
+    add("subsampling", choices.subsampling, coding.subsampling);
+    add("compression", choices.compression, coding.compression);
+    return options;
+}
+
+void CEditSession::SetFileOptions(const std::vector<SFileOption>& options) {
+    if (options.empty()) return;
+    options_.coding = {};
+    for (const SFileOption& option : options) {
+        if (option.name == "subsampling") options_.coding.subsampling = option.value;
+        if (option.name == "compression") options_.coding.compression = option.value;
+        if (option.name == "quality" && !option.value.empty()) {
+            options_.coding.quality = std::stoi(option.value);
+        }
+    }
+}
+
 std::string CEditSession::Check(const std::string& file, bool replace) const {
     return Attempt([&] {
                CheckPictureOutput(file, OutputRules(file, replace, options_.document.input.file),
@@ -272,6 +303,17 @@ std::string CEditSession::CommandLine(const std::string& single, const std::stri
         line = "printf %s " + QuotedForShell(recipe.dump()) +
                " | cmdtexture apply --recipe /dev/stdin " + QuotedFile(document.input.file) +
                " -o " + QuotedFile(output);
+    }
+    if (document.input.page > 0) line += " --page " + std::to_string(document.input.page);
+    if (document.input.convert) line += " --convert";
+    if (document.input.lenient) line += " --lenient";
+    if (document.input.max_pixels != imagefile::kDefaultMaxPixels) {
+        line += " --max-pixels " + std::to_string(document.input.max_pixels);
+    }
+    const std::string& format = options_.coding.format;
+    if (!format.empty()) line += " --format " + QuotedForShell(format);
+    for (const SFileOption& option : FileOptions(format.empty() ? output : "x." + format)) {
+        if (!option.value.empty()) line += " --" + option.name + " " + option.value;
     }
     if (!document.mask.empty()) line += " --mask " + QuotedFile(document.mask);
     if (!document.canvas.empty()) line += " --canvas " + QuotedForShell(document.canvas);

@@ -41,6 +41,8 @@ class CEditSession final : public IEditHost {
     std::vector<std::string> Applied() const override;
     void TakeBack() override;
     std::string Suggestion() const override;
+    std::vector<SFileOption> FileOptions(const std::string& file) const override;
+    void SetFileOptions(const std::vector<SFileOption>& options) override;
     std::string Check(const std::string& file, bool replace) const override;
     SOutcome Make(const std::string& file, bool replace, const SLayerMix& mix,
                   IProgressSink& progress) override;

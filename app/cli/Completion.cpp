@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "app/cli/Options.h"
+#include "app/imagefile/CImageFile.h"
 #include "hostlib/language/Languages.h"
 #include "hostlib/language/Texts.h"
 #include "hostlib/parameters/ColourNames.h"
@@ -15,12 +16,23 @@ namespace completion {
 namespace {
 
 // What an option takes besides what its type name tells.
-const std::map<std::string, std::vector<std::string>> kChoices = {
-    {"--format", {"png", "jpeg", "tiff", "webp"}},
-    {"--as", {"pattern", "texture"}},
-    {"--compression", {"none", "lzw", "deflate", "zstd", "lossy", "lossless"}},
-    {"--subsampling", {"444", "440", "422", "420", "411"}},
-};
+const std::map<std::string, std::vector<std::string>>& Choices() {
+    static const auto choices = [] {
+        std::map<std::string, std::vector<std::string>> made = {
+            {"--format", {"png", "jpeg", "tiff", "webp"}}, {"--as", {"pattern", "texture"}}};
+        for (const std::string& format : made["--format"]) {
+            const imagefile::SWriteChoices of_kind = imagefile::ChoicesFor("x." + format);
+            auto& compression = made["--compression"];
+            compression.insert(compression.end(), of_kind.compression.begin(),
+                               of_kind.compression.end());
+            auto& subsampling = made["--subsampling"];
+            subsampling.insert(subsampling.end(), of_kind.subsampling.begin(),
+                               of_kind.subsampling.end());
+        }
+        return made;
+    }();
+    return choices;
+}
 
 class CCompleter {
   public:
@@ -115,8 +127,8 @@ class CCompleter {
 
     // The values of an option or argument, each with `before` in front of it.
     void Offer(const CLI::Option& option, const std::string& before) {
-        const auto choices = kChoices.find(option.get_name());
-        if (choices != kChoices.end()) {
+        const auto choices = Choices().find(option.get_name());
+        if (choices != Choices().end()) {
             for (const std::string& choice : choices->second) Say(before + choice, "");
             return;
         }

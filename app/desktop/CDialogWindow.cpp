@@ -32,6 +32,7 @@
 #include "app/desktop/CPreviewPane.h"
 #include "app/desktop/CStartWindow.h"
 #include "app/desktop/CViewBar.h"
+#include "app/desktop/FileOptions.h"
 #include "app/desktop/Texts.h"
 #include "app/desktop/Widgets.h"
 #include "app/desktop/WindowSettings.h"
@@ -528,6 +529,9 @@ bool CDialogWindow::WriteResult(bool ask) {
         if (ask || output_.isEmpty()) {
             const QString file = AskOutputFile();
             if (file.isEmpty()) break;
+            std::vector<SFileOption> options = options_.host->FileOptions(file.toStdString());
+            if (!AskFileOptions(this, options)) break;
+            options_.host->SetFileOptions(options);
             output_ = file;
             replaces_ = true;  // the question covered a file that exists
         }
@@ -626,7 +630,8 @@ bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
     }
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     const bool shortcut = event->type() == QEvent::ShortcutOverride;
-    if ((!key && !shortcut) || !isActiveWindow()) return QDialog::eventFilter(watched, event);
+    const bool elsewhere = !isActiveWindow() || QApplication::activePopupWidget();  // a menu's
+    if ((!key && !shortcut) || elsewhere) return QDialog::eventFilter(watched, event);
     const auto* pressed = static_cast<QKeyEvent*>(event);
     if (shortcut) {
         const auto combined = pressed->keyCombination();

@@ -51,6 +51,7 @@ class CDesktop final : public IDesktop {
         if (!qApp) {
             application_ = std::make_unique<QApplication>(argument_count_, arguments_);
         }
+        QGuiApplication::setDesktopFileName("org.cmdtexture.CmdTexture");
         modifiers_ = std::make_unique<CModifierWatch>(*qApp);
         QApplication::setApplicationDisplayName(Text(EText::Application));
         const QString code = QString::fromStdString(options.language).toLower();
@@ -72,9 +73,10 @@ class CDesktop final : public IDesktop {
     }
 
   private:
-    // Cancels what waits for the user, the innermost dialog first.
+    // Cancels what waits for the user, the innermost menu or dialog first.
     void CheckInterruption() {
-        QWidget* waiting = QApplication::activeModalWidget();
+        QWidget* waiting = QApplication::activePopupWidget();
+        if (!waiting) waiting = QApplication::activeModalWidget();
         if (waiting && options_.interrupted()) waiting->close();
     }
 

@@ -24,6 +24,14 @@ struct SEffectEntry {
     std::string name, description;  // in the user's language
 };
 
+// How a file can be written: an option of the command line, such as "quality".
+struct SFileOption {
+    std::string name;
+    std::vector<std::string> values;  // empty: numbers
+    int minimum = 0, maximum = 0;     // of those
+    std::string value;                // empty: as the picture's own file, where that tells
+};
+
 // What the windows ask of the program that opened them: pictures, effects and results. Where
 // nothing else is said, all is called on the windows' thread, and errors are texts for the user;
 // an empty one is none.
@@ -52,6 +60,10 @@ struct IEditHost {
 
     // A name to begin with when the user is asked for one.
     virtual std::string Suggestion() const = 0;
+    // How the kind of a file can be written, as it is set now; none for a kind that is not known.
+    virtual std::vector<SFileOption> FileOptions(const std::string& file) const = 0;
+    // How files are written from now on; none leaves that as it is.
+    virtual void SetFileOptions(const std::vector<SFileOption>& options) = 0;
     // Why a result cannot go to a file. `replace`: instead of one that exists.
     virtual std::string Check(const std::string& file, bool replace) const = 0;
     // Makes the result and writes it whole or not at all. Called on a thread of its own; values and

@@ -94,6 +94,11 @@ enum class EText {
     Average,
     EffectsTip,
     OpacityLabel,
+    FileOptions,
+    AsPictureFile,
+    Quality,
+    Subsampling,
+    Compression,
 };
 QString Text(EText id);
 

@@ -74,6 +74,14 @@ struct SWriteOptions {
         compression;  // PNG: 0 to 9; TIFF: none, lzw, deflate or zstd; WebP: lossy, lossless
 };
 
+// Which of the options a kind of file takes, and the words for them: none of a kind that is not
+// known. Only the extension of `file` counts.
+struct SWriteChoices {
+    bool quality = false;
+    std::vector<std::string> subsampling, compression;
+};
+SWriteChoices ChoicesFor(const std::filesystem::path& file);
+
 // Refuses what WriteImage would refuse before it begins to encode: to be asked before an effect
 // spends its time. Without a size, sides are not judged.
 void CheckOutput(const std::filesystem::path& file, const SOutputRules& rules, CSize size = {},

@@ -202,6 +202,49 @@ check "an effect is chosen, and another one put on its result" && rm -f result.p
     "$program" apply --recipe two.json photo.png -o expected.png --overwrite --quiet
     cmp -s result.png expected.png || fail "the result is not that of both"
 }
+at() { # RIGHT BOTTOM: clicks so far from the corner of the window
+    local WINDOW X Y WIDTH HEIGHT SCREEN
+    eval "$(xdotool getwindowgeometry --shell "$(window | head -1)")"
+    xdotool mousemove --window "$WINDOW" $((WIDTH - $1)) $((HEIGHT - $2)) click 1
+    sleep 0.3
+}
+check "save as asks how the file is written" && open Blinds && {
+    rm -f saved.jpg
+    keys ctrl+a; typed 77; keys ctrl+shift+s; sleep 1
+    keys ctrl+a; typed "$PWD/saved.jpg"; keys Return; sleep 1
+    typed 60; keys Tab Down Down; shot file-options; keys Return; sleep 2
+    line=$(copied)
+    [[ $line == *"--quality 60 --subsampling 440"* ]] || fail "the command line does not tell how: $line"
+    PATH=$(dirname "$program"):$PATH bash -c "${line/saved.jpg/pasted.jpg}"
+    cmp -s saved.jpg pasted.jpg || fail "the file is another one"
+    leave
+}
+check "an effect is mixed, applied and taken back" && open Blinds && {
+    at 288 110; keys ctrl+a; typed 50; keys Tab Down; mixed=$(copied)
+    [[ $mixed == *'"opacity":0.5,"blend":"multiply"'* ]] || fail "not mixed: $mixed"
+    keys ctrl+Return; sleep 3; applied=$(copied); shot mixed
+    [[ $applied == *'[{"effect":"Blinds",'*'},{"effect":"Blinds",'* ]] || fail "not applied: $applied"
+    keys ctrl+h Down Return; sleep 2; shot taken-back
+    [[ $(copied) == *'},{"effect"'* ]] && fail "not taken back: $(copied)"
+    leave
+}
+check "keys turn a dial" && open Sandstone && {
+    for _ in $(seq 20); do keys Tab Right; line=$(copied); [[ $line == *Angle=* ]] && break; done
+    [[ $line == *Angle=46* ]] || fail "no key turned it: $line"
+    leave
+}
+check "full screen, and the place comes back" && open Blinds && {
+    geometry() { xdotool getwindowgeometry "$(window | head -1)" | tail -2; }
+    keys F11; sleep 1; [[ $(geometry) == *1600x1000 ]] || fail "F11 gives $(geometry)"
+    keys F11; sleep 1; xdotool windowsize "$(window | head -1)" 1100 700; sleep 1
+    place=$(geometry); keys Escape; wait_for 20 ended; edit Blinds photo.png -o result.png
+    [ "$place" = "$(geometry)" ] || fail "it was at $place and comes back at $(geometry)"
+    leave
+}
+check "a signal ends it while a menu is open" && open Blinds && {
+    keys alt+p; sleep 0.5; shot menu; kill -TERM "$edit"
+    wait_for 10 ended || { fail "it is still there"; kill -KILL "$edit"; }
+}
 check "what is copied makes what OK writes" && for effect in $("$program" list | awk '{print $1}'); do
     open "$effect" || continue
     keys ctrl+r; sleep 0.5

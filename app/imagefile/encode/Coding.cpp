@@ -25,12 +25,18 @@ constexpr STiffName kTiffNames[] = {{"none", ENTiffCompression::None},
                                     {"deflate", ENTiffCompression::Deflate},
                                     {"zstd", ENTiffCompression::Zstd}};
 
+constexpr std::string_view kWebpNames[] = {"lossy", "lossless"};
+
 struct SSubsampling {
     std::string_view name;
     int horizontal, vertical;
 };
 constexpr SSubsampling kSubsamplings[] = {
     {"444", 1, 1}, {"440", 1, 2}, {"422", 2, 1}, {"420", 2, 2}, {"411", 4, 1}};
+
+constexpr int kMostPngLevel = 9;
+
+bool HasQuality(ENKind kind) { return kind == ENKind::Jpeg || kind == ENKind::Webp; }
 
 class CChooser {
   public:
@@ -40,8 +46,7 @@ class CChooser {
 
     SChosenCoding Choose() const {
         SChosenCoding chosen;
-        const bool has_quality = kind_.kind == ENKind::Jpeg || kind_.kind == ENKind::Webp;
-        if (options_.quality && !has_quality)
+        if (options_.quality && !HasQuality(kind_.kind))
             Refuse(Tr("{} takes no quality", kind_.name), Tr("JPEG and WebP do"));
         if (!options_.subsampling.empty() && kind_.kind != ENKind::Jpeg) {
             Refuse(Tr("{} takes no subsampling", kind_.name), Tr("JPEG does"));
@@ -80,7 +85,7 @@ class CChooser {
     int PngLevel() const {
         const std::string& wanted = options_.compression;
         if (wanted.empty()) return kFastDeflate;
-        if (wanted.size() != 1 || wanted[0] < '0' || wanted[0] > '9') {
+        if (wanted.size() != 1 || wanted[0] < '0' || wanted[0] > '0' + kMostPngLevel) {
             RefuseCompression(Tr("one of 0 (none) to 9 (smallest, slowest)"));
         }
         return wanted[0] - '0';
@@ -164,7 +169,9 @@ class CChooser {
     // What has lost already is not made many times larger.
     std::optional<int> WebpQuality() const {
         const std::string& wanted = options_.compression;
-        if (!wanted.empty() && wanted != "lossy" && wanted != "lossless") {
+        const bool known =
+            std::find(std::begin(kWebpNames), std::end(kWebpNames), wanted) != std::end(kWebpNames);
+        if (!wanted.empty() && !known) {
             RefuseCompression(Tr("one of lossy and lossless"));
         }
         if (wanted == "lossless") {
@@ -188,7 +195,29 @@ class CChooser {
     const SMetadata* metadata_;
 };
 
+std::vector<std::string> Compressions(ENKind kind) {
+    std::vector<std::string> names;
+    if (kind == ENKind::Webp) names.assign(std::begin(kWebpNames), std::end(kWebpNames));
+    for (const STiffName& each : kTiffNames) {
+        if (kind == ENKind::Tiff) names.emplace_back(each.name);
+    }
+    for (int level = 0; kind == ENKind::Png && level <= kMostPngLevel; ++level) {
+        names.push_back(std::to_string(level));
+    }
+    return names;
+}
+
 }  // namespace
+
+SWriteChoices ChoicesFor(const std::filesystem::path& file) {
+    const SKind* kind = KindByExtension(file);
+    if (!kind) return {};
+    SWriteChoices choices{HasQuality(kind->kind), {}, Compressions(kind->kind)};
+    for (const SSubsampling& each : kSubsamplings) {
+        if (kind->kind == ENKind::Jpeg) choices.subsampling.emplace_back(each.name);
+    }
+    return choices;
+}
 
 SChosenCoding ChooseCoding(const std::filesystem::path& file, const SKind& kind,
                            const SWriteOptions& options, const SMetadata* metadata) {
