@@ -79,6 +79,7 @@ void CEditSession::ReadHeader() {
 void CEditSession::BeginReading() {
     loader_.reset();
     picture_.Destroy();
+    for (auto& [name, job] : jobs_) job.SetPicture({});  // that of another file
     applied_.clear();
     loader_.emplace(options_.document, reading_);
 }
