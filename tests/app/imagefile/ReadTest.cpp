@@ -1,4 +1,5 @@
 #include <cmath>
+#include <thread>
 
 #include "Files.h"
 
@@ -7,6 +8,7 @@ namespace {
 using files::Big;
 using files::Content;
 using files::Folder;
+using files::Little;
 using files::ReadFault;
 using files::SetContent;
 using imagefile::ReadImage;
@@ -58,6 +60,23 @@ TEST(Read, WrongChecksumsAreFoundEveryTime) {
     }
     SetContent(file, PngHeader(4, 4, "\0\0\0\3tEXta\0b----"));
     EXPECT_THAT(ReadFault(file), StartsWith("unreadable: "));
+}
+
+// Pictures that fail at once do not get each other's reasons.
+TEST(Read, EveryFailureHasItsOwnReason) {
+    const Folder folder;
+    const auto unknown = folder / "unknown.tif", cut = folder / "cut.tif";
+    std::string bytes = files::Tiff(4, 8, 1, 1, "abcd");
+    SetContent(cut, bytes.substr(0, bytes.size() - 20));
+    bytes.replace(bytes.find(Little(259, 2) + Little(3, 2)) + 8, 2, Little(34712, 2));
+    SetContent(unknown, bytes);
+    std::vector<std::thread> threads;
+    for (const auto& file : {unknown, cut, unknown, cut}) {
+        threads.emplace_back([&, file, alone = ReadFault(file)] {
+            for (int i = 0; i < 100; ++i) EXPECT_EQ(ReadFault(file), alone);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
 }
 
 // What is there comes, what is missing is black, and a warning says so.
