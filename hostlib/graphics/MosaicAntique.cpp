@@ -26,7 +26,7 @@ constexpr float kGrain = 0.035F;
 // Light on the worn edges, in shares of the stone's brightness and of white, and their width in
 // shares of a cell.
 constexpr float kEdgeLight = 0.62F;
-constexpr float kEdgeWhite = 0.24F;
+constexpr float kEdgeWhite = 0.18F;
 constexpr double kEdgeWidth = 0.15;
 // A joint's brightness, in shares of the stone's beside it.
 constexpr float kJoint = 0.33F;
