@@ -644,12 +644,13 @@ bool CDialogWindow::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     const QWidget* focus = QApplication::focusWidget();
+    const bool enter = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
+    if (enter && watched == this) return true;  // a field has had it: it is not OK's
     // Other texts than numbers are typed into the bars; what is typed there is theirs.
     const auto* text = qobject_cast<const QLineEdit*>(focus);
     if (text && !qobject_cast<const QAbstractSpinBox*>(text->parentWidget())) {
         return QDialog::eventFilter(watched, event);
     }
-    const bool enter = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
     if (enter && !qobject_cast<const QAbstractItemView*>(focus) &&
         pressed->modifiers().testFlag(Qt::ControlModifier) == false) {
         ReturnKey(*pressed);

@@ -85,7 +85,9 @@ CViewBar::CViewBar(CPreviewPane& pane, QWidget* parent)
     layout->addStretch(1);
     optional_.insert(optional_.end(), {one_to_one, fit});
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    connect(scale_, &QLineEdit::returnPressed, this, [this] { TakeScale(); });
+    // Not before the key is done with: as the preview's it would be OK's.
+    connect(
+        scale_, &QLineEdit::returnPressed, this, [this] { TakeScale(); }, Qt::QueuedConnection);
     connect(scale_, &QLineEdit::editingFinished, this, [this] { ShowScale(); });
     pane_.on_scale = [this] { ShowScale(); };
 }

@@ -241,6 +241,12 @@ check "full screen, and the place comes back" && open Blinds && {
     [ "$place" = "$(geometry)" ] || fail "it was at $place and comes back at $(geometry)"
     leave
 }
+check "Return in the scale sets it and nothing else" && open Blinds && {
+    xdotool mousemove --window "$(window | head -1)" 175 14 click --repeat 2 1
+    keys ctrl+a; typed 50; keys Return; sleep 0.5; shot scale
+    [ -e result.png ] && fail "a result was written"
+    leave
+}
 check "a signal ends it while a menu is open" && open Blinds && {
     keys alt+p; sleep 0.5; shot menu; kill -TERM "$edit"
     wait_for 10 ended || { fail "it is still there"; kill -KILL "$edit"; }
