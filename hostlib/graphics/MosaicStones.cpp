@@ -25,7 +25,8 @@ CMosaicStones::CMosaicStones(CSize size, const SMosaicGrid& grid, double diffusi
     : size_(size), columns_(grid.columns), rows_(grid.rows) {
     const auto displaced = [&](int at, int count, int length) {
         const double by = (random.Next() / 16383.5 - 1) * kFarthestByChance * diffusion;
-        if (at == 0 || at == count) return static_cast<double>(at * length / count);
+        if (at == 0) return 0.0;
+        if (at == count) return static_cast<double>(length);
         return (at + by) * length / count + kHalfPixel;
     };
     points_.reserve(Index(columns_ + 1, rows_, columns_ + 1));
