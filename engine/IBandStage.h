@@ -21,7 +21,7 @@ struct SBand {
 // each other from the work rectangle's top on; each is made with the row below it.
 inline int BandRows(int width, CNPixelFormat format) {
     constexpr std::int64_t kCacheBytes = 512 << 10;
-    const std::int64_t row = std::int64_t{width} * format.PixelBytes();
+    const std::int64_t row = std::max<std::int64_t>(std::int64_t{width} * format.PixelBytes(), 1);
     return static_cast<int>(std::clamp<std::int64_t>(kCacheBytes / row, 4, 32));
 }
 

@@ -44,7 +44,7 @@ std::filesystem::path PresetFile(const std::string& effect, const std::string& p
     // A folder that happens to have a preset's name does not hide it.
     if (std::filesystem::is_regular_file(preset, none)) return preset;
     if (const auto found = presets::Find(effect, preset)) return found->file;
-    const std::filesystem::path file(preset);
+    std::filesystem::path file(preset);
     if (file.has_parent_path() || file.extension() == ".json") return file;
     throw CJobError(EJobFault::Preset, Tr("there is no preset \"{}\" of {}", preset, effect),
                     presets::Hint(preset, presets::List(effect)));

@@ -70,7 +70,8 @@ void CMosaicStones::Follow(const CPictureEdges& edges, double share) {
             for (int step = 0; step < kSteps; ++step) {
                 to = Held(column, row, edges.Pulled(to, reach));
             }
-            for (double part = share; part > share / 8; part /= 2) {
+            for (int halvings = 0; halvings < 3; ++halvings) {
+                const double part = std::ldexp(share, -halvings);
                 point = {from.x + part * (to.x - from.x), from.y + part * (to.y - from.y)};
                 if (IsSound(column - 1, row - 1) && IsSound(column, row - 1) &&
                     IsSound(column - 1, row) && IsSound(column, row)) {

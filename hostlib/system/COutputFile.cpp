@@ -163,7 +163,7 @@ bool COutputFile::CreateUnnamed(mode_t mode) {
 bool COutputFile::LockNamed() {
     struct stat held = {}, named = {};
     std::ignore = flock(data_.Get(), LOCK_EX | LOCK_NB);
-    return fstat(data_.Get(), &held) == 0 &&
+    return temporary_ && fstat(data_.Get(), &held) == 0 &&
            fstatat(folder_.Get(), temporary_, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
            IsSameFile(held, named);
 }

@@ -17,7 +17,7 @@ std::multiset<std::string> Placeholders(const std::string& text) {
         const std::size_t close = text.find('}', open);
         if (close == std::string::npos) break;
         std::string inside = text.substr(open + 1, close - open - 1);
-        if (inside.empty() || inside[0] == ':') inside = std::to_string(next++) + inside;
+        if (inside.empty() || inside[0] == ':') inside.insert(0, std::to_string(next++));
         found.insert(inside);
     }
     return found;

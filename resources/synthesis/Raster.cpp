@@ -46,7 +46,7 @@ Raster EvenOut(const Raster& picture, int radius) {
     const auto channels = static_cast<std::size_t>(picture.channels);
     std::vector<double> mean(channels);
     for (std::size_t i = 0; i < light.values.size(); ++i) mean[i % channels] += light.values[i];
-    const double pixels = static_cast<double>(light.values.size() / channels);
+    const double pixels = static_cast<double>(light.values.size()) / static_cast<double>(channels);
     Raster even = picture;
     for (std::size_t i = 0; i < even.values.size(); ++i) {
         even.values[i] += static_cast<float>(mean[i % channels] / pixels) - light.values[i];

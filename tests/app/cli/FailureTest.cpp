@@ -26,7 +26,7 @@ TEST(Failure, HasAStatusAMessageAndLeavesNothing) {
     program.WriteText("deep.json", std::string(60000, '[') + std::string(60000, ']'));
     program.WriteText("twice.json", "{\"Width\": 5, \"Width\": 6}");
     program.WriteText("more.json", "{\"Width\": 5} {}");
-    program.WriteText("null.json", std::string("{\"Width\": 5}\0x", 15));
+    program.WriteText("null.json", std::string("{\"Width\": 5}\0x", 14));
     program.WriteText("foreign.json", "{\"Width\": 5, \"Angle\": 7}");
     const std::string out = program.Path("out.png");
     const std::vector<std::string> before = program.Files();

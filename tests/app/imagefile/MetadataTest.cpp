@@ -10,8 +10,6 @@
 namespace {
 
 using files::Big;
-using files::Folder;
-using testing::HasSubstr;
 
 imagefile::CBytes Bytes(const std::string& text) { return {text.begin(), text.end()}; }
 
