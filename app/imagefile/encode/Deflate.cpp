@@ -14,26 +14,10 @@ namespace {
 // What is compressed never grows by more than this: a deflate stream may store its input.
 std::size_t Bound(std::size_t bytes) { return bytes + bytes / 1000 + 1024; }
 
-std::size_t ByIsal(std::span<const std::uint8_t> bytes, int level, bool is_last,
-                   std::span<std::uint8_t> out) {
-    static thread_local std::vector<std::uint8_t> workspace(ISAL_DEF_LVL1_DEFAULT);
-    isal_zstream stream;
-    isal_deflate_stateless_init(&stream);
-    stream.level = static_cast<std::uint32_t>(level);
-    stream.level_buf = workspace.data();
-    stream.level_buf_size = static_cast<std::uint32_t>(workspace.size());
-    stream.flush = is_last ? NO_FLUSH : FULL_FLUSH;
-    stream.end_of_stream = is_last;
-    stream.next_in = const_cast<std::uint8_t*>(bytes.data());
-    stream.avail_in = static_cast<std::uint32_t>(bytes.size());
-    stream.next_out = out.data();
-    stream.avail_out = static_cast<std::uint32_t>(out.size());
-    if (isal_deflate_stateless(&stream) != COMP_OK) throw std::runtime_error("deflate fails");
-    return stream.total_out;
-}
-
-std::size_t ByZlib(std::span<const std::uint8_t> bytes, int level, bool is_last,
-                   std::span<std::uint8_t> out) {
+// Not by the library that makes the checksums: what its fast levels write depends, once in some
+// hundred pictures, on where in memory its state lies, and the same picture is to be the same file.
+std::size_t Deflate(std::span<const std::uint8_t> bytes, int level, bool is_last,
+                    std::span<std::uint8_t> out) {
     z_stream stream = {};
     constexpr int kRawWindow = -15, kMemory = 9;
     if (deflateInit2(&stream, level, Z_DEFLATED, kRawWindow, kMemory, Z_DEFAULT_STRATEGY) != Z_OK) {
@@ -56,10 +40,7 @@ void AppendDeflated(std::span<const std::uint8_t> bytes, int level, bool is_last
                     std::vector<std::uint8_t>& out) {
     const std::size_t before = out.size();
     out.resize(before + Bound(bytes.size()));
-    const bool is_fast = level == kFastDeflate;
-    const std::size_t length =
-        (is_fast ? ByIsal : ByZlib)(bytes, level, is_last, std::span(out).subspan(before));
-    out.resize(before + length);
+    out.resize(before + Deflate(bytes, level, is_last, std::span(out).subspan(before)));
 }
 
 void AppendZlibStream(std::span<const std::uint8_t> bytes, int level,

@@ -6,8 +6,8 @@
 
 namespace imagefile {
 
-// Fast compression in the deflate format (RFC 1951), and what surrounds it. Levels are 0 (stored)
-// to 9; 1 is by ISA-L, the others are by zlib. May be used by several threads at once.
+// Compression in the deflate format (RFC 1951), and what surrounds it. Levels are 0 (stored) to 9.
+// The same bytes always give the same stream. May be used by several threads at once.
 
 inline constexpr int kFastDeflate = 1;
 
