@@ -1,10 +1,12 @@
 #include "app/imagefile/encode/EncoderOutput.h"
 
-#include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 #include <tbb/task_group.h>
 
 #include <algorithm>
+#include <atomic>
+
+#include "hostlib/graphics/ParallelRows.h"
 
 namespace imagefile {
 
@@ -21,18 +23,26 @@ void MakeInOrder(int count, const std::function<void(int, CPiece&)>& make,
     const int size = kPiecesAThread * tbb::this_task_arena::max_concurrency();
     const auto make_batch = [&](int first, std::vector<CPiece>& pieces) {
         pieces.resize(static_cast<std::size_t>(std::min(size, count - first)));
-        tbb::parallel_for(0, static_cast<int>(pieces.size()), [&](int i) {
-            CPiece& piece = pieces[static_cast<std::size_t>(i)];
-            piece.clear();  // its memory serves again
-            make(first + i, piece);
-        });
+        HostRowWorkers().ForEachBlock(static_cast<int>(pieces.size()), 1,
+                                      [&](int i, int /*last*/, int /*slot*/) {
+                                          CPiece& piece = pieces[static_cast<std::size_t>(i)];
+                                          piece.clear();  // its memory serves again
+                                          make(first + i, piece);
+                                      });
     };
     tbb::this_task_arena::isolate([&] {
         std::vector<CPiece> made, next;
+        std::atomic<int> handed = 0, returned = 0;  // what a task is made of, and what it made
         make_batch(0, made);
         for (int first = 0; first < count; first += size) {
             tbb::task_group group;
-            if (first + size < count) group.run([&] { make_batch(first + size, next); });
+            if (first + size < count) {
+                handed = first + size;
+                group.run([&] {
+                    make_batch(handed, next);
+                    returned = handed.load();
+                });
+            }
             try {
                 for (std::size_t i = 0; i < made.size(); ++i) {
                     take(first + static_cast<int>(i), made[i]);
@@ -43,7 +53,7 @@ void MakeInOrder(int count, const std::function<void(int, CPiece&)>& make,
                 throw;
             }
             group.wait();
-            std::swap(made, next);
+            if (returned == first + size) std::swap(made, next);
         }
     });
 }
