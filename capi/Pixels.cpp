@@ -47,7 +47,8 @@ void CopyRows(const cmdtexture_image& shape, const std::uint8_t* from, std::ptrd
     const CNPixelFormat format = swaps ? FormatOf(shape) : CNPixelFormat(ENPixelFormat::Grey8);
     const int pixels = swaps ? shape.width : static_cast<int>(bytes);
     const bool streams = bytes * static_cast<std::size_t>(shape.height) >= kBeyondCaches;
-    const tbb::blocked_range<int> rows(0, shape.height, 1 + kBlockBytes / bytes);
+    const tbb::blocked_range<int> rows(0, shape.height,
+                                       1 + kBlockBytes / std::max<std::size_t>(bytes, 1));
     tbb::parallel_for(rows, [&](const tbb::blocked_range<int>& range) {
         for (int y = range.begin(); y < range.end(); ++y) {
             SwapColours(from + from_stride * y, to + to_stride * y, pixels, format, streams);

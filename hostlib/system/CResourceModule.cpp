@@ -50,9 +50,8 @@ std::unique_ptr<CResourceModule> CResourceModule::Read(const std::filesystem::pa
         throw fail(Tr("the language file is damaged"));
     }
     try {
-        if (const int format = root.at("format"); format != kFormat) {
-            throw fail(
-                Tr("the language file is of format {}, not {}", std::to_string(format), kFormat));
+        if (const json& format = root.at("format"); format != kFormat) {
+            throw fail(Tr("the language file is of format {}, not {}", format.dump(), kFormat));
         }
         const std::string language = root.at("language"), folder = file.parent_path().filename();
         if (language != folder) {

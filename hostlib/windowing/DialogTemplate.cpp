@@ -2,6 +2,7 @@
 
 #include <map>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
 #include "host/core/CErrorAutoThrow.h"
 #include "hostlib/windowing/SDialogState.h"
@@ -23,10 +24,16 @@ EControlKind KindOf(const std::string& name) {
     return kinds.at(name);
 }
 
+// A number beyond those of an int, which the JSON library would convert all the same, is no id.
+int IdOf(const json& number) {
+    if (!number.is_number_integer()) throw std::invalid_argument("an id is a whole number");
+    return number.get<int>();
+}
+
 STemplateRow ParseRow(const json& data) {
-    STemplateRow row{TextOf(data, "label"), data.value("labelId", 0), {}};
+    STemplateRow row{TextOf(data, "label"), IdOf(data.value("labelId", json(0))), {}};
     for (const json& control : data.at("controls")) {
-        row.controls.push_back({control.at("id").get<int>(),
+        row.controls.push_back({IdOf(control.at("id")),
                                 KindOf(control.at("kind").get<std::string>()),
                                 TextOf(control, "text")});
     }
