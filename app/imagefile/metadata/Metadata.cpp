@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -60,10 +61,12 @@ void ReplaceTiffValues(SMetadata& metadata) {
 
 std::string SegmentName(const SSegment& segment) {
     std::string name = Tr("the segment APP{}", segment.marker - 0xe0);
-    const auto end = std::find_if(segment.data.begin(), segment.data.end(),
+    constexpr std::size_t kLongest = 32;
+    const auto start = std::span(segment.data).first(std::min(segment.data.size(), kLongest));
+    const auto end = std::find_if(start.begin(), start.end(),
                                   [](std::uint8_t c) { return c < 0x21 || c > 0x7e; });
-    const std::string mark(segment.data.begin(), std::min(end, segment.data.begin() + 32));
-    if (segment.data.size() >= mark.size() && mark.size() > 2) name += " (" + mark + ")";
+    const std::string mark(start.begin(), end);
+    if (mark.size() > 2) name += " (" + mark + ")";
     return name;
 }
 
