@@ -1,12 +1,11 @@
 #include "hostlib/graphics/ParallelRows.h"
 
-#include <tbb/task_arena.h>
-#include <tbb/task_group.h>
-
 #include <algorithm>
 #include <atomic>
 #include <exception>
 #include <mutex>
+
+#include "hostlib/system/AllCores.h"
 
 namespace {
 
@@ -15,9 +14,7 @@ namespace {
 class CBlockQueue {
   public:
     CBlockQueue(int rows, int block, const IRowWorkers::Work& work)
-        : rows_(rows), block_(block), count_((rows - 1) / block + 1), work_(work) {
-        stop_ = false;  // a store that Drain's load pairs with: the work's data is ready
-    }
+        : rows_(rows), block_(block), count_((rows - 1) / block + 1), work_(work) {}
 
     int Count() const { return count_; }
     int Done() const { return done_; }
@@ -64,34 +61,28 @@ class CBlockQueue {
     const IRowWorkers::Work& work_;
     std::atomic<int> next_{0};
     std::atomic<int> done_{0};
-    std::atomic<bool> stop_;
+    std::atomic<bool> stop_{false};
     std::atomic<bool> cancelled_{false};
     std::mutex mutex_;
     std::exception_ptr error_;
 };
 
 // The calling thread takes blocks like every other one and is never waited for, so the work gets
-// done even when no worker is free. Isolation keeps it from picking up foreign tasks while it waits
-// for the last blocks of the others.
-void RunOnAllCores(CBlockQueue& queue, CStatusControl* status) {
-    tbb::this_task_arena::isolate([&] {
-        tbb::task_group helpers;
-        const int wanted = std::min(tbb::this_task_arena::max_concurrency(), queue.Count()) - 1;
-        for (int i = 0; i < wanted; ++i) {
-            helpers.run([&queue, i] { queue.Drain(i + 1, [](int) { return false; }); });
-        }
-        queue.Drain(0, [&](int done) { return status && status->SetProgress(done) != 0; });
-        helpers.wait();
+// done even when no worker is free.
+void Drain(CBlockQueue& queue, CStatusControl* status) {
+    OnAllCores(std::min(CoreCount(), queue.Count()), [&](int slot) {
+        queue.Drain(
+            slot, [&](int done) { return slot == 0 && status && status->SetProgress(done) != 0; });
     });
 }
 
 class CHostRowWorkers : public IRowWorkers {
   public:
-    int Threads() const override { return tbb::this_task_arena::max_concurrency(); }
+    int Threads() const override { return CoreCount(); }
     void ForEachBlock(int rows, int block, const Work& work) override {
         if (rows < 1) return;
         CBlockQueue queue(rows, std::clamp(block, 1, rows), work);
-        RunOnAllCores(queue, nullptr);
+        Drain(queue, nullptr);
         queue.Rethrow();
     }
 };
@@ -111,7 +102,7 @@ CErrorAutoThrow ForEachRowBlock(CStatusControl* status, int rows, int block,
         const IRowWorkers::Work block_work = slotless;
         CBlockQueue queue(rows, std::clamp(block, 1, rows), block_work);
         if (status) status->SetProgressRange(rows);
-        RunOnAllCores(queue, status);
+        Drain(queue, status);
         queue.Rethrow();
         const bool cancelled = queue.Cancelled() || (status && status->SetProgress(rows) != 0);
         return cancelled ? TolmErrorCode::Cancelled : TolmErrorCode::Success;
