@@ -1,7 +1,5 @@
 #include "app/imagefile/encode/Deflate.h"
 
-#include <isa-l/crc.h>
-#include <isa-l/igzip_lib.h>
 #include <zlib.h>
 
 #include <new>
@@ -14,8 +12,8 @@ namespace {
 // What is compressed never grows by more than this: a deflate stream may store its input.
 std::size_t Bound(std::size_t bytes) { return bytes + bytes / 1000 + 1024; }
 
-// Not by the library that makes the checksums: what its fast levels write depends, once in some
-// hundred pictures, on where in memory its state lies, and the same picture is to be the same file.
+// By zlib, although others are faster: the fast levels of ISA-L write, once in some hundred pictures,
+// what depends on where in memory their state lies, and the same picture is to be the same file.
 std::size_t Deflate(std::span<const std::uint8_t> bytes, int level, bool is_last,
                     std::span<std::uint8_t> out) {
     z_stream stream = {};
@@ -54,7 +52,7 @@ void AppendZlibStream(std::span<const std::uint8_t> bytes, int level,
 }
 
 std::uint32_t Adler32(std::span<const std::uint8_t> bytes) {
-    return isal_adler32(1, bytes.data(), bytes.size());
+    return static_cast<std::uint32_t>(adler32_z(1, bytes.data(), bytes.size()));
 }
 
 std::uint32_t JoinAdler32(std::uint32_t first, std::uint32_t second, std::size_t length) {
@@ -62,7 +60,7 @@ std::uint32_t JoinAdler32(std::uint32_t first, std::uint32_t second, std::size_t
 }
 
 std::uint32_t Crc32(std::span<const std::uint8_t> bytes) {
-    return crc32_gzip_refl(0, bytes.data(), bytes.size());
+    return static_cast<std::uint32_t>(crc32_z(0, bytes.data(), bytes.size()));
 }
 
 }  // namespace imagefile
