@@ -214,7 +214,9 @@ TEST(Module, CanBeUnloaded) {
         run_every_effect();
         std::ifstream maps("/proc/self/maps");
         for (std::string line; std::getline(maps, line);) {
-            ASSERT_EQ(line.find("CmdTexture.so"), std::string::npos) << "in cycle " << cycle;
+            // Its code: a sanitizer reads files of which it names lines, and keeps them mapped.
+            const bool is_code = line.find("r-xp") != std::string::npos;
+            ASSERT_FALSE(is_code && line.ends_with("CmdTexture.so")) << cycle << ": " << line;
         }
         ASSERT_THAT(logon.EventFiles(), testing::IsEmpty());
     }
