@@ -54,7 +54,10 @@ for _ in $(seq 600); do
     kill -0 $window || { cat window.txt && exit 1; }
     sleep 0.1
 done
-xdotool windowactivate "$(head -n 1 found)"
+for _ in $(seq 100); do  # until the window manager is there as well
+    xdotool windowactivate "$(head -n 1 found)" 2>/dev/null && break
+    sleep 0.1
+done
 sleep 3
 xdotool key Return
 for _ in $(seq 600); do

@@ -19,7 +19,7 @@ appstreamcli validate --no-net "$folder"/desktop/usr/share/metainfo/*.xml
 
 say "a bare Debian 12"
 if [ ! -f "$folder/bare.tar" ]; then
-    mmdebstrap --quiet --variant=minbase bookworm "$folder/bare.tar.part"
+    mmdebstrap --quiet --variant=minbase --format=tar bookworm "$folder/bare.tar.part"
     mv "$folder/bare.tar.part" "$folder/bare.tar"
 fi
 mkdir "$root"
