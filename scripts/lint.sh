@@ -1,15 +1,20 @@
 #!/bin/bash
-# Checks the format of every source file and lints the given ones (all without arguments). Needs
-# clang-format and clang-tidy 14 and a configured release build; what that does not build is left out.
+# lint.sh [--since COMMIT | FILE...]: checks the format of every source file and lints the given
+# ones, those changed since a commit, or all. Needs clang-format and clang-tidy 14 and a configured
+# release build; what that does not build is left out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
-if [ $# -eq 0 ]; then
-    mapfile -t files < <(git ls-files '*.cpp' | grep -v '^fuzz/\|/OpenCv')
+if [ "${1:-}" = --since ]; then
+    list() { git diff --name-only --diff-filter=d "$1" -- '*.cpp'; }
+elif [ $# -gt 0 ]; then
+    list() { printf '%s\n' "$@"; }
 else
-    files=("$@")
+    list() { git ls-files '*.cpp'; }
 fi
+[ "${1:-}" != --since ] || shift
 # The linter's compiler does not know all of the compiler's options.
 mkdir -p build/lint
 sed 's/ -fno-gnu-unique//g' build/release/compile_commands.json >build/lint/compile_commands.json
-printf '%s\0' "${files[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/lint --quiet
+list "$@" | sed '/^fuzz\//d; /\/OpenCv/d' |
+    xargs -r -n 4 -P "$(nproc)" clang-tidy -p build/lint --quiet

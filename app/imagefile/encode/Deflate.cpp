@@ -12,8 +12,9 @@ namespace {
 // What is compressed never grows by more than this: a deflate stream may store its input.
 std::size_t Bound(std::size_t bytes) { return bytes + bytes / 1000 + 1024; }
 
-// By zlib, although others are faster: the fast levels of ISA-L write, once in some hundred pictures,
-// what depends on where in memory their state lies, and the same picture is to be the same file.
+// By zlib, although others are faster: the fast levels of ISA-L write, once in some hundred
+// pictures, what depends on where in memory their state lies, and the same picture is to be the
+// same file.
 std::size_t Deflate(std::span<const std::uint8_t> bytes, int level, bool is_last,
                     std::span<std::uint8_t> out) {
     z_stream stream = {};
