@@ -37,7 +37,7 @@ struct CTask {
     const Work& work;
     CHandOver& hand_over;
     int slot;
-    [[gnu::no_sanitize("thread")]] void operator()() const { Help(work, hand_over, slot); }
+    __attribute__((no_sanitize("thread"))) void operator()() const { Help(work, hand_over, slot); }
 };
 
 }  // namespace
