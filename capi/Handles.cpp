@@ -132,14 +132,17 @@ cmdtexture_library::cmdtexture_library(CJobLibrary opened)
 void cmdtexture_effect::Describe() {
     info = job.Describe();
     members.assign(info.parameters.size(), {});
+    member_labels = members;
     records.clear();
     for (const SParameterInfo& parameter : info.parameters) {
         auto& names = members[records.size()];
+        auto& labels = member_labels[records.size()];
         for (const std::string& member : parameter.members) names.push_back(member.c_str());
+        for (const std::string& label : parameter.member_labels) labels.push_back(label.c_str());
         records.push_back({parameter.name.c_str(), parameter.label.c_str(),
                            parameter.description.c_str(), parameter.accepts.c_str(),
                            TypeOf(parameter.type), parameter.minimum, parameter.maximum,
                            parameter.default_number, parameter.default_text.c_str(), names.size(),
-                           names.data(), ResourceOf(parameter.resource_type)});
+                           names.data(), ResourceOf(parameter.resource_type), labels.data()});
     }
 }

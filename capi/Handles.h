@@ -32,7 +32,7 @@ struct cmdtexture_effect {
 
     CEffectJob job;
     SEffectInfo info;
-    std::vector<std::vector<const char*>> members;
+    std::vector<std::vector<const char*>> members, member_labels;
     std::vector<cmdtexture_parameter> records;
 };
 

@@ -155,7 +155,8 @@ typedef struct cmdtexture_parameter {
     const char* default_text; /* the default as a text that sets it */
     size_t member_count;      /* of an enumeration; the first has the number `minimum` */
     const char* const* members;
-    cmdtexture_resource resource; /* of a string: which pictures it names */
+    cmdtexture_resource resource;     /* of a string: which pictures it names */
+    const char* const* member_labels; /* what people read for the members */
 } cmdtexture_parameter;
 
 CMDTEXTURE_API size_t cmdtexture_parameter_count(const cmdtexture_effect* effect);

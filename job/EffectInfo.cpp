@@ -9,6 +9,12 @@ namespace {
 
 using nlohmann::ordered_json;
 
+std::vector<std::string> MemberLabels(const IParameter& parameter) {
+    std::vector<std::string> labels;
+    for (const CString& label : parameter.MemberLabels()) labels.push_back(ToUtf8(label));
+    return labels.empty() ? parameters::MemberNames(parameter) : labels;
+}
+
 SParameterInfo Describe(int index, const IParameter& parameter) {
     return {.index = index,
             .name = ToUtf8(parameter.Name()),
@@ -20,6 +26,7 @@ SParameterInfo Describe(int index, const IParameter& parameter) {
             .label = ToUtf8(parameter.Label()),
             .description = ToUtf8(parameter.Description()),
             .members = parameters::MemberNames(parameter),
+            .member_labels = MemberLabels(parameter),
             .accepts = CRunResources::Accepts(parameter),
             .resource_type = CRunResources::TypeOf(parameter)};
 }
@@ -42,7 +49,10 @@ ordered_json ToJson(const SParameterInfo& parameter) {
                         {"default", DefaultOf(parameter)},
                         {"label", parameter.label},
                         {"description", parameter.description}};
-    if (parameter.type == EParameterType::Enumeration) row["members"] = parameter.members;
+    if (parameter.type == EParameterType::Enumeration) {
+        row["members"] = parameter.members;
+        row["memberLabels"] = parameter.member_labels;
+    }
     return row;
 }
 

@@ -19,8 +19,9 @@ struct SParameterInfo {
     std::int64_t default_number = 0;  // integers, members, booleans (0, 1), colours 0x00BBGGRR
     std::string default_text;         // the default as a text that sets it
     std::string label, description;
-    std::vector<std::string> members;  // of an enumeration, in the order of their numbers
-    std::string accepts;               // "a whole number from 2 to 600", "a colour as #RRGGBB"
+    std::vector<std::string> members;        // of an enumeration, in the order of their numbers
+    std::vector<std::string> member_labels;  // what people read for them
+    std::string accepts;    // "a whole number from 2 to 600", "a colour as #RRGGBB"
     int resource_type = 0;  // of a string that names a picture of the library: which; else 0
 
     bool HasRange() const {

@@ -49,6 +49,7 @@ struct SParameterRow {
     std::int32_t minimum = 0;        // integers only
     std::int32_t maximum = 0;
     const wchar_t* members = nullptr;  // the editor's enumeration that the value belongs to
+    std::span<const int> member_label_ids = {};
     std::uint32_t flags = kUsualParameter;
     EMaximumRule maximum_rule = EMaximumRule::Fixed;
     bool default_fits_canvas = false;
@@ -96,14 +97,15 @@ constexpr SParameterRow Boolean(int index, const wchar_t* name, bool value, int 
             .members = L"Boolean"};
 }
 constexpr SParameterRow Member(int index, const wchar_t* name, const wchar_t* members, int value,
-                               int label, int text) {
+                               int label, int text, std::span<const int> member_labels = {}) {
     return {.index = index,
             .name = name,
             .type = EParameterType::Enumeration,
             .label_id = label,
             .text_id = text,
             .default_value = value,
-            .members = members};
+            .members = members,
+            .member_label_ids = member_labels};
 }
 // The name of an entry or a category of the resource library.
 constexpr SParameterRow LibraryName(int index, const wchar_t* name, int label, int text) {

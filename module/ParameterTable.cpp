@@ -92,6 +92,11 @@ CErrorAutoThrow DefineParameterTable(std::span<const SParameterRow> rows,
         for (const SParameterRow& row : rows) {
             TRef<IParameter> parameter;
             MakeParameter(row, canvas, scale, parameter.Receive()).Ignore();
+            if (parameter && !row.member_label_ids.empty()) {
+                std::vector<CString> labels;
+                for (const int id : row.member_label_ids) labels.push_back(LoadCurrentString(id));
+                parameter->SetMemberLabels(std::move(labels));
+            }
             if (repository && parameter) repository->Add(parameter.Get(), row.index).Ignore();
         }
         return {};

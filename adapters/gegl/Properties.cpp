@@ -176,7 +176,7 @@ std::vector<SProperty> MakeProperties(const cmdtexture_library& library,
             case CMDTEXTURE_ENUMERATION: {
                 std::vector<SMember> members;
                 for (std::size_t m = 0; m < parameter->member_count; ++m) {
-                    members.push_back({parameter->members[m], parameter->members[m]});
+                    members.push_back({parameter->members[m], parameter->member_labels[m]});
                 }
                 spec =
                     Enumeration(type_name + parameter->name, name, *parameter, parameter->minimum,

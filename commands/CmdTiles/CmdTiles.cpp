@@ -20,6 +20,9 @@ enum EParameter {
     kTileSize
 };
 
+// The texts of the shapes 0, 1 and 2.
+constexpr int kShapeNames[] = {2982, 2983, 2984};
+
 constexpr SParameterRow kParameters[] = {
     parameter::Integer(kAmbience, L"Ambience", -100, 100, 0, 2958, 2959),
     parameter::Integer(kAngle, L"Angle", 0, 359, 315, 2960, 2961),
@@ -31,7 +34,7 @@ constexpr SParameterRow kParameters[] = {
     parameter::Integer(kShininess, L"Shininess", 0, 100, 50, 2972, 2973),
     parameter::Integer(kSmoothness, L"Smoothness", 0, 100, 25, 2974, 2975),
     parameter::Integer(kTileAngularity, L"TileAngularity", 0, 100, 75, 2976, 2977),
-    parameter::Member(kTileShape, L"TileShape", L"TileShape", 2, 2978, 2979),
+    parameter::Member(kTileShape, L"TileShape", L"TileShape", 2, 2978, 2979, kShapeNames),
     parameter::ScaledInteger(kTileSize, L"TileSize", 8, 32, 15, 2980, 2981),
 };
 
@@ -50,9 +53,6 @@ constexpr SControlRow kControls[] = {
     control::Swatch(2964, kColor),
     control::List(2952, kTileShape).With(EExchange::Control),
 };
-
-// The texts of the shapes 0, 1 and 2.
-constexpr int kShapeNames[] = {2982, 2983, 2984};
 
 constexpr SReliefIndices kRelief{.ambience = kAmbience,
                                  .angle = kAngle,

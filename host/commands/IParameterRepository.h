@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "host/core/CErrorAutoThrow.h"
 #include "host/core/CString.h"
@@ -60,6 +61,9 @@ struct IParameter : IUnknown {
     virtual void SetText(const CString& value) = 0;
     // An independent copy with count 0.
     virtual IParameter* Copy() const = 0;
+    // What people read for the members, in their order; empty where there are no such texts.
+    virtual const std::vector<CString>& MemberLabels() const = 0;
+    virtual void SetMemberLabels(std::vector<CString> labels) = 0;
 };
 
 // The store of a command's parameters, addressed by index. QueryInterface gives the typed access

@@ -1,4 +1,5 @@
 #include <map>
+#include <vector>
 
 #include "host/commands/ParameterDefinition.h"
 #include "host/core/TUnknownImpl.h"
@@ -38,6 +39,10 @@ class CParameter : public TUnknownImpl<CParameter, IParameter> {
     void SetNumber(std::int64_t value) override { number_ = value; }
     void SetText(const CString& value) override { text_ = value; }
     IParameter* Copy() const override { return new CParameter(*this); }
+    const std::vector<CString>& MemberLabels() const override { return member_labels_; }
+    void SetMemberLabels(std::vector<CString> labels) override {
+        member_labels_ = std::move(labels);
+    }
 
   private:
     EParameterType type_;
@@ -46,6 +51,7 @@ class CParameter : public TUnknownImpl<CParameter, IParameter> {
     std::int32_t minimum_ = 0;
     std::int32_t maximum_ = 0;
     CString enum_type_;
+    std::vector<CString> member_labels_;
     std::int64_t default_number_ = 0;
     std::int64_t number_ = 0;
     CString default_text_, text_;

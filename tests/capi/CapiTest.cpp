@@ -323,6 +323,9 @@ TEST_F(Capi, ListsWhatTheProgramLists) {
         EXPECT_EQ(row.maximum, json["maximum"].is_null() ? 0 : json["maximum"].get<int>());
         const auto members = json.value("members", std::vector<std::string>());
         EXPECT_EQ(std::vector<std::string>(row.members, row.members + row.member_count), members);
+        if (members.size() == 3) {
+            EXPECT_STREQ(row.member_labels[2], "Sechsecke");
+        }
     }
     const auto named = Make(library.get(), "Texture");
     const cmdtexture_resource expected[] = {CMDTEXTURE_TEXTURE, CMDTEXTURE_NO_RESOURCE};
