@@ -59,7 +59,8 @@ class CTileLight {
           grout_(1 - static_cast<float>(std::clamp(settings.groutShade, 0, 100)) / 100),
           left_(FloorMod(place.left, grid_.PeriodX())),
           top_(FloorMod(place.top, grid_.PeriodY())),
-          width_(std::min(grid_.PeriodX(), place.Width())),
+          period_(std::min(grid_.PeriodX(), place.Width())),
+          width_(std::min((kRun / period_ + 1) * period_, place.Width())),
           height_(std::min(grid_.PeriodY(), place.Height())),
           shade_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_)),
           gloss_(shade_.size()) {}
@@ -69,23 +70,26 @@ class CTileLight {
             for (int y = first; y < last; ++y) ComputeRow(y);
         });
     }
-    // The light of the picture's row y, `pixels` long.
-    void Row(int y, float* shade, float* gloss, int pixels) const {
-        const auto at = static_cast<long>(y % height_) * width_;
+    // Lights the picture's row y, of `pixels` pixels that begin at `row`.
+    void LightRow(CNPixelFormat format, int y, std::uint8_t* row, int pixels) const {
+        const auto at = static_cast<std::size_t>(y % height_) * static_cast<std::size_t>(width_);
         for (int x = 0; x < pixels; x += width_) {
-            const int run = std::min(width_, pixels - x);
-            std::copy_n(shade_.begin() + at, run, shade + x);
-            std::copy_n(gloss_.begin() + at, run, gloss + x);
+            lighting_.ApplyRow(format, row + x * format.PixelBytes(), shade_.data() + at,
+                               gloss_.data() + at, std::min(width_, pixels - x));
         }
     }
 
   private:
+    // The light of several periods lies in a row, about so many pixels of it: rows are lit in runs
+    // that are long beside what one costs, and short enough to stay in the processor's cache.
+    static constexpr int kRun = 1024;
     static double Smoothness(const CTilesSettings& settings) {
         return std::clamp(settings.smoothness, 0, 100) / 100.0;
     }
-    // Slopes of the points of a row of pixels, kPoints a pixel, and which of them are grout.
+    // From the slopes of the points of a row of pixels, kPoints a pixel, and how much of each is
+    // grout.
     void ComputeRow(int y) {
-        const auto points = static_cast<std::size_t>(width_) * kPoints;
+        const auto points = static_cast<std::size_t>(period_) * kPoints;
         std::vector<float> slope_x(points), slope_y(points), shade(points), gloss(points);
         const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
         constexpr float kShare = 1.0F / (kPoints * kPoints);
@@ -103,11 +107,16 @@ class CTileLight {
                 cover[i] = grout_ + (1 - grout_) * static_cast<float>(bevel_.CoverAt(place.inside));
             }
             lighting_.LightRow(slope_x.data(), slope_y.data(), shade.data(), gloss.data(),
-                               width_ * kPoints);
+                               period_ * kPoints);
             for (std::size_t i = 0; i < points; ++i) {
                 shade_[row + i / kPoints] += kShare * cover[i] * shade[i];
                 gloss_[row + i / kPoints] += kShare * gloss[i];
             }
+        }
+        const auto period = static_cast<std::size_t>(period_);
+        for (std::size_t x = row + period; x < row + static_cast<std::size_t>(width_); ++x) {
+            shade_[x] = shade_[x - period];
+            gloss_[x] = gloss_[x - period];
         }
     }
 
@@ -115,7 +124,7 @@ class CTileLight {
     CTileGrid grid_;
     CBevel bevel_;
     float grout_;  // its brightness
-    int left_, top_, width_, height_;
+    int left_, top_, period_, width_, height_;
     std::vector<float> shade_, gloss_;
 };
 
@@ -132,13 +141,9 @@ CErrorAutoThrow CIoTilesEffect::operator()(CRowIteratorBands& destination,
         const int width = input.GetWidth();
         const CNPixelFormat format = destination.GetPixelFormat();
         return ForEachRowBlock(Status(), input.GetHeight(), 16, [&](int first, int last) {
-            std::vector<float> light(2 * static_cast<std::size_t>(width));
-            float* gloss = light.data() + width;
             for (int y = first; y < last; ++y) {
                 CopyShownRow(input, y, destination, y);
-                tiles.Row(y, light.data(), gloss, width);
-                lighting.ApplyRow(format, destination.Row<std::uint8_t>(y), light.data(), gloss,
-                                  width);
+                tiles.LightRow(format, y, destination.Row<std::uint8_t>(y), width);
             }
         });
     });
