@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
@@ -17,6 +18,7 @@
 namespace {
 
 constexpr int kNoScreen = 7;
+constexpr char kApplicationId[] = "org.cmdtexture.CmdTexture";
 constexpr int kInterruptionMilliseconds = 50;
 
 // Qt would abort, and dump core, when it finds no screen. What is wrong it says in a warning
@@ -51,7 +53,8 @@ class CDesktop final : public IDesktop {
         if (!qApp) {
             application_ = std::make_unique<QApplication>(argument_count_, arguments_);
         }
-        QGuiApplication::setDesktopFileName("org.cmdtexture.CmdTexture");
+        QGuiApplication::setDesktopFileName(kApplicationId);
+        QGuiApplication::setWindowIcon(QIcon(QString(":/%1.png").arg(kApplicationId)));
         modifiers_ = std::make_unique<CModifierWatch>(*qApp);
         QApplication::setApplicationDisplayName(Text(EText::Application));
         const QString code = QString::fromStdString(options.language).toLower();

@@ -102,6 +102,7 @@ check "Escape asks before it discards" && open Blinds && {
     gives Blinds -p Width=77
 }
 check "Escape without changes closes" && open Blinds && {
+    xprop -id "$(window | head -1)" _NET_WM_ICON | grep -q '(128 x 128)' || fail "not our icon"
     sleep 1; keys Escape
     wait_for 20 ended || { fail "the window is still there"; leave; }
     [ -e result.png ] && fail "a result was written"
